@@ -1,0 +1,17 @@
+# Joins grammar fragments into one grammar file (the antlr3 C target cannot
+# import grammars). Usage: cmake -DOUTPUT=file -DINPUTS="a|b|c" -P ConcatGrammar.cmake
+string(REPLACE "|" ";" INPUTS "${INPUTS}")
+set(text "")
+foreach(part IN LISTS INPUTS)
+  file(READ "${part}" body)
+  get_filename_component(name "${part}" NAME)
+  string(APPEND text "// ---- ${name} ----\n${body}\n")
+endforeach()
+# Only rewrite when the content changed, so unchanged grammars are not regenerated.
+if(EXISTS "${OUTPUT}")
+  file(READ "${OUTPUT}" old)
+  if(old STREQUAL text)
+    return()
+  endif()
+endif()
+file(WRITE "${OUTPUT}" "${text}")

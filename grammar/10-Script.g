@@ -1,0 +1,142 @@
+// Script structure: a script is a list of statements, each dispatched by its
+// first token. Statements the model does not hold are consumed up to their
+// SEMI and leave nothing (or one IGNORED_NODE) in the tree.
+
+schema
+    : ( schemaEntry )+ EOF!
+    ;
+
+schemaEntry
+    : objectNotComment
+    | otherObject
+    | comment
+    | strayStatementStart
+    ;
+
+objectNotComment
+    : createObject
+    | alterInstruction
+    | insertStatement
+    | dropStatement
+    ;
+
+otherObject
+    : SEMI
+    | unknownObjectBlock ->
+    | delimiter
+    | sourceInstruction ->
+    | anonymousProcedure ->
+    ;
+
+// A token that can open no statement (a stray END or "/"). It is reported as
+// a failed prediction at that token and becomes an ERROR_NODE, so that the
+// statement loop goes on with the rest of the script instead of ending there.
+strayStatementStart
+    : t=( T_END | FORWARD_SLASH ) { kp_raiseNoViableAlternative(RECOGNIZER, $t); }
+    ;
+
+otherObjectFirst
+    : ~( SEMI | ML_COMMENT | SL_COMMENT | T_ALTER | T_DECLARE | FORWARD_SLASH | T_BEGIN
+       | T_END | T_DELIMITER | 'CREATE' | 'INSERT' | 'DROP' | 'SOURCE' )
+    ;
+
+unknownObjectBlock
+    : otherObjectFirst ( ~SEMI )* SEMI
+    ;
+
+// The statement terminator never changes: DELIMITER keeps only the slashes
+// and ENDs that directly follow it.
+delimiter
+    : T_DELIMITER ( options { greedy = true; } : FORWARD_SLASH | T_END )*
+    ;
+
+// SOURCE file: the rest of the line, SEMI or not. Included files are not read.
+sourceInstruction
+    : 'SOURCE' { consumeUntilToken(INPUT, NEWLINE); }
+    ;
+
+// Anonymous blocks are skipped whole, nested blocks balanced. A transaction
+// start (BEGIN; BEGIN TRANSACTION;) is a statement of its own, not a block.
+anonymousProcedure
+    : T_DECLARE ( ~T_BEGIN )* T_BEGIN inner_block T_END ( objectName )? SEMI ( options { greedy = true; } : FORWARD_SLASH )?
+    | ( T_BEGIN ( transactionWord )* SEMI )=> T_BEGIN ( transactionWord )* SEMI
+    | T_BEGIN inner_block T_END ( objectName )? SEMI ( options { greedy = true; } : FORWARD_SLASH )?
+    ;
+
+transactionWord
+    : 'DEFERRED'
+    | 'IMMEDIATE'
+    | { kp_isWord(LT(1), "TRANSACTION") || kp_isWord(LT(1), "WORK") || kp_isWord(LT(1), "TRAN")
+        || kp_isWord(LT(1), "EXCLUSIVE") }?=> STRING
+    ;
+
+// Skips a block body up to its closing END. BEGIN ... END and CASE ... END
+// nest; END IF, END LOOP, END REPEAT and END WHILE close constructs that do
+// not open a level here, so they are plain tokens.
+inner_block
+    : ( begin_end_block
+      | { kp_isWord(LT(1), "CASE") }?=> case_block
+      | { kp_isConstructEnd(LT(1), LT(2)) }?=> T_END blockConstructWord
+      | ~( T_BEGIN | T_END )
+      )*
+    ;
+
+begin_end_block
+    : T_BEGIN inner_block T_END
+    ;
+
+case_block
+    : STRING inner_block T_END ( options { greedy = true; } : { kp_isWord(LT(1), "CASE") }?=> STRING )?
+    ;
+
+blockConstructWord
+    : 'IF'
+    | 'LOOP'
+    | 'REPEAT'
+    | { kp_isWord(LT(1), "WHILE") }?=> STRING
+    ;
+
+insertStatement
+    : 'INSERT' ( ~SEMI )* SEMI
+    ;
+
+dropStatement
+    : 'DROP' ( ~SEMI )* SEMI
+    ;
+
+// Comments are on the hidden channel, so the parser meets them only when a
+// token source hands them over on the default channel.
+comment
+    : ML_COMMENT -> ^( COMMENT_NODE ML_COMMENT )
+    | SL_COMMENT -> ^( COMMENT_NODE SL_COMMENT )
+    ;
+
+createObject
+    : 'CREATE' ( 'OR' 'REPLACE' )?
+      ( ( 'TEMPORARY'! )? ( createUnsupportedObject ) SEMI
+      | unknown_createObject
+      )
+    ;
+
+// Object kinds the model does not hold but that are known words.
+createUnsupportedObject
+    : ( 'USER' | 'EXTENSION' ) skipToSemi -> IGNORED_NODE
+    ;
+
+// Every token up to the next SEMI, which is left for the caller.
+skipToSemi
+    : ( ~SEMI )*
+    ;
+
+unknown_createObject
+    : unknownCreateObject -> IGNORED_NODE
+    ;
+
+unknownCreateObject
+@init { pANTLR3_COMMON_TOKEN first = LT(1); }
+    : ~( 'PROCEDURE' | 'VIEW' | 'USER' | 'UNIQUE' | 'FUNCTION' | 'INDEX' | 'TABLE' | 'SEQUENCE'
+         | 'OR' | 'ALGORITHM' | 'DEFINER' | 'SQL' | 'TEMPORARY' | 'TRIGGER' | 'EXTENSION'
+         | 'CLUSTERED' | SEMI )
+      ( ~SEMI )* SEMI
+      { kp_logUnknownObjectType(RECOGNIZER, first, "CREATE"); }
+    ;

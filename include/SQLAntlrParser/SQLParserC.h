@@ -1,0 +1,116 @@
+// The parse driver: runs one parse from script text to a filled SQLContainer,
+// keeps the parse's diagnostic records, and links foreign keys by name.
+#pragma once
+
+#include <SQLAntlrParser/KpError.h>
+#include <SQLAntlrParser/SQLParserException.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class SQLContainer;
+class SQLTable;
+class SQLField;
+class SQLReferentialActions;
+
+// Opaque handles on the stages of the recognizer pipeline (character stream,
+// lexer, token stream, parser, syntax tree, tree node stream). They are
+// defined privately; a subclass meets them only when it overrides a stage.
+struct SQLInputStream;
+struct SQLLexer;
+struct SQLTokenStream;
+struct SQLRecognizer;
+struct SQLSyntaxTree;
+struct SQLTreeNodeStream;
+
+namespace sqlantlr {
+struct ParseSession;
+}
+
+// One token of a script, as the lexer cut it.
+struct SQLToken {
+    long index = 0;         // position in the token stream, from 0
+    int type = 0;           // token type number
+    std::string name;       // token type name ("STRING", "'CREATE'", ...)
+    int channel = 0;        // 0 default, 99 hidden (blanks, line ends, comments)
+    int line = 0;           // from 1
+    int pos = 0;            // position in the line, in UTF-16 units, from 0
+    std::string text;       // the token's text as written
+};
+
+class SQLParserC {
+public:
+    SQLParserC();
+    virtual ~SQLParserC();
+    SQLParserC(const SQLParserC &) = delete;
+    SQLParserC &operator=(const SQLParserC &) = delete;
+
+    // A new driver.
+    static std::unique_ptr<SQLParserC> parser();
+
+    // The first UTF-16 unit of the upper-case form of a character.
+    static char16_t uppercaseCharacter(char16_t character);
+
+    // Name parts (schema, table) trimmed and joined with ".".
+    static std::string tableNameFromReturnArray(const std::vector<std::string> &parts);
+
+    // Parses a script (UTF-8; invalid sequences are replaced). Returns the
+    // container, or nullptr with *error set when no parse could be made.
+    // Syntax errors do not fail a parse: they become records.
+    std::unique_ptr<SQLContainer> parseString(std::string_view sql, KpError *error);
+    // As above; a null pointer is the "Invalid input (is nil)" error (code 1).
+    std::unique_ptr<SQLContainer> parseString(const char *sql, KpError *error);
+
+    // Every token of a script, hidden ones included, end of input excluded.
+    std::vector<SQLToken> tokensForString(std::string_view sql);
+
+    // The syntax tree of a script in tree-string form: a node's text; a node
+    // with children "(text child child ...)"; a list its items joined by blanks.
+    std::string syntaxTreeForString(std::string_view sql, KpError *error);
+
+    // Diagnostic records of every parse this driver ran, in report order.
+    const std::vector<SQLParserException> &getExceptionList() const { return exceptionsList_; }
+    void addException(SQLParserException exception);
+    // Adds the record "[line:charPos] message".
+    void addExceptionWithMessage(const std::string &message, int lineNumber, int charPos);
+    // Reports a column renamed because its name was taken.
+    void addDuplicateFieldExceptionMessage(const SQLField &field, const SQLTable &table,
+                                           const std::string &originalName, int lineNumber, int charPos);
+    // Logs the records.
+    void displayErrors() const;
+
+    // Attaches a foreign key written in table (or ALTER TABLE) form. A
+    // one-column key whose target names at most one column is stored on the
+    // field; others become an SQLForeignKey of the table. Returns the object
+    // that carries the reference, or nullptr when its column is unknown (a
+    // record says so).
+    SQLReferentialActions *addForeignKey(SQLTable *table, const std::optional<std::string> &fkRefName, int line,
+                                         int charPos, const std::vector<std::string> &tableNameParts,
+                                         const std::vector<std::string> &localFieldList,
+                                         const std::vector<std::string> &foreignFieldList);
+
+    // Switches a subclass may override.
+    virtual bool useCustomErrorDisplay() const { return true; }
+    virtual bool displayNodeList() const { return false; }
+    virtual bool displayTokenStream() const { return false; }
+
+protected:
+    // The stages of parseString, in the order it runs them. The returned
+    // handles are owned by the caller's parse and freed by it.
+    virtual SQLInputStream *inputStreamFromString(std::u16string_view text);
+    virtual SQLLexer *lexerForInputStream(SQLInputStream *input);
+    virtual SQLRecognizer *parserForTokenStream(SQLTokenStream *tokens);
+    virtual std::unique_ptr<SQLContainer> parseTree(SQLSyntaxTree *tree, KpError *error);
+    virtual std::unique_ptr<SQLContainer> parseTreeStream(SQLTreeNodeStream *nodes, KpError *error);
+    // Debugging dumps into the log sink.
+    void displayTokenStream(SQLTokenStream *tokens) const;
+    void displayTreeString(SQLSyntaxTree *tree) const;
+
+private:
+    friend struct sqlantlr::ParseSession;
+    std::vector<SQLParserException> exceptionsList_;
+    sqlantlr::ParseSession *session_ = nullptr;  // the parse in progress, if any
+};

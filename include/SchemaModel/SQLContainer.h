@@ -1,0 +1,52 @@
+#pragma once
+
+#include <SchemaModel/SQLObject.h>
+#include <SchemaModel/SQLTable.h>
+#include <SchemaModel/SQLView.h>
+
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+/// The result of an import: owns the tables and views in the order added.
+class SQLContainer {
+public:
+    SQLContainer() = default;
+    ~SQLContainer();
+    SQLContainer(const SQLContainer &) = delete;
+    SQLContainer &operator=(const SQLContainer &) = delete;
+    SQLContainer(SQLContainer &&) noexcept;
+    SQLContainer &operator=(SQLContainer &&) noexcept;
+
+    /// Return the added object, or nullptr when given nullptr.
+    SQLTable *add(std::unique_ptr<SQLTable> table);
+    SQLView *add(std::unique_ptr<SQLView> view);
+
+    const std::vector<std::unique_ptr<SQLTable>> &tables() const { return tables_; }
+    const std::vector<std::unique_ptr<SQLView>> &views() const { return views_; }
+
+    /// Exact name first (tables, then views), then case-insensitively
+    /// (tables, then views); nullptr when absent.
+    SQLObject *getObjectByName(std::string_view name) const;
+    /// With a schema: the object whose schema and name both match (exact,
+    /// then case-insensitively), else an object of that name without a
+    /// schema. Without a schema: getObjectByName.
+    SQLObject *getObjectWithSchema(std::string_view name, std::optional<std::string_view> schema) const;
+    SQLTable *getTableByName(std::string_view name) const;
+    SQLTable *getTableWithSchema(std::string_view name, std::optional<std::string_view> schema) const;
+    SQLView *getViewByName(std::string_view name) const;
+
+    /// Resolves field references and foreign keys by name. Anything that
+    /// cannot be resolved keeps its names and is marked unresolved. Safe to
+    /// call repeatedly.
+    void postLoadProcess();
+
+private:
+    SQLTable *findReferencedTable(std::string_view reference) const;
+    void resolveFieldReference(SQLFieldReference &reference) const;
+    void resolveForeignKey(SQLForeignKey &foreignKey) const;
+
+    std::vector<std::unique_ptr<SQLTable>> tables_;
+    std::vector<std::unique_ptr<SQLView>> views_;
+};

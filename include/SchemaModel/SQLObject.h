@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+
+/// Common base of every named schema object: a (trimmed) name and a bag of
+/// key/value properties used for dialect-specific details.
+class SQLObject {
+public:
+    using PropertyValue = std::variant<bool, std::string>;
+    using PropertyMap = std::map<std::string, PropertyValue, std::less<>>;
+
+    SQLObject() = default;
+    virtual ~SQLObject();
+
+    // Objects are referenced by raw pointers from elsewhere in the model
+    // (resolved references, foreign key entries), so they never move.
+    SQLObject(const SQLObject &) = delete;
+    SQLObject &operator=(const SQLObject &) = delete;
+    SQLObject(SQLObject &&) = delete;
+    SQLObject &operator=(SQLObject &&) = delete;
+
+    const std::string &getName() const { return name_; }
+    bool hasName() const { return !name_.empty(); }
+    /// Stores SchemaModel::trim(name); an empty result leaves the object unnamed.
+    virtual void setName(std::string_view name);
+
+    void setProperty(std::string_view key, std::string_view value);
+    void setPropertyAsBoolean(std::string_view key, bool value);
+    bool hasProperty(std::string_view key) const;
+    const PropertyMap &getProperties() const { return properties_; }
+    /// False when the key is absent or holds a string.
+    bool getPropertyAsBoolean(std::string_view key) const;
+    /// Nullopt when the key is absent or holds a boolean.
+    std::optional<std::string> getPropertyAsString(std::string_view key) const;
+
+private:
+    std::string name_;
+    PropertyMap properties_;
+};

@@ -1,0 +1,46 @@
+// The lexer's character stream: UTF-16 code units of the script, read in
+// place. Look-ahead answers with upper-cased units so that the upper-case
+// keyword rules match any spelling, while token texts are cut from the
+// unchanged buffer. Positions count UTF-16 units, a line feed starts a line.
+#include "KpAntlrStringOperations.h"
+#include "RecognizerSupport.h"
+
+#include <cstdint>
+
+namespace {
+
+const uint16_t *unitAt(pANTLR3_INPUT_STREAM input, ANTLR3_INT32 offset)
+{
+    return static_cast<const uint16_t *>(input->nextChar) + offset;
+}
+
+} // namespace
+
+ANTLR3_UCHAR lc_antlr3UCS2LA(pANTLR3_INT_STREAM is, ANTLR3_INT32 la)
+{
+    auto input = static_cast<pANTLR3_INPUT_STREAM>(is->super);
+    const auto *start = static_cast<const uint16_t *>(input->data);
+    const auto *end = start + input->sizeBuf / 2;  // the buffer size is kept in bytes
+    const uint16_t *unit = unitAt(input, la - 1);
+    if (unit >= end || unit < start) {
+        return ANTLR3_CHARSTREAM_EOF;
+    }
+    return KpAntlrStringOperations::sharedManager().uppercaseCharacter(*unit);
+}
+
+void kp_utf16Consume(pANTLR3_INT_STREAM is)
+{
+    auto input = static_cast<pANTLR3_INPUT_STREAM>(is->super);
+    const auto *end = static_cast<const uint16_t *>(input->data) + input->sizeBuf / 2;
+    const auto *next = static_cast<const uint16_t *>(input->nextChar);
+    if (next >= end) {
+        return;
+    }
+    input->charPositionInLine++;
+    if (*next == input->newlineChar) {
+        input->line++;
+        input->charPositionInLine = 0;
+        input->currentLine = const_cast<uint16_t *>(next + 1);
+    }
+    input->nextChar = const_cast<uint16_t *>(next + 1);
+}

@@ -1,0 +1,178 @@
+#include <SchemaModel/SQLContainer.h>
+
+#include "NameLookup.h"
+
+#include <algorithm>
+
+using SchemaModel::namesEqualIgnoringCase;
+
+namespace {
+
+enum class Match { Exact, IgnoringCase };
+
+bool namesMatch(std::string_view a, std::string_view b, Match match)
+{
+    return match == Match::Exact ? a == b : namesEqualIgnoringCase(a, b);
+}
+
+bool schemaMatches(const std::optional<std::string> &objectSchema, std::string_view schema, Match match)
+{
+    return objectSchema && namesMatch(*objectSchema, schema, match);
+}
+
+// The first object of `items` named `name` whose schema satisfies `accept`,
+// comparing names as `match` says.
+template <typename T, typename Accept>
+T *findObject(const std::vector<std::unique_ptr<T>> &items, std::string_view name, Match match, Accept accept)
+{
+    for (const auto &item : items)
+        if (item->hasName() && namesMatch(item->getName(), name, match) && accept(*item))
+            return item.get();
+    return nullptr;
+}
+
+// Tables and views share the same look-up rules; `lists` are searched in
+// order of preference, each pass going over all of them.
+template <typename Result, typename... Lists>
+Result *findWithSchema(std::string_view rawName, std::optional<std::string_view> rawSchema, const Lists &...lists)
+{
+    const std::string name = SchemaModel::trim(rawName);
+    if (name.empty())
+        return nullptr;
+    const std::string schema = rawSchema ? SchemaModel::trim(*rawSchema) : std::string();
+
+    Result *found = nullptr;
+    auto search = [&](Match match, auto accept) {
+        ((found = found ? found : findObject(lists, name, match, accept)), ...);
+        return found != nullptr;
+    };
+    if (!schema.empty()) {
+        for (Match match : {Match::Exact, Match::IgnoringCase})
+            if (search(match, [&](const auto &object) { return schemaMatches(object.getSchemaName(), schema, match); }))
+                return found;
+        for (Match match : {Match::Exact, Match::IgnoringCase})
+            if (search(match, [](const auto &object) { return !object.getSchemaName().has_value(); }))
+                return found;
+        return nullptr;
+    }
+    for (Match match : {Match::Exact, Match::IgnoringCase})
+        if (search(match, [](const auto &) { return true; }))
+            return found;
+    return nullptr;
+}
+
+} // namespace
+
+SQLContainer::~SQLContainer() = default;
+SQLContainer::SQLContainer(SQLContainer &&) noexcept = default;
+SQLContainer &SQLContainer::operator=(SQLContainer &&) noexcept = default;
+
+SQLTable *SQLContainer::add(std::unique_ptr<SQLTable> table)
+{
+    if (!table)
+        return nullptr;
+    tables_.push_back(std::move(table));
+    return tables_.back().get();
+}
+
+SQLView *SQLContainer::add(std::unique_ptr<SQLView> view)
+{
+    if (!view)
+        return nullptr;
+    views_.push_back(std::move(view));
+    return views_.back().get();
+}
+
+SQLObject *SQLContainer::getObjectByName(std::string_view name) const
+{
+    return getObjectWithSchema(name, std::nullopt);
+}
+
+SQLObject *SQLContainer::getObjectWithSchema(std::string_view name, std::optional<std::string_view> schema) const
+{
+    return findWithSchema<SQLObject>(name, schema, tables_, views_);
+}
+
+SQLTable *SQLContainer::getTableByName(std::string_view name) const
+{
+    return getTableWithSchema(name, std::nullopt);
+}
+
+SQLTable *SQLContainer::getTableWithSchema(std::string_view name, std::optional<std::string_view> schema) const
+{
+    return findWithSchema<SQLTable>(name, schema, tables_);
+}
+
+SQLView *SQLContainer::getViewByName(std::string_view name) const
+{
+    return findWithSchema<SQLView>(name, std::nullopt, views_);
+}
+
+SQLTable *SQLContainer::findReferencedTable(std::string_view reference) const
+{
+    const SchemaModel::QualifiedName qualified = SchemaModel::splitQualifiedName(reference);
+    if (SQLTable *table = getTableWithSchema(qualified.name, qualified.schema))
+        return table;
+    // A quoted name such as `a.b` reaches us unquoted; it may name a table
+    // whose name contains the dot.
+    if (qualified.schema)
+        return getTableByName(reference);
+    return nullptr;
+}
+
+void SQLContainer::resolveFieldReference(SQLFieldReference &reference) const
+{
+    reference.targetTable = findReferencedTable(reference.table);
+    reference.targetField = nullptr;
+    if (reference.targetTable) {
+        if (reference.field) {
+            reference.targetField = reference.targetTable->getFieldByName(*reference.field);
+        } else {
+            // No column written: the target's primary key, if it is a single column.
+            const std::vector<SQLField *> key = reference.targetTable->getPrimaryKeyFields();
+            if (key.size() == 1)
+                reference.targetField = key.front();
+        }
+    }
+    reference.resolved = reference.targetField != nullptr;
+}
+
+void SQLContainer::resolveForeignKey(SQLForeignKey &foreignKey) const
+{
+    SQLTable *target = foreignKey.targetTableName_ ? findReferencedTable(*foreignKey.targetTableName_) : nullptr;
+    foreignKey.targetTable_ = target;
+
+    auto &entries = foreignKey.entries_;
+    bool targetsPrimaryKey = foreignKey.getPropertyAsBoolean("targetsPrimaryKey");
+    if (!targetsPrimaryKey) {
+        // Entries that name no target column at all also mean the primary key.
+        targetsPrimaryKey = std::none_of(entries.begin(), entries.end(),
+                                         [](const auto &entry) { return entry->targetName_.has_value(); });
+    }
+
+    if (targetsPrimaryKey) {
+        // Pair up by position; a key of a different width pairs nothing.
+        const std::vector<SQLField *> key = target ? target->getPrimaryKeyFields() : std::vector<SQLField *>();
+        const bool widthsMatch = target && key.size() == entries.size();
+        for (std::size_t i = 0; i < entries.size(); ++i)
+            entries[i]->target_ = widthsMatch ? key[i] : nullptr;
+    } else {
+        for (const auto &entry : entries)
+            entry->target_ = (target && entry->targetName_) ? target->getFieldByName(*entry->targetName_) : nullptr;
+    }
+
+    foreignKey.resolved_ = target && !entries.empty() &&
+                           std::all_of(entries.begin(), entries.end(),
+                                       [](const auto &entry) { return entry->target_ != nullptr; });
+}
+
+void SQLContainer::postLoadProcess()
+{
+    for (const auto &table : tables_) {
+        for (const auto &field : table->fields())
+            if (SQLFieldReference *reference = field->getReferences())
+                resolveFieldReference(*reference);
+        for (const auto &foreignKey : table->foreignKeys())
+            resolveForeignKey(*foreignKey);
+    }
+}

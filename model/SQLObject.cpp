@@ -1,0 +1,50 @@
+#include <SchemaModel/SQLObject.h>
+
+#include <SchemaModel/Names.h>
+
+SQLObject::~SQLObject() = default;
+
+void SQLObject::setName(std::string_view name)
+{
+    name_ = SchemaModel::trim(name);
+}
+
+void SQLObject::setProperty(std::string_view key, std::string_view value)
+{
+    if (auto it = properties_.find(key); it != properties_.end())
+        it->second = std::string(value);
+    else
+        properties_.emplace(std::string(key), std::string(value));
+}
+
+void SQLObject::setPropertyAsBoolean(std::string_view key, bool value)
+{
+    if (auto it = properties_.find(key); it != properties_.end())
+        it->second = value;
+    else
+        properties_.emplace(std::string(key), value);
+}
+
+bool SQLObject::hasProperty(std::string_view key) const
+{
+    return properties_.find(key) != properties_.end();
+}
+
+bool SQLObject::getPropertyAsBoolean(std::string_view key) const
+{
+    auto it = properties_.find(key);
+    if (it == properties_.end())
+        return false;
+    const bool *value = std::get_if<bool>(&it->second);
+    return value != nullptr && *value;
+}
+
+std::optional<std::string> SQLObject::getPropertyAsString(std::string_view key) const
+{
+    auto it = properties_.find(key);
+    if (it == properties_.end())
+        return std::nullopt;
+    if (const std::string *value = std::get_if<std::string>(&it->second))
+        return *value;
+    return std::nullopt;
+}

@@ -1,0 +1,136 @@
+#include <SchemaModel/SQLTable.h>
+
+#include "NameLookup.h"
+
+#include <algorithm>
+
+using SchemaModel::detail::textOrNone;
+using SchemaModel::detail::trimmedOrNone;
+
+SQLTable::~SQLTable() = default;
+
+std::unique_ptr<SQLTable> SQLTable::tableForImportWithName(std::string_view name)
+{
+    auto table = std::make_unique<SQLTable>();
+    table->setName(name);
+    return table;
+}
+
+void SQLTable::setSchemaName(std::string_view schemaName)
+{
+    schemaName_ = trimmedOrNone(schemaName);
+}
+
+void SQLTable::setBaseName(std::string_view baseName)
+{
+    baseName_ = trimmedOrNone(baseName);
+    // The parser creates a table from the full "s.t" text and then splits it;
+    // the table is known by its base name from then on.
+    setName(baseName);
+}
+
+void SQLTable::setTableType(std::string_view tableType)
+{
+    tableType_ = textOrNone(tableType);
+}
+
+SQLField *SQLTable::getFieldByName(std::string_view name) const
+{
+    return SchemaModel::detail::findByName(fields_, SchemaModel::trim(name));
+}
+
+std::string SQLTable::getFieldNameListString() const
+{
+    std::string list;
+    for (const auto &field : fields_) {
+        if (!list.empty())
+            list += ", ";
+        list += field->getName();
+    }
+    return list;
+}
+
+SQLField *SQLTable::addWithRenaming(std::unique_ptr<SQLField> field, bool *didRename)
+{
+    if (didRename)
+        *didRename = false;
+    if (!field)
+        return nullptr;
+    const bool renamed = SchemaModel::detail::makeNameUnique(fields_, *field);
+    if (didRename)
+        *didRename = renamed;
+    fields_.push_back(std::move(field));
+    return fields_.back().get();
+}
+
+SQLIndex *SQLTable::addWithRenaming(std::unique_ptr<SQLIndex> index)
+{
+    if (!index)
+        return nullptr;
+    SchemaModel::detail::makeNameUnique(indexes_, *index);
+    return add(std::move(index));
+}
+
+SQLIndex *SQLTable::add(std::unique_ptr<SQLIndex> index)
+{
+    if (!index)
+        return nullptr;
+    indexes_.push_back(std::move(index));
+    return indexes_.back().get();
+}
+
+SQLForeignKey *SQLTable::add(std::unique_ptr<SQLForeignKey> foreignKey)
+{
+    if (!foreignKey)
+        return nullptr;
+    foreignKeys_.push_back(std::move(foreignKey));
+    return foreignKeys_.back().get();
+}
+
+SQLConstraint *SQLTable::addCheckConstraint(std::unique_ptr<SQLConstraint> constraint)
+{
+    if (!constraint)
+        return nullptr;
+    checks_.push_back(std::move(constraint));
+    return checks_.back().get();
+}
+
+SQLIndex *SQLTable::addParsedIndexWithName(std::optional<std::string_view> name,
+                                           const std::vector<std::string> &fieldNames,
+                                           std::string_view type)
+{
+    auto index = std::make_unique<SQLIndex>();
+    if (name)
+        index->setName(*name);
+    index->setIndexType(type);
+    for (const std::string &fieldName : fieldNames) {
+        auto entry = std::make_unique<SQLIndexEntry>();
+        entry->setName(fieldName);
+        entry->setFieldName(fieldName);
+        index->addIndexEntry(std::move(entry));
+    }
+    if (!index->entries().empty())
+        index->setFieldName(index->entries().back()->getFieldName());
+    return addWithRenaming(std::move(index));
+}
+
+void SQLTable::setPrimaryKeyToFieldNames(const std::vector<std::string> &names)
+{
+    std::vector<const SQLField *> keyFields;
+    for (const std::string &name : names)
+        if (const SQLField *field = getFieldByName(name))
+            keyFields.push_back(field);
+    for (const auto &field : fields_) {
+        const bool isKey = std::find(keyFields.begin(), keyFields.end(), field.get()) != keyFields.end();
+        field->setPrimaryKey(isKey);
+    }
+}
+
+std::vector<SQLField *> SQLTable::getPrimaryKeyFields() const
+{
+    std::vector<SQLField *> keyFields;
+    for (const auto &field : fields_)
+        if (field->isPrimaryKey())
+            keyFields.push_back(field.get());
+    return keyFields;
+}

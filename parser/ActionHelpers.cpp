@@ -1,0 +1,200 @@
+// Conversions and small operations that grammar actions call: token and
+// subtree texts, the source text carried on DEFAULT and CHECK tokens, and the
+// raw token skip of SOURCE lines.
+#include "Log.h"
+#include "ParseSession.h"
+#include "RecognizerSupport.h"
+#include "TextEncoding.h"
+#include "VellumGrammarCParser.h"
+
+#include <SQLAntlrParser/SQLParserC.h>
+
+#include <cctype>
+#include <cstring>
+
+namespace sqlantlr {
+
+void ParseSession::addException(const std::string &message, int line, int charPos)
+{
+    if (driver != nullptr) {
+        driver->addExceptionWithMessage(message, line, charPos);
+    }
+}
+
+const std::string *ParseSession::addCustomValue(std::string value)
+{
+    customValues.push_back(std::move(value));
+    return &customValues.back();
+}
+
+std::vector<std::string> *ParseSession::newNameList()
+{
+    nameLists.emplace_back();
+    nameLists.back().reserve(2);
+    return &nameLists.back();
+}
+
+} // namespace sqlantlr
+
+std::string kp_utf16Slice(const char16_t *units, size_t count)
+{
+    return sqlantlr::utf16ToUtf8(units, count);
+}
+
+std::string AntlrCocoaString(pANTLR3_STRING string)
+{
+    if (string == nullptr || string->len == 0 || string->chars == nullptr) {
+        return {};
+    }
+    if (string->encoding == ANTLR3_ENC_UTF16 || string->encoding == ANTLR3_ENC_UTF16LE ||
+        string->encoding == ANTLR3_ENC_UTF16BE) {
+        return kp_utf16Slice(reinterpret_cast<const char16_t *>(string->chars), string->len);
+    }
+    return std::string(reinterpret_cast<const char *>(string->chars), string->len);
+}
+
+std::string kp_tokenText(pANTLR3_COMMON_TOKEN token)
+{
+    if (token == nullptr) {
+        return {};
+    }
+    if (token->type == ANTLR3_TOKEN_EOF) {
+        return "<EOF>";
+    }
+    if (token->textState == ANTLR3_TEXT_STRING) {
+        return AntlrCocoaString(token->tokText.text);
+    }
+    if (token->textState == ANTLR3_TEXT_CHARP) {
+        return token->tokText.chars == nullptr ? std::string()
+                                                : std::string(reinterpret_cast<const char *>(token->tokText.chars));
+    }
+    if (token->input == nullptr || token->input->data == nullptr) {
+        return {};
+    }
+    // Token bounds are addresses in the UTF-16 buffer: start is the first
+    // byte of the first unit, stop the last byte of the last unit.
+    const auto *data = static_cast<const char *>(token->input->data);
+    const auto start = reinterpret_cast<const char *>(token->start);
+    const auto end = reinterpret_cast<const char *>(token->stop) + 1;
+    const char *limit = data + token->input->sizeBuf;
+    if (start < data || end > limit || end <= start) {
+        return {};
+    }
+    return kp_utf16Slice(reinterpret_cast<const char16_t *>(start), static_cast<size_t>(end - start) / 2);
+}
+
+std::string kp_nodeText(pANTLR3_BASE_TREE node)
+{
+    if (node == nullptr) {
+        return {};
+    }
+    return kp_tokenText(node->getToken(node));
+}
+
+bool kp_isWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
+{
+    if (token == nullptr || token->type != STRING) {
+        return false;
+    }
+    const std::string text = kp_tokenText(token);
+    const size_t length = std::strlen(upperWord);
+    if (text.size() != length) {
+        return false;
+    }
+    for (size_t i = 0; i < length; ++i) {
+        if (std::toupper(static_cast<unsigned char>(text[i])) != upperWord[i]) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool kp_isConstructEnd(pANTLR3_COMMON_TOKEN end, pANTLR3_COMMON_TOKEN next)
+{
+    if (end == nullptr || end->type != T_END || next == nullptr) {
+        return false;
+    }
+    static const char *const words[] = {"IF", "LOOP", "REPEAT", "WHILE"};
+    const std::string text = kp_tokenText(next);
+    for (const char *word : words) {
+        if (text.size() == std::strlen(word)) {
+            bool same = true;
+            for (size_t i = 0; i < text.size() && same; ++i) {
+                same = std::toupper(static_cast<unsigned char>(text[i])) == word[i];
+            }
+            if (same) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+namespace {
+
+void appendTreeString(pANTLR3_BASE_TREE tree, std::string &out)
+{
+    const ANTLR3_UINT32 count = tree->getChildCount(tree);
+    const bool isList = tree->isNilNode(tree) == ANTLR3_TRUE;
+    if (count == 0) {
+        if (!isList) {
+            out += kp_nodeText(tree);
+        }
+        return;
+    }
+    if (!isList) {
+        out += '(';
+        out += kp_nodeText(tree);
+        out += ' ';
+    }
+    for (ANTLR3_UINT32 i = 0; i < count; ++i) {
+        if (i > 0) {
+            out += ' ';
+        }
+        appendTreeString(static_cast<pANTLR3_BASE_TREE>(tree->getChild(tree, i)), out);
+    }
+    if (!isList) {
+        out += ')';
+    }
+}
+
+} // namespace
+
+std::string AntlrTreeString(pANTLR3_BASE_TREE tree)
+{
+    std::string out;
+    if (tree != nullptr) {
+        appendTreeString(tree, out);
+    }
+    return out;
+}
+
+void consumeUntilToken(pANTLR3_TOKEN_STREAM stream, ANTLR3_UINT32 tokenType)
+{
+    auto tokens = static_cast<pANTLR3_COMMON_TOKEN_STREAM>(stream->super);
+    const auto count = static_cast<ANTLR3_INT32>(tokens->tokens->count);
+    // Scan the raw vector, hidden tokens included, from just after the token
+    // that was matched last (its line break may be hidden behind it).
+    pANTLR3_COMMON_TOKEN previous = stream->_LT(stream, -1);
+    ANTLR3_INT32 index = previous != nullptr ? static_cast<ANTLR3_INT32>(previous->index) + 1 : tokens->p;
+    if (index < 0 || index > count) {
+        index = tokens->p;
+    }
+    while (index < count) {
+        auto token = static_cast<pANTLR3_COMMON_TOKEN>(tokens->tokens->get(tokens->tokens, static_cast<ANTLR3_UINT32>(index)));
+        if (token->type == tokenType || token->type == ANTLR3_TOKEN_EOF ||
+            (tokenType == NEWLINE && token->type == SL_COMMENT)) {
+            break;
+        }
+        ++index;
+    }
+    // The parser reads only its own channel: step over the hidden stop token.
+    while (index < count) {
+        auto token = static_cast<pANTLR3_COMMON_TOKEN>(tokens->tokens->get(tokens->tokens, static_cast<ANTLR3_UINT32>(index)));
+        if (token->channel == tokens->channel) {
+            break;
+        }
+        ++index;
+    }
+    tokens->p = index;
+}

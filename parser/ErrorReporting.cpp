@@ -1,0 +1,383 @@
+// Recognition error display and recovery installed in the recognizers. Every
+// parser error becomes a record in the driver's list ("[line:pos] message")
+// and a trace in the log; the tree walker's errors are traced only; lexer
+// errors are traced only. Recovery resynchronises on the follow sets so that
+// a broken statement leaves an ERROR_NODE and the next statement is parsed.
+#include "Log.h"
+#include "ParseSession.h"
+#include "RecognizerSupport.h"
+#include "VellumGrammarCParser.h"
+
+#include <string>
+
+using sqlantlr::logf;
+using sqlantlr::ParseSession;
+
+namespace {
+
+const char *const exceptionNames[] = {
+    "Recognition Exception",      "Mismatched Token Exception", "No Viable Alternative Exception",
+    "Mismatched Set Exception",   "Early Exit Exception",       "Failed Predicate Exception",
+    "Mismatched Tree Node Exception", "Rewrite Tree Node Exception ", "Extraneous Token Exception",
+    "Missing Token Exception",
+};
+
+const char *exceptionName(ANTLR3_UINT32 type)
+{
+    if (type >= 1 && type <= 10) {
+        return exceptionNames[type - 1];
+    }
+    return "unknown exception";
+}
+
+std::string tokenName(pANTLR3_UINT8 *tokenNames, ANTLR3_UINT32 type)
+{
+    if (tokenNames == nullptr || type == ANTLR3_TOKEN_EOF) {
+        return "<EOF>";
+    }
+    return reinterpret_cast<const char *>(tokenNames[type]);
+}
+
+bool isParserOrTreeParser(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    return recognizer->type == ANTLR3_TYPE_PARSER || recognizer->type == ANTLR3_TYPE_TREE_PARSER;
+}
+
+pANTLR3_INT_STREAM recognizerStream(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    if (recognizer->type == ANTLR3_TYPE_PARSER) {
+        return static_cast<pANTLR3_PARSER>(recognizer->super)->tstream->istream;
+    }
+    return static_cast<pANTLR3_TREE_PARSER>(recognizer->super)->ctnstream->tnstream->istream;
+}
+
+} // namespace
+
+sqlantlr::ParseSession *kp_session(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    return recognizer == nullptr ? nullptr : static_cast<ParseSession *>(recognizer->state->userp);
+}
+
+void kp_lexer_displayRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_UINT8 *)
+{
+    if (!sqlantlr::logEnabled()) {
+        return;
+    }
+    auto lexer = static_cast<pANTLR3_LEXER>(recognizer->super);
+    pANTLR3_EXCEPTION ex = recognizer->state->exception;
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    const int position = ex->charPositionInLine + 1;
+    logf(": lexer error %u :\n\t%s at offset %d, ", ex->type, static_cast<const char *>(ex->message), position);
+
+    const auto *data = static_cast<const char16_t *>(input->data);
+    const size_t size = input->sizeBuf / 2;
+    const auto *current = static_cast<const char16_t *>(input->nextChar);
+    const size_t index = static_cast<size_t>(current - data);
+    if (index >= size) {
+        logf("\t The lexer was matching from line %d, offset %d, which\n\t ", recognizer->state->tokenStartLine,
+             recognizer->state->tokenStartCharPositionInLine);
+        return;
+    }
+    const char16_t c = data[index];
+    std::string nearText;
+    if (c >= 0x20 && c != 0x7F) {
+        nearText = "near '" + kp_utf16Slice(data + index, 1) + "'";
+    } else {
+        char buffer[32];
+        snprintf(buffer, sizeof buffer, "near char(%#02X) ", static_cast<unsigned>(c & 0xFF));
+        nearText = buffer;
+    }
+    const size_t from = index >= 2 ? index - 2 : 0;
+    const size_t count = size - from < 20 ? size - from : 20;
+    logf("%u:%d: Lexer Error (%u) %s\n%s", ex->line, position, ex->type, nearText.c_str(),
+         kp_utf16Slice(data + from, count).c_str());
+}
+
+void kp_parser_displayRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_UINT8 *tokenNames)
+{
+    if (!isParserOrTreeParser(recognizer)) {
+        logf("Base recognizer function displayRecognitionError called by unknown parser type - provide override "
+             "for this function\n");
+        return;
+    }
+    const bool isParser = recognizer->type == ANTLR3_TYPE_PARSER;
+    const char *kind = isParser ? "Parser" : "Tree Parser";
+    ParseSession *sink = isParser ? kp_session(recognizer) : nullptr;
+    pANTLR3_EXCEPTION ex = recognizer->state->exception;
+    const int line = static_cast<int>(ex->line);
+    const int pos = ex->charPositionInLine;
+    auto record = [&](const std::string &message) {
+        if (sink != nullptr) {
+            sink->addException(message, line, pos);
+        }
+    };
+
+    if (!isParser) {
+        auto node = static_cast<pANTLR3_BASE_TREE>(ex->token);
+        if (node != nullptr) {
+            const std::string text = kp_nodeText(node);
+            if (!text.empty()) {
+                logf(", near %s", text.c_str());
+            }
+        }
+    } else if (ex->token != nullptr) {
+        auto token = static_cast<pANTLR3_COMMON_TOKEN>(ex->token);
+        if (token->type == ANTLR3_TOKEN_EOF) {
+            logf(", at <EOF>");
+        } else {
+            const std::string text = kp_tokenText(token);
+            const unsigned number = sink != nullptr ? ++sink->descriptionCounter : 0;
+            const std::string detail = "found token '" + text + "' near '" + text + "' " + std::to_string(number);
+            const std::string message = std::string("Parse Error: ") + exceptionName(ex->type) + " (" +
+                                        std::to_string(ex->type) + "): " + detail;
+            logf("[%d,%d],%s", line, pos, message.c_str());
+            record(message);
+        }
+    }
+
+    switch (ex->type) {
+    case ANTLR3_RECOGNITION_EXCEPTION:
+        logf(" %s : syntax error... [RECOGNITION EXCEPTION]\n", kind);
+        record("syntax error [RECOGNITION EXCEPTION]");
+        break;
+    case ANTLR3_MISMATCHED_TOKEN_EXCEPTION:
+        if (tokenNames == nullptr) {
+            logf(" %s : syntax error... [MISMATCHED TOKEN EXCEPTION]\n", kind);
+            record("syntax error [MISMATCHED TOKEN EXCEPTION]");
+        } else if (ex->expecting == ANTLR3_TOKEN_EOF) {
+            logf(" %s : expected <EOF>\n", kind);
+            record("expected <EOF>");
+        } else {
+            const std::string expected = tokenName(tokenNames, ex->expecting);
+            logf(" %s : expected %s ...\n", expected.c_str(), kind);
+            record("expected " + expected + " ... ");
+        }
+        break;
+    case ANTLR3_NO_VIABLE_ALT_EXCEPTION:
+        logf(" %s: No Viable Alternative :[%d:%d] cannot match to any predicted input...\n", kind, line, pos);
+        record("No Viable Alternative cannot match to any predicted input...");
+        break;
+    case ANTLR3_MISMATCHED_SET_EXCEPTION: {
+        pANTLR3_BITSET errBits = ex->expectingSet != nullptr ? antlr3BitsetLoad(ex->expectingSet) : nullptr;
+        const ANTLR3_UINT32 members = errBits != nullptr ? errBits->size(errBits) : 0;
+        if (members == 0) {
+            logf(" %s : unexpected input...\n  expected one of : Expected Token Unknown (displayRecognitionError)",
+                 kind);
+            record("Parsing error (state unknown) ");
+        } else if (tokenNames != nullptr) {
+            std::string list;
+            const ANTLR3_UINT32 capacity = errBits->numBits(errBits);
+            ANTLR3_UINT32 written = 0;
+            for (ANTLR3_UINT32 i = 1; capacity >= 2 && i + 1 < capacity && written < 8 && written < members; ++i) {
+                if (tokenNames[i] == nullptr) {
+                    continue;
+                }
+                const char *name = reinterpret_cast<const char *>(tokenNames[i]);
+                list += (written > 0 ? ", " : "") + std::string(name) + " " + std::to_string(name[0]);
+                ++written;
+            }
+            logf(" %s : unexpected input...\n  expected one of : %s\n", kind, list.c_str());
+        }
+        if (errBits != nullptr) {
+            errBits->free(errBits);
+        }
+        break;
+    }
+    case ANTLR3_EARLY_EXIT_EXCEPTION:
+        logf(" %s : missing elements... %d, %d\n", kind, line, pos);
+        record("missing elements...");
+        break;
+    case ANTLR3_UNWANTED_TOKEN_EXCEPTION:
+        if (tokenNames == nullptr) {
+            logf(" : Extraneous input...");
+        } else if (ex->expecting == ANTLR3_TOKEN_EOF) {
+            logf(" %s : Extraneous input - expected <EOF>\n", kind);
+            record("Extraneous input - expected <EOF>");
+        } else {
+            const std::string expected = tokenName(tokenNames, ex->expecting);
+            logf(" %s : Extraneous input - expected %s ...\n", kind, expected.c_str());
+            record("Extraneous input - expected " + expected);
+        }
+        break;
+    case ANTLR3_MISSING_TOKEN_EXCEPTION:
+        if (tokenNames == nullptr) {
+            logf(" %s : [%d:%d] Missing token (%u)...\n", kind, line, pos, ex->expecting);
+            record("Missing token (" + std::to_string(ex->expecting) + ") ...");
+        } else if (ex->expecting == ANTLR3_TOKEN_EOF) {
+            logf(" %s : [%d:%d] Missing <EOF>\n", kind, line, pos);
+            record("Missing <EOF>");
+        } else {
+            const std::string expected = tokenName(tokenNames, ex->expecting);
+            logf(" %s : [%d:%d] Missing (%s) \n", kind, line, pos, expected.c_str());
+            record("Missing (" + expected + ")");
+        }
+        break;
+    default:
+        logf(" %s : syntax not recognized...\n", kind);
+        record("syntax not recognized...");
+        break;
+    }
+}
+
+void kp_parser_recover2(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    if (!isParserOrTreeParser(recognizer)) {
+        logf("Base recognizer function recover called by unknown parser type - provide override for this function\n");
+        return;
+    }
+    pANTLR3_INT_STREAM is = recognizerStream(recognizer);
+    // Two errors at the same place must make progress.
+    if (recognizer->state->lastErrorIndex == is->index(is)) {
+        is->consume(is);
+    }
+    recognizer->state->lastErrorIndex = is->index(is);
+    pANTLR3_BITSET followSet = recognizer->computeErrorRecoverySet(recognizer);
+    recognizer->beginResync(recognizer);
+    recognizer->consumeUntilSet(recognizer, followSet);
+    recognizer->endResync(recognizer);
+    followSet->free(followSet);
+    recognizer->state->error = ANTLR3_FALSE;
+    recognizer->state->failed = ANTLR3_FALSE;
+}
+
+void kp_parser_recover(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    logf("recovering parser");
+    if (!isParserOrTreeParser(recognizer)) {
+        logf("Base recognizer function recover called by unknown parser type - provide override for this function\n");
+        return;
+    }
+    pANTLR3_INT_STREAM is = recognizerStream(recognizer);
+    if (recognizer->state->lastErrorIndex == is->index(is)) {
+        is->consume(is);
+    }
+    recognizer->state->lastErrorIndex = is->index(is);
+    recognizer->beginResync(recognizer);
+    logf("consuming until SEMI");
+    for (;;) {
+        const ANTLR3_UINT32 type = is->_LA(is, 1);
+        if (type == ANTLR3_TOKEN_EOF) {
+            break;
+        }
+        is->consume(is);
+        if (type == SEMI) {
+            break;
+        }
+    }
+    recognizer->endResync(recognizer);
+    recognizer->state->error = ANTLR3_FALSE;
+    recognizer->state->failed = ANTLR3_FALSE;
+}
+
+void kp_lexer_recover(pANTLR3_LEXER lexer)
+{
+    logf("recovering lexer");
+    lexer->input->istream->consume(lexer->input->istream);
+}
+
+void *kp_errorNode(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR3_TOKEN_STREAM, pANTLR3_COMMON_TOKEN start,
+                   pANTLR3_COMMON_TOKEN, pANTLR3_EXCEPTION)
+{
+    logf("created error node");
+    auto node = static_cast<pANTLR3_BASE_TREE>(
+        adaptor->createTypeText(adaptor, ERROR_NODE, reinterpret_cast<pANTLR3_UINT8>(const_cast<char *>("ERROR"))));
+    if (node == nullptr) {
+        return nullptr;
+    }
+    pANTLR3_COMMON_TOKEN token = node->getToken(node);
+    if (token != nullptr) {
+        token->user1 = 99999999;  // marks a token made for an error node
+        if (start != nullptr) {
+            token->line = start->line;
+            token->charPosition = start->charPosition;
+            token->index = start->index;
+        }
+    }
+    return node;
+}
+
+void *kp_tree_getMissingSymbol(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_INT_STREAM input, pANTLR3_EXCEPTION,
+                               ANTLR3_UINT32 expectedTokenType, pANTLR3_BITSET_LIST)
+{
+    auto nodes = static_cast<pANTLR3_TREE_NODE_STREAM>(input->super);
+    auto current = static_cast<pANTLR3_BASE_TREE>(nodes->_LT(nodes, 1));
+    if (current == nullptr || current->getType(current) == ANTLR3_TOKEN_EOF) {
+        current = static_cast<pANTLR3_BASE_TREE>(nodes->_LT(nodes, -1));
+    }
+    if (current == nullptr) {
+        return nullptr;
+    }
+    const std::string text = "<missing " + tokenName(recognizer->state->tokenNames, expectedTokenType) + ">";
+    pANTLR3_BASE_TREE_ADAPTOR adaptor = nodes->getTreeAdaptor(nodes);
+    auto missing = static_cast<pANTLR3_BASE_TREE>(adaptor->createTypeText(
+        adaptor, expectedTokenType, reinterpret_cast<pANTLR3_UINT8>(const_cast<char *>(text.c_str()))));
+    if (missing != nullptr && missing->getToken(missing) != nullptr) {
+        pANTLR3_COMMON_TOKEN token = missing->getToken(missing);
+        token->line = current->getLine(current);
+        token->charPosition = static_cast<ANTLR3_INT32>(current->getCharPositionInLine(current));
+    }
+    return missing;
+}
+
+void *kp_recoverFromMismatchedToken(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_UINT32, pANTLR3_BITSET_LIST)
+{
+    if (recognizer->debugger != nullptr && recognizer->state->exception != nullptr) {
+        recognizer->debugger->recognitionException(recognizer->debugger, recognizer->state->exception);
+    }
+    if (!isParserOrTreeParser(recognizer)) {
+        logf("Base recognizer function recoverFromMismatchedToken called by unknown parser type - provide override "
+             "for this function\n");
+        return nullptr;
+    }
+    if (recognizer->state->exception == nullptr) {
+        recognizer->exConstruct(recognizer);
+    }
+    recognizer->state->error = ANTLR3_TRUE;
+    return nullptr;
+}
+
+void kp_raiseNoViableAlternative(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN token)
+{
+    recognizer->exConstruct(recognizer);
+    pANTLR3_EXCEPTION ex = recognizer->state->exception;
+    ex->type = ANTLR3_NO_VIABLE_ALT_EXCEPTION;
+    ex->name = const_cast<char *>(ANTLR3_NO_VIABLE_ALT_NAME);
+    ex->message = const_cast<char *>("cannot match to any predicted input");
+    if (token != nullptr) {
+        ex->token = token;
+        ex->line = token->line;
+        ex->charPositionInLine = token->charPosition;
+        ex->index = token->index;
+    }
+    recognizer->state->error = ANTLR3_TRUE;
+}
+
+void kp_raiseNestingTooDeep(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    recognizer->exConstruct(recognizer);
+    pANTLR3_EXCEPTION ex = recognizer->state->exception;
+    ex->type = ANTLR3_RECOGNITION_EXCEPTION;
+    ex->message = const_cast<char *>("nesting too deep");
+    recognizer->state->error = ANTLR3_TRUE;
+}
+
+void kp_reportErrorNode(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE errorNode)
+{
+    const std::string text = kp_nodeText(errorNode);
+    logf("found error node %s", text.c_str());
+    logf("found error node");
+    ParseSession *session = kp_session(recognizer);
+    if (session != nullptr && errorNode != nullptr) {
+        session->addException("error field " + text, static_cast<int>(errorNode->getLine(errorNode)),
+                              static_cast<int>(errorNode->getCharPositionInLine(errorNode)));
+    }
+}
+
+void kp_logUnknownObjectType(pANTLR3_BASE_RECOGNIZER, pANTLR3_COMMON_TOKEN token, const char *statement)
+{
+    if (token == nullptr || !sqlantlr::logEnabled()) {
+        return;
+    }
+    logf("Parse Error: [%u:%d] unknown %s object type: '%s' found", token->line, token->charPosition, statement,
+         kp_tokenText(token).c_str());
+}

@@ -1,0 +1,13 @@
+// Helpers that the tree walker's actions call to build the schema model. Each
+// says what happens to the model; the walker only matches and dispatches.
+#pragma once
+
+#include "RecognizerSupport.h"
+
+#include <SchemaModel/SchemaModel.h>
+
+#include <string>
+#include <vector>
+
+// A new, empty list of name parts that lives as long as the parse.
+std::vector<std::string> *kp_newNameList(pANTLR3_BASE_RECOGNIZER recognizer);

@@ -1,0 +1,34 @@
+// State of one parse, shared by the driver and the recognizers' actions
+// through the recognizers' user pointer.
+#pragma once
+
+#include <antlr3.h>
+
+#include <deque>
+#include <string>
+#include <vector>
+
+class SQLParserC;
+
+namespace sqlantlr {
+
+struct ParseSession {
+    SQLParserC *driver = nullptr;
+    // Running number for token descriptions in error messages.
+    unsigned descriptionCounter = 0;
+    // Source texts of DEFAULT values and CHECK expressions, attached to their
+    // tokens by the parser and read back by the walker. Kept for the parse.
+    std::deque<std::string> customValues;
+    // The lexer's own token source function, wrapped to place the end of input.
+    pANTLR3_COMMON_TOKEN (*lexerNextToken)(pANTLR3_TOKEN_SOURCE) = nullptr;
+    // Name lists that walker rules return (qualified names, column lists).
+    std::deque<std::vector<std::string>> nameLists;
+    // Current depth of nested rules guarded against stack exhaustion.
+    int nesting = 0;
+
+    void addException(const std::string &message, int line, int charPos);
+    const std::string *addCustomValue(std::string value);
+    std::vector<std::string> *newNameList();
+};
+
+} // namespace sqlantlr

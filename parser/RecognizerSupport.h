@@ -1,0 +1,83 @@
+// Functions that the generated lexer, parser and tree walker call from their
+// actions, and the hooks the driver installs in them. Private to the library:
+// this header carries ANTLR types and is never installed.
+#pragma once
+
+#include <antlr3.h>
+// <antlr3.h> pulls in the resolver's DNS constants; T_KEY is a token here.
+#undef T_KEY
+
+#include <string>
+#include <vector>
+
+class SQLContainer;
+class SQLTable;
+class SQLField;
+class SQLObject;
+class SQLView;
+class SQLIndex;
+class SQLReferentialActions;
+
+namespace sqlantlr {
+struct ParseSession;
+}
+
+// Token name tables of the generated parser (types 0 to 442) and tree walker
+// (0 to 444, adding ';' and 'to').
+extern pANTLR3_UINT8 VellumGrammarCParserTokenNames[];
+extern pANTLR3_UINT8 VellumTreeGrammarCTokenNames[];
+constexpr ANTLR3_UINT32 kp_parserTokenCount = 443;
+
+// ---- Case-folding character stream -------------------------------------
+// Look-ahead that answers with the upper-case form of each UTF-16 unit.
+ANTLR3_UCHAR lc_antlr3UCS2LA(pANTLR3_INT_STREAM is, ANTLR3_INT32 la);
+// Consumes one UTF-16 code unit, counting lines and positions in units.
+void kp_utf16Consume(pANTLR3_INT_STREAM is);
+
+// ---- Recognition error display and recovery ----------------------------
+void kp_lexer_displayRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_UINT8 *tokenNames);
+void kp_parser_displayRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_UINT8 *tokenNames);
+void kp_parser_recover2(pANTLR3_BASE_RECOGNIZER recognizer);
+void kp_parser_recover(pANTLR3_BASE_RECOGNIZER recognizer);
+void kp_lexer_recover(pANTLR3_LEXER lexer);
+void *kp_errorNode(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR3_TOKEN_STREAM input, pANTLR3_COMMON_TOKEN start,
+                   pANTLR3_COMMON_TOKEN stop, pANTLR3_EXCEPTION exception);
+void *kp_tree_getMissingSymbol(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_INT_STREAM input,
+                               pANTLR3_EXCEPTION exception, ANTLR3_UINT32 expectedTokenType,
+                               pANTLR3_BITSET_LIST follow);
+void *kp_recoverFromMismatchedToken(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_UINT32 ttype,
+                                    pANTLR3_BITSET_LIST follow);
+
+// Raises a failed prediction at a token already matched (a token that can
+// start no statement), so the rule reports it and leaves an ERROR_NODE.
+void kp_raiseNoViableAlternative(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN token);
+// Raises a recognition error at the next token because the input nests
+// deeper than the parser allows (stack safety).
+void kp_raiseNestingTooDeep(pANTLR3_BASE_RECOGNIZER recognizer);
+
+// ---- Token and text helpers ---------------------------------------------
+// The text of a token as UTF-8: its own text if it has one, else the slice of
+// the input it covers ("<EOF>" for the end of input).
+std::string kp_tokenText(pANTLR3_COMMON_TOKEN token);
+std::string kp_nodeText(pANTLR3_BASE_TREE node);
+// UTF-16 units as UTF-8.
+std::string kp_utf16Slice(const char16_t *units, size_t count);
+// Case-insensitive check of a token's text against an ASCII upper-case word.
+bool kp_isWord(pANTLR3_COMMON_TOKEN token, const char *upperWord);
+// True for END followed by IF, LOOP, REPEAT or WHILE: the end of a construct
+// inside a block, not the end of the block.
+bool kp_isConstructEnd(pANTLR3_COMMON_TOKEN end, pANTLR3_COMMON_TOKEN next);
+// A runtime string as UTF-8; empty for NULL.
+std::string AntlrCocoaString(pANTLR3_STRING string);
+// The tree-string rendering of a subtree; empty for NULL.
+std::string AntlrTreeString(pANTLR3_BASE_TREE tree);
+// Moves the token stream forward, over hidden tokens too, up to a token of
+// the given type (or an SL_COMMENT when looking for NEWLINE), which is left.
+void consumeUntilToken(pANTLR3_TOKEN_STREAM stream, ANTLR3_UINT32 tokenType);
+// Logs "unknown CREATE/ALTER object type" for a skipped statement.
+void kp_logUnknownObjectType(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN token, const char *statement);
+
+// ---- Tree walker support --------------------------------------------------
+sqlantlr::ParseSession *kp_session(pANTLR3_BASE_RECOGNIZER recognizer);
+// Records an ERROR_NODE met by the walker ("error field ...").
+void kp_reportErrorNode(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE errorNode);

@@ -1,0 +1,95 @@
+// The facade: file reading, the parse, and the model's post-load resolution.
+#include <SQLAntlrParser/SQLParser.h>
+
+#include "Log.h"
+#include "TextEncoding.h"
+
+#include <SchemaModel/SchemaModel.h>
+
+#include <fstream>
+#include <iterator>
+#include <optional>
+
+using sqlantlr::logf;
+
+namespace {
+
+std::optional<std::string> readBytes(const std::string &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        return std::nullopt;
+    }
+    std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    if (file.bad()) {
+        return std::nullopt;
+    }
+    return bytes;
+}
+
+// The file's text in one encoding, or nothing when the bytes are not valid in it.
+std::optional<std::string> decode(const std::string &bytes, SQLTextEncoding encoding)
+{
+    if (encoding == SQLTextEncoding::UTF8) {
+        if (!sqlantlr::isValidUtf8(bytes)) {
+            return std::nullopt;
+        }
+        return bytes;
+    }
+    return sqlantlr::macRomanToUtf8(bytes);  // every byte has a character
+}
+
+} // namespace
+
+SQLParser::SQLParser() : parser_(SQLParserC::parser()) {}
+SQLParser::~SQLParser() = default;
+
+std::unique_ptr<SQLParser> SQLParser::parser()
+{
+    return std::make_unique<SQLParser>();
+}
+
+std::unique_ptr<SQLContainer> SQLParser::parseString(std::string_view sql)
+{
+    KpError error;
+    std::unique_ptr<SQLContainer> container = parser_->parseString(sql, &error);
+    if (container == nullptr) {
+        logf("Error: %s (%s %d)", error.message.c_str(), error.domain.c_str(), error.code);
+        return nullptr;
+    }
+    container->postLoadProcess();
+    return container;
+}
+
+std::unique_ptr<SQLContainer> SQLParser::parseFile(const std::string &path)
+{
+    const std::string text = stringForFile(path, SQLTextEncoding::UTF8);
+    return parseString(text);
+}
+
+std::string SQLParser::stringForFile(const std::string &path, SQLTextEncoding encoding)
+{
+    const std::optional<std::string> bytes = readBytes(path);
+    if (bytes) {
+        if (std::optional<std::string> text = decode(*bytes, encoding)) {
+            return *text;
+        }
+        logf("falling back to latin encoding");
+        if (std::optional<std::string> text = decode(*bytes, SQLTextEncoding::MacOSRoman)) {
+            return *text;
+        }
+    }
+    throw SQLFileEncodingError();
+}
+
+const std::vector<SQLParserException> &SQLParser::getExceptionList() const
+{
+    return parser_->getExceptionList();
+}
+
+bool SQLParser::hasExceptions() const
+{
+    return static_cast<unsigned char>(parser_->getExceptionList().size() & 0xFF) != 0;
+}
+
+void SQLParser::displayErrors() const {}

@@ -1,0 +1,75 @@
+#include "TextEncoding.h"
+
+#include <unicode/ucnv.h>
+#include <unicode/ustring.h>
+#include <unicode/utf8.h>
+
+#include <memory>
+#include <vector>
+
+namespace sqlantlr {
+
+std::u16string utf8ToUtf16(std::string_view text)
+{
+    std::u16string result(text.size(), u'\0');  // never more units than bytes
+    int32_t length = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    u_strFromUTF8WithSub(reinterpret_cast<UChar *>(result.data()), static_cast<int32_t>(result.size()), &length,
+                         text.data(), static_cast<int32_t>(text.size()), 0xFFFD, nullptr, &status);
+    if (U_FAILURE(status)) {
+        return {};
+    }
+    result.resize(static_cast<size_t>(length));
+    return result;
+}
+
+std::string utf16ToUtf8(const char16_t *text, size_t length)
+{
+    if (length == 0) {
+        return {};
+    }
+    std::string result(length * 3, '\0');
+    int32_t written = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    u_strToUTF8WithSub(result.data(), static_cast<int32_t>(result.size()), &written,
+                       reinterpret_cast<const UChar *>(text), static_cast<int32_t>(length), 0xFFFD, nullptr, &status);
+    if (U_FAILURE(status)) {
+        return {};
+    }
+    result.resize(static_cast<size_t>(written));
+    return result;
+}
+
+bool isValidUtf8(std::string_view bytes)
+{
+    const auto *s = reinterpret_cast<const uint8_t *>(bytes.data());
+    const auto length = static_cast<int32_t>(bytes.size());
+    int32_t i = 0;
+    while (i < length) {
+        UChar32 c;
+        U8_NEXT(s, i, length, c);
+        if (c < 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::string macRomanToUtf8(std::string_view bytes)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<UConverter, decltype(&ucnv_close)> converter(ucnv_open("macintosh", &status), &ucnv_close);
+    if (U_FAILURE(status)) {
+        return {};
+    }
+    std::u16string units(bytes.size(), u'\0');
+    const int32_t length = ucnv_toUChars(converter.get(), reinterpret_cast<UChar *>(units.data()),
+                                         static_cast<int32_t>(units.size()), bytes.data(),
+                                         static_cast<int32_t>(bytes.size()), &status);
+    if (U_FAILURE(status)) {
+        return {};
+    }
+    return utf16ToUtf8(units.data(), static_cast<size_t>(length));
+}
+
+} // namespace sqlantlr

@@ -1,0 +1,20 @@
+// Conversions between the UTF-8 of the public API and the UTF-16 that the
+// recognizers read. Invalid sequences become U+FFFD, never an error.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace sqlantlr {
+
+std::u16string utf8ToUtf16(std::string_view text);
+std::string utf16ToUtf8(const char16_t *text, size_t length);
+inline std::string utf16ToUtf8(std::u16string_view text) { return utf16ToUtf8(text.data(), text.size()); }
+
+// True when the bytes are well-formed UTF-8.
+bool isValidUtf8(std::string_view bytes);
+// Bytes in the Mac OS Roman single-byte encoding, as UTF-8.
+std::string macRomanToUtf8(std::string_view bytes);
+
+} // namespace sqlantlr

@@ -1,0 +1,63 @@
+// Statement dispatch. Only CREATE and ALTER reach the model; an ERROR_NODE
+// left by the parser's recovery becomes a record and the walk goes on.
+
+schema[SQLContainer *c]
+    : ( schemaEntry[c] )*
+    ;
+
+schemaEntry[SQLContainer *c]
+    : createObject[c]
+    | alterInstruction[c]
+    | otherObject
+    | insertStatement
+    | dropStatement
+    | comment
+    | errorNode
+    ;
+
+errorNode
+    : ^( e=ERROR_NODE ( . )* ) { kp_reportErrorNode(RECOGNIZER, $e); }
+    ;
+
+otherObject
+    : SEMI
+    | IGNORED_NODE
+    | PSQL_NODE
+    | delimiter
+    | otherObjectFirst ( ~SEMI )* SEMI
+    ;
+
+otherObjectFirst
+    : ~( SEMI | ML_COMMENT | SL_COMMENT | T_ALTER | T_DECLARE | FORWARD_SLASH | T_BEGIN | T_END
+       | T_DELIMITER | 'CREATE' | 'INSERT' | 'DROP' | 'SOURCE' | ERROR_NODE | COMMENT_NODE
+       | IGNORED_NODE | PSQL_NODE | VIEWSELECT_NODE | ON_UPDATE | ON_DELETE | CREATE_TRIGGER_NODE )
+    ;
+
+delimiter
+    : T_DELIMITER ( options { greedy = true; } : FORWARD_SLASH | T_END )*
+    ;
+
+insertStatement
+    : 'INSERT' ( ~SEMI )* SEMI
+    ;
+
+dropStatement
+    : 'DROP' ( ~SEMI )* SEMI
+    ;
+
+comment
+    : ^( COMMENT_NODE ( ML_COMMENT | SL_COMMENT )? )
+    ;
+
+createObject[SQLContainer *c]
+    : 'CREATE' ( 'OR' 'REPLACE' )?
+      ( PSQL_NODE
+      | IGNORED_NODE
+      )
+    ;
+
+alterInstruction[SQLContainer *c]
+    : T_ALTER ( 'IGNORE' )?
+      ( IGNORED_NODE
+      )
+    ;
