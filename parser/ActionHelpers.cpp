@@ -41,13 +41,30 @@ std::string kp_utf16Slice(const char16_t *units, size_t count)
     return sqlantlr::utf16ToUtf8(units, count);
 }
 
+namespace {
+
+// Runtime strings do not record their width reliably (a UTF-16 factory marks
+// its strings 8-bit), but a factory's functions tell: compare with those of a
+// UTF-16 factory.
+bool isUtf16String(pANTLR3_STRING string)
+{
+    static const auto utf16NewRaw = [] {
+        pANTLR3_STRING_FACTORY factory = antlr3StringFactoryNew(ANTLR3_ENC_UTF16);
+        auto function = factory->newRaw;
+        factory->close(factory);
+        return function;
+    }();
+    return string->factory != nullptr && string->factory->newRaw == utf16NewRaw;
+}
+
+} // namespace
+
 std::string AntlrCocoaString(pANTLR3_STRING string)
 {
     if (string == nullptr || string->len == 0 || string->chars == nullptr) {
         return {};
     }
-    if (string->encoding == ANTLR3_ENC_UTF16 || string->encoding == ANTLR3_ENC_UTF16LE ||
-        string->encoding == ANTLR3_ENC_UTF16BE) {
+    if (isUtf16String(string)) {
         return kp_utf16Slice(reinterpret_cast<const char16_t *>(string->chars), string->len);
     }
     return std::string(reinterpret_cast<const char *>(string->chars), string->len);

@@ -361,6 +361,16 @@ void kp_raiseNestingTooDeep(pANTLR3_BASE_RECOGNIZER recognizer)
     recognizer->state->error = ANTLR3_TRUE;
 }
 
+bool kp_nestingTooDeep(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    ParseSession *session = kp_session(recognizer);
+    if (session == nullptr || session->stackBase == nullptr) {
+        return false;
+    }
+    const auto *here = static_cast<const char *>(__builtin_frame_address(0));
+    return session->stackBase - here > ParseSession::stackBudget;
+}
+
 void kp_reportErrorNode(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE errorNode)
 {
     const std::string text = kp_nodeText(errorNode);

@@ -23,8 +23,12 @@ struct ParseSession {
     pANTLR3_COMMON_TOKEN (*lexerNextToken)(pANTLR3_TOKEN_SOURCE) = nullptr;
     // Name lists that walker rules return (qualified names, column lists).
     std::deque<std::vector<std::string>> nameLists;
-    // Current depth of nested rules guarded against stack exhaustion.
-    int nesting = 0;
+    // Stack address at the start of the parse, and how many bytes below it
+    // the recognizers may go. Deeply nested input beyond that becomes a
+    // record instead of overflowing the stack; the budget keeps a parse safe
+    // on a thread with a 1 MiB stack.
+    const char *stackBase = nullptr;
+    static constexpr long stackBudget = 384 * 1024;
 
     void addException(const std::string &message, int line, int charPos);
     const std::string *addCustomValue(std::string value);

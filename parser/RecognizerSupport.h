@@ -54,6 +54,20 @@ void kp_raiseNoViableAlternative(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COM
 // Raises a recognition error at the next token because the input nests
 // deeper than the parser allows (stack safety).
 void kp_raiseNestingTooDeep(pANTLR3_BASE_RECOGNIZER recognizer);
+// True when this parse has used more stack than a parse may (see
+// ParseSession::stackBudget): recursive rules check it on entry and fail with
+// kp_raiseNestingTooDeep rather than exhaust a small thread stack.
+bool kp_nestingTooDeep(pANTLR3_BASE_RECOGNIZER recognizer);
+
+// Guard for the start of a recursive rule (in its @init): fails the rule
+// with a record when the input nests too deeply.
+#define KP_GUARD_NESTING(ruleName) \
+    do { \
+        if (kp_nestingTooDeep(RECOGNIZER)) { \
+            kp_raiseNestingTooDeep(RECOGNIZER); \
+            goto rule##ruleName##Ex; \
+        } \
+    } while (0)
 
 // ---- Token and text helpers ---------------------------------------------
 // The text of a token as UTF-8: its own text if it has one, else the slice of

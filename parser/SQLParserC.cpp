@@ -147,6 +147,7 @@ std::unique_ptr<SQLContainer> SQLParserC::parseString(std::string_view sql, KpEr
     const std::u16string text = scriptUnits(sql);
     ParseSession session;
     session.driver = this;
+    session.stackBase = static_cast<const char *>(__builtin_frame_address(0));
     SessionScope scope(session_, &session);
     Pipeline pipeline;
 
@@ -325,6 +326,7 @@ std::string SQLParserC::syntaxTreeForString(std::string_view sql, KpError *error
     const std::u16string text = scriptUnits(sql);
     ParseSession session;
     session.driver = this;
+    session.stackBase = static_cast<const char *>(__builtin_frame_address(0));
     SessionScope scope(session_, &session);
     Pipeline pipeline;
     pipeline.input = asInput(inputStreamFromString(text));

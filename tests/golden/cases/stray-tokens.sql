@@ -1,0 +1,5 @@
+END;
+GRANT ALL ON x TO y;
+/
+)
+CREATE FOO bar;
