@@ -1,0 +1,108 @@
+// The command-line tool as a process: output shapes, exit codes, standard
+// input, and that traces go to standard error only with --trace.
+#include "ParserTestSupport.h"
+
+#include <nlohmann/json.hpp>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+struct CliRun {
+    int exitCode = -1;
+    std::string out;
+    std::string err;
+};
+
+CliRun runCli(const std::string &arguments, const std::string &input = "")
+{
+    static int counter = 0;
+    const std::string base = (std::filesystem::temp_directory_path() /
+                              ("sqlantlr-cli-" + std::to_string(getpid()) + "-" + std::to_string(counter++)))
+                                 .string();
+    std::ofstream(base + ".in", std::ios::binary) << input;
+    const std::string command = std::string(SQLANTLR_CLI) + " " + arguments + " < " + base + ".in > " + base +
+                                ".out 2> " + base + ".err";
+    const int status = std::system(command.c_str());
+    CliRun run;
+    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    auto slurp = [](const std::string &path) {
+        std::ifstream file(path, std::ios::binary);
+        return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    };
+    run.out = slurp(base + ".out");
+    run.err = slurp(base + ".err");
+    for (const char *suffix : {".in", ".out", ".err"}) {
+        std::filesystem::remove(base + suffix);
+    }
+    return run;
+}
+
+TEST(Cli, ModelPrintsOneJsonObjectFromStandardInput)
+{
+    const CliRun run = runCli("model -", "INSERT INTO t VALUES (1);\nEND;\n");
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(run.err, "");
+    const nlohmann::json json = nlohmann::json::parse(run.out);
+    EXPECT_TRUE(json["tables"].is_array());
+    EXPECT_TRUE(json["views"].is_array());
+    ASSERT_EQ(json["exceptions"].size(), 3U);
+    EXPECT_EQ(json["exceptions"][2], "[2:0] error field ERROR");
+}
+
+TEST(Cli, TokensJsonHasExactlyTheDocumentedKeys)
+{
+    const CliRun run = runCli("tokens --json -", "select 1;");
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    const nlohmann::json tokens = nlohmann::json::parse(run.out);
+    ASSERT_EQ(tokens.size(), 4U);  // SELECT, WS, INT, SEMI
+    std::vector<std::string> keys;
+    for (const auto &item : tokens[1].items()) {
+        keys.push_back(item.key());
+    }
+    std::sort(keys.begin(), keys.end());
+    EXPECT_EQ(keys, (std::vector<std::string>{"channel", "index", "line", "name", "pos", "text", "type"}));
+    EXPECT_EQ(tokens[1]["channel"], 99);
+    EXPECT_EQ(tokens[0]["name"], "'SELECT'");
+    EXPECT_EQ(tokens[0]["text"], "select");
+}
+
+TEST(Cli, TreeAndPlainTokens)
+{
+    const CliRun tree = runCli("tree -", "INSERT x;\n;");
+    EXPECT_EQ(tree.out, "INSERT x ; ;\n");
+    const CliRun tokens = runCli("tokens -", "a\n");
+    EXPECT_EQ(tokens.out, "0 35 STRING 0 1:0 \"a\"\n1 51 NEWLINE 99 1:1 \"\\n\"\n");
+}
+
+TEST(Cli, ExitCodesForUnreadableFilesFailedParsesAndUsage)
+{
+    const CliRun missing = runCli("model /nonexistent/x.sql");
+    EXPECT_EQ(missing.exitCode, 1);
+    EXPECT_EQ(std::count(missing.err.begin(), missing.err.end(), '\n'), 1) << missing.err;
+    EXPECT_NE(missing.err.find("Unable to identify text encoding during parsing"), std::string::npos);
+
+    const CliRun empty = runCli("model -", "GRANT a ON b TO c;");
+    EXPECT_EQ(empty.exitCode, 1);
+    EXPECT_NE(empty.err.find("279"), std::string::npos) << empty.err;
+
+    EXPECT_EQ(runCli("frobnicate x").exitCode, 2);
+    EXPECT_EQ(runCli("model").exitCode, 2);
+    EXPECT_EQ(runCli("--help").exitCode, 0);
+}
+
+TEST(Cli, TraceGoesToStandardErrorOnlyWhenAsked)
+{
+    const CliRun quiet = runCli("model -", "END;");
+    EXPECT_EQ(quiet.err, "");
+    const CliRun traced = runCli("--trace model -", "END;");
+    EXPECT_NE(traced.err.find("created error node"), std::string::npos);
+    EXPECT_EQ(nlohmann::json::parse(traced.out)["exceptions"].size(), 3U);
+}
+
+} // namespace

@@ -1,0 +1,205 @@
+// The facade and the driver's public operations: file input and its encoding
+// fallback, record bookkeeping across parses, foreign-key linking, threads.
+#include "ParserTestSupport.h"
+
+#include <atomic>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class TempFile {
+public:
+    explicit TempFile(const std::string &bytes)
+        : path_(fs::temp_directory_path() / ("sqlantlr-test-" + std::to_string(counter_++) + ".sql"))
+    {
+        std::ofstream(path_, std::ios::binary) << bytes;
+    }
+    ~TempFile() { fs::remove(path_); }
+    std::string path() const { return path_.string(); }
+
+private:
+    static inline std::atomic<int> counter_{0};
+    fs::path path_;
+};
+
+// Collects log messages while alive.
+class LogCapture {
+public:
+    LogCapture()
+    {
+        SQLAntlrParser::setLogSink([this](std::string_view message) { lines.emplace_back(message); });
+    }
+    ~LogCapture() { SQLAntlrParser::setLogSink(nullptr); }
+    bool contains(const std::string &text) const
+    {
+        for (const std::string &line : lines) {
+            if (line.find(text) != std::string::npos) {
+                return true;
+            }
+        }
+        return false;
+    }
+    std::vector<std::string> lines;
+};
+
+TEST(FileInput, Utf8FileIsReadAsIs)
+{
+    TempFile file("INSERT INTO t VALUES ('caf\xC3\xA9');\n");
+    LogCapture log;
+    EXPECT_EQ(SQLParser::stringForFile(file.path(), SQLTextEncoding::UTF8), "INSERT INTO t VALUES ('caf\xC3\xA9');\n");
+    EXPECT_FALSE(log.contains("falling back"));
+    SQLParser parser;
+    EXPECT_TRUE(parser.parseFile(file.path()));
+    EXPECT_FALSE(parser.hasExceptions());
+}
+
+TEST(FileInput, InvalidUtf8FallsBackToMacRoman)
+{
+    TempFile file("INSERT INTO t VALUES ('\xE9\x8E');\n");
+    LogCapture log;
+    // 0xE9 is E with grave and 0x8E e with acute in Mac OS Roman.
+    EXPECT_EQ(SQLParser::stringForFile(file.path(), SQLTextEncoding::UTF8), "INSERT INTO t VALUES ('\xC3\x88\xC3\xA9');\n");
+    EXPECT_TRUE(log.contains("falling back to latin encoding"));
+}
+
+TEST(FileInput, MissingFileRaisesTheEncodingError)
+{
+    SQLParser parser;
+    try {
+        parser.parseFile("/nonexistent/dir/schema.sql");
+        FAIL() << "no exception";
+    } catch (const SQLFileEncodingError &error) {
+        EXPECT_STREQ(error.what(), "Unable to identify text encoding during parsing");
+    }
+}
+
+TEST(Records, AccumulateAcrossParsesAndCountModulo256)
+{
+    SQLParser parser;
+    EXPECT_FALSE(parser.hasExceptions());
+    ASSERT_TRUE(parser.parseString(""));  // 2 records
+    EXPECT_TRUE(parser.hasExceptions());
+    std::string script;
+    for (int i = 0; i < 84; ++i) {
+        script += "/\n";  // 3 records each
+    }
+    script += "INSERT x";  // 2 records at the end
+    ASSERT_TRUE(parser.parseString(script));
+    ASSERT_EQ(parser.getExceptionList().size(), 256U);
+    EXPECT_EQ(parser.getExceptionList().front().reason, "[1:0] missing elements...");
+    EXPECT_EQ(parser.getExceptionList().front().name, "ParsingException");
+    EXPECT_FALSE(parser.hasExceptions()) << "the count's low 8 bits decide";
+}
+
+TEST(Records, NilParseIsLoggedByTheFacade)
+{
+    SQLParser parser;
+    LogCapture log;
+    EXPECT_EQ(parser.parseString("GRANT x ON y TO z;"), nullptr);
+    EXPECT_TRUE(log.contains("Tried to parse unallocated Tree"));
+    KpError error;
+    EXPECT_TRUE(KpError::handleErrorWithLocalizedString("m", 5, &error));
+    EXPECT_EQ(error.code, 5);
+    EXPECT_FALSE(KpError::handleErrorWithLocalizedString("lost", 6, nullptr));
+    EXPECT_TRUE(log.contains("ERROR (6): lost"));
+}
+
+TEST(Driver, TableNamesAreTrimmedPartsJoinedWithDots)
+{
+    EXPECT_EQ(SQLParserC::tableNameFromReturnArray({" s ", "`t`"}), "s.t");
+    EXPECT_EQ(SQLParserC::tableNameFromReturnArray({"\"only\""}), "only");
+    EXPECT_EQ(SQLParserC::tableNameFromReturnArray({}), "");
+}
+
+class ForeignKeyLinking : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        table = SQLTable::tableForImportWithName("orders");
+        for (const char *name : {"id", "customer", "region"}) {
+            table->addWithRenaming(SQLField::fieldWithName(name, "INT"));
+        }
+    }
+    SQLParserC driver;
+    std::unique_ptr<SQLTable> table;
+};
+
+TEST_F(ForeignKeyLinking, OneColumnKeyLivesOnTheField)
+{
+    SQLReferentialActions *carrier =
+        driver.addForeignKey(table.get(), std::string("fk_c"), 3, 4, {"s", "customers"}, {"customer"}, {});
+    SQLField *field = table->getFieldByName("customer");
+    ASSERT_EQ(carrier, static_cast<SQLReferentialActions *>(field));
+    ASSERT_NE(field->getReferences(), nullptr);
+    EXPECT_EQ(field->getReferences()->table, "s.customers");
+    EXPECT_FALSE(field->getReferences()->field.has_value());
+    EXPECT_EQ(field->getReferences()->referenceId, std::optional<std::string>("fk_c"));
+    EXPECT_TRUE(table->foreignKeys().empty());
+}
+
+TEST_F(ForeignKeyLinking, SeveralColumnsMakeAForeignKey)
+{
+    SQLReferentialActions *carrier =
+        driver.addForeignKey(table.get(), std::nullopt, 1, 0, {"customers"}, {"customer", "region"}, {});
+    ASSERT_EQ(table->foreignKeys().size(), 1U);
+    const SQLForeignKey &key = *table->foreignKeys().front();
+    EXPECT_EQ(carrier, static_cast<const SQLReferentialActions *>(&key));
+    EXPECT_TRUE(key.getPropertyAsBoolean("targetsPrimaryKey"));
+    ASSERT_EQ(key.entries().size(), 2U);
+    EXPECT_FALSE(key.entries()[0]->getTargetName().has_value());
+}
+
+TEST_F(ForeignKeyLinking, UnknownColumnsAreRecordedAndTheRestKept)
+{
+    driver.addForeignKey(table.get(), std::nullopt, 7, 2, {"customers"}, {"customer", "nope"}, {"id", "rid"});
+    ASSERT_EQ(table->foreignKeys().size(), 1U);
+    EXPECT_EQ(table->foreignKeys().front()->entries().size(), 1U);
+    EXPECT_EQ(driver.addForeignKey(table.get(), std::nullopt, 8, 1, {"x"}, {"missing"}, {"y"}), nullptr);
+    ASSERT_EQ(driver.getExceptionList().size(), 2U);
+    EXPECT_EQ(driver.getExceptionList()[0].reason,
+              "[7:2] Table Constraint foreign key Field Name rid not found in table orders\n");
+    EXPECT_EQ(driver.getExceptionList()[1].reason,
+              "[8:1] [8], local field not found when parsing foreign key:'missing' -> 'y' -- id, customer, region");
+}
+
+TEST(Threads, SeparateParsersRunConcurrently)
+{
+    std::string script;
+    for (int i = 0; i < 200; ++i) {
+        script += "INSERT INTO t VALUES (" + std::to_string(i) + ", 'x');\nEND;\n";
+    }
+    const std::vector<std::string> expected = parse(script).records;
+    ASSERT_EQ(expected.size(), 600U);
+    std::atomic<int> mismatches{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&] {
+            for (int round = 0; round < 5; ++round) {
+                if (parse(script).records != expected) {
+                    ++mismatches;
+                }
+            }
+        });
+    }
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(mismatches.load(), 0);
+}
+
+TEST(Version, SymbolsAndBacktrace)
+{
+    EXPECT_DOUBLE_EQ(SQLAntlrParserVersionNumber, 1.0);
+    EXPECT_STREQ(reinterpret_cast<const char *>(SQLAntlrParserVersionString),
+                 "@(#)PROGRAM:SQLAntlrParser  PROJECT:Vellum-17-1\n");
+    LogCapture log;
+    printBackTrace();
+    EXPECT_FALSE(log.lines.empty());
+}
+
+} // namespace
