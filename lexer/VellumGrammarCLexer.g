@@ -470,4 +470,6 @@ INT          : ( '0'..'9' )+ ;
 SYMBOL       : '$' | ',' | '-' | '<' | '>' | '?' | '_' | '|' ;
 STRING       : ( 'A'..'Z' | 'a'..'z' ) ( '-' | INT | 'A'..'Z' | 'a'..'z' | '_' )* ;
 NEWLINE      : ( '\r' )? '\n' { $channel = HIDDEN; } ;
-WS           : ( ' ' | '\t' )+ { $channel = HIDDEN; } ;
+// Blanks are hidden tokens; a parse drops them at once (nothing reads them
+// and each token costs memory until the parse ends), a token listing keeps them.
+WS           : ( ' ' | '\t' )+ { $channel = HIDDEN; if (kp_dropsBlanks(LEXSTATE)) { SKIP(); } } ;

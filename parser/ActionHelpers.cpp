@@ -36,6 +36,12 @@ std::vector<std::string> *ParseSession::newNameList()
 
 } // namespace sqlantlr
 
+bool kp_dropsBlanks(pANTLR3_RECOGNIZER_SHARED_STATE state)
+{
+    const auto *session = static_cast<const sqlantlr::ParseSession *>(state->userp);
+    return session != nullptr && session->dropBlanks;
+}
+
 std::string kp_utf16Slice(const char16_t *units, size_t count)
 {
     return sqlantlr::utf16ToUtf8(units, count);

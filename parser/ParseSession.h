@@ -21,6 +21,8 @@ struct ParseSession {
     std::deque<std::string> customValues;
     // The lexer's own token source function, wrapped to place the end of input.
     pANTLR3_COMMON_TOKEN (*lexerNextToken)(pANTLR3_TOKEN_SOURCE) = nullptr;
+    // Parses drop blank tokens; token listings keep every token.
+    bool dropBlanks = false;
     // Name lists that walker rules return (qualified names, column lists).
     std::deque<std::vector<std::string>> nameLists;
     // Stack address at the start of the parse, and how many bytes below it

@@ -34,6 +34,9 @@ ANTLR3_UCHAR lc_antlr3UCS2LA(pANTLR3_INT_STREAM is, ANTLR3_INT32 la);
 // Consumes one UTF-16 code unit, counting lines and positions in units.
 void kp_utf16Consume(pANTLR3_INT_STREAM is);
 
+// True when the lexer of this parse leaves blanks out of the token stream.
+bool kp_dropsBlanks(pANTLR3_RECOGNIZER_SHARED_STATE state);
+
 // ---- Recognition error display and recovery ----------------------------
 void kp_lexer_displayRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_UINT8 *tokenNames);
 void kp_parser_displayRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_UINT8 *tokenNames);

@@ -148,6 +148,7 @@ std::unique_ptr<SQLContainer> SQLParserC::parseString(std::string_view sql, KpEr
     ParseSession session;
     session.driver = this;
     session.stackBase = static_cast<const char *>(__builtin_frame_address(0));
+    session.dropBlanks = true;
     SessionScope scope(session_, &session);
     Pipeline pipeline;
 
@@ -327,6 +328,7 @@ std::string SQLParserC::syntaxTreeForString(std::string_view sql, KpError *error
     ParseSession session;
     session.driver = this;
     session.stackBase = static_cast<const char *>(__builtin_frame_address(0));
+    session.dropBlanks = true;
     SessionScope scope(session_, &session);
     Pipeline pipeline;
     pipeline.input = asInput(inputStreamFromString(text));
