@@ -113,7 +113,7 @@ comment
 
 createObject
     : 'CREATE' ( 'OR' 'REPLACE' )?
-      ( ( 'TEMPORARY'! )? ( createUnsupportedObject ) SEMI
+      ( ( 'TEMPORARY'! )? ( createTable | createUnsupportedObject ) SEMI
       | unknown_createObject
       )
     ;

@@ -51,6 +51,17 @@ pANTLR3_INT_STREAM recognizerStream(pANTLR3_BASE_RECOGNIZER recognizer)
     return static_cast<pANTLR3_TREE_PARSER>(recognizer->super)->ctnstream->tnstream->istream;
 }
 
+// Once an error is reported and recovered from, its exception is done with.
+// The runtime reuses a pending exception for the next missing or extra token
+// it meets, which would carry the old error's position into the new record.
+void forgetException(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    if (recognizer->state->exception != nullptr) {
+        recognizer->state->exception->freeEx(recognizer->state->exception);
+        recognizer->state->exception = nullptr;
+    }
+}
+
 } // namespace
 
 sqlantlr::ParseSession *kp_session(pANTLR3_BASE_RECOGNIZER recognizer)
@@ -238,6 +249,7 @@ void kp_parser_recover2(pANTLR3_BASE_RECOGNIZER recognizer)
     followSet->free(followSet);
     recognizer->state->error = ANTLR3_FALSE;
     recognizer->state->failed = ANTLR3_FALSE;
+    forgetException(recognizer);
 }
 
 void kp_parser_recover(pANTLR3_BASE_RECOGNIZER recognizer)
@@ -267,6 +279,7 @@ void kp_parser_recover(pANTLR3_BASE_RECOGNIZER recognizer)
     recognizer->endResync(recognizer);
     recognizer->state->error = ANTLR3_FALSE;
     recognizer->state->failed = ANTLR3_FALSE;
+    forgetException(recognizer);
 }
 
 void kp_lexer_recover(pANTLR3_LEXER lexer)

@@ -1,6 +1,7 @@
 #include "ModelBuilder.h"
 
 #include "ParseSession.h"
+#include "VellumTreeGrammarC.h"
 
 std::vector<std::string> *kp_newNameList(pANTLR3_BASE_RECOGNIZER recognizer)
 {
@@ -11,4 +12,12 @@ std::vector<std::string> *kp_newNameList(pANTLR3_BASE_RECOGNIZER recognizer)
         return &scratch;
     }
     return session->newNameList();
+}
+
+void kp_appendNamePart(std::vector<std::string> *parts, pANTLR3_BASE_TREE node)
+{
+    if (parts == nullptr || node == nullptr || node->getType(node) == ERROR_NODE) {
+        return;
+    }
+    parts->push_back(kp_nodeText(node));
 }

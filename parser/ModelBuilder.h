@@ -11,3 +11,7 @@
 
 // A new, empty list of name parts that lives as long as the parse.
 std::vector<std::string> *kp_newNameList(pANTLR3_BASE_RECOGNIZER recognizer);
+
+// Appends a name part's text; a part that recovery replaced by an error node
+// is no name and is left out.
+void kp_appendNamePart(std::vector<std::string> *parts, pANTLR3_BASE_TREE node);

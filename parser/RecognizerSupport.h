@@ -62,11 +62,34 @@ void kp_raiseNestingTooDeep(pANTLR3_BASE_RECOGNIZER recognizer);
 // kp_raiseNestingTooDeep rather than exhaust a small thread stack.
 bool kp_nestingTooDeep(pANTLR3_BASE_RECOGNIZER recognizer);
 
-// Guard for the start of a recursive rule (in its @init): fails the rule
-// with a record when the input nests too deeply.
+// Guard for the start of a recursive parser rule (in its @init): fails the
+// rule with a record when the input nests too deeply. @init runs before the
+// generated code sets the rule's start token and its rewrite streams, so the
+// guard sets the start itself and may only be used in rules without a
+// rewrite. While backtracking it only marks the attempt as failed.
 #define KP_GUARD_NESTING(ruleName) \
     do { \
         if (kp_nestingTooDeep(RECOGNIZER)) { \
+            if (BACKTRACKING > 0) { \
+                FAILEDFLAG = ANTLR3_TRUE; \
+                return retval; \
+            } \
+            retval.start = LT(1); \
+            retval.stop = retval.start; \
+            retval.tree = NULL; \
+            kp_raiseNestingTooDeep(RECOGNIZER); \
+            goto rule##ruleName##Ex; \
+        } \
+    } while (0)
+
+// The same guard for a tree walker rule that returns nothing.
+#define KP_GUARD_TREE_NESTING(ruleName) \
+    do { \
+        if (kp_nestingTooDeep(RECOGNIZER)) { \
+            if (BACKTRACKING > 0) { \
+                FAILEDFLAG = ANTLR3_TRUE; \
+                return; \
+            } \
             kp_raiseNestingTooDeep(RECOGNIZER); \
             goto rule##ruleName##Ex; \
         } \
@@ -98,3 +121,6 @@ void kp_logUnknownObjectType(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_
 sqlantlr::ParseSession *kp_session(pANTLR3_BASE_RECOGNIZER recognizer);
 // Records an ERROR_NODE met by the walker ("error field ...").
 void kp_reportErrorNode(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE errorNode);
+
+// Helpers of the CREATE TABLE, column and data type rules.
+#include "TableBuilder.h"

@@ -51,7 +51,8 @@ comment
 
 createObject[SQLContainer *c]
     : 'CREATE' ( 'OR' 'REPLACE' )?
-      ( PSQL_NODE
+      ( createTable[c] SEMI
+      | PSQL_NODE
       | IGNORED_NODE
       )
     ;

@@ -17,8 +17,8 @@ triggerName
 // The dotted parts of a name, in source order.
 qualifiedObjectName returns [std::vector<std::string> *parts]
 @init { $parts = kp_newNameList(RECOGNIZER); }
-    : first=objectName { $parts->push_back(kp_nodeText($first.start)); }
-      ( '.' next=objectName { $parts->push_back(kp_nodeText($next.start)); } )*
+    : first=objectName { kp_appendNamePart($parts, $first.start); }
+      ( '.' next=objectName { kp_appendNamePart($parts, $next.start); } )*
     ;
 
 qualifiedColumnName

@@ -1,0 +1,130 @@
+// CREATE TABLE: the table's name, its column list and its options. Reached
+// from createObject after 'CREATE', the optional OR REPLACE and TEMPORARY.
+// The tree is flat; options the model keeps (engine, character set,
+// collation) stay as tokens, the other options leave nothing.
+//
+// A broken entry of the column list does not end the statement: the entry
+// keeps what was read, an ERROR_NODE follows it, and reading goes on after
+// the entry's closing COMMA or CLOSEPAREN.
+
+createTable
+    : 'TABLE' ( 'IF' T_NOT 'EXISTS' )? qualifiedObjectName
+      OPENPAREN ( tableEntry ( COMMA subsequentTableEntry )* )? CLOSEPAREN
+      ( tableOption )?
+    ;
+    catch [ANTLR3_RECOGNITION_EXCEPTION] {
+        PREPORTERROR();
+        PRECOVER();
+        retval.tree = kp_treeEndingInError(ADAPTOR, retval.tree,
+            (pANTLR3_BASE_TREE)ADAPTOR->errorNode(ADAPTOR, INPUT, retval.start, LT(-1), EXCEPTION));
+        kp_forgetRecognitionError(RECOGNIZER);
+    }
+
+tableName
+    : objectName
+    ;
+
+// The first entry is always a column.
+tableEntry
+    : fieldBlock { kp_requireTableEntryEnd(RECOGNIZER); }
+    ;
+    catch [ANTLR3_RECOGNITION_EXCEPTION] {
+        PREPORTERROR();
+        kp_recoverToTableEntryEnd(RECOGNIZER);
+        retval.tree = kp_treeEndingInError(ADAPTOR, retval.tree,
+            (pANTLR3_BASE_TREE)ADAPTOR->errorNode(ADAPTOR, INPUT, retval.start, LT(-1), EXCEPTION));
+        kp_forgetRecognitionError(RECOGNIZER);
+    }
+
+// A CHECK constraint (named or not) or another column. CHECK followed by a
+// type is a column called check.
+subsequentTableEntry
+    : ( 'CONSTRAINT' objectName )? checkConstraint ( checkConstraintState )? { kp_requireTableEntryEnd(RECOGNIZER); }
+    | fieldBlock { kp_requireTableEntryEnd(RECOGNIZER); }
+    ;
+    catch [ANTLR3_RECOGNITION_EXCEPTION] {
+        PREPORTERROR();
+        kp_recoverToTableEntryEnd(RECOGNIZER);
+        retval.tree = kp_treeEndingInError(ADAPTOR, retval.tree,
+            (pANTLR3_BASE_TREE)ADAPTOR->errorNode(ADAPTOR, INPUT, retval.start, LT(-1), EXCEPTION));
+        kp_forgetRecognitionError(RECOGNIZER);
+    }
+
+// Oracle's state words after a table CHECK; the model has no place for them.
+checkConstraintState
+    : ( 'ENABLE' | 'DISABLE' | 'VALIDATE' | 'NOVALIDATE' | 'RELY' | 'NORELY' )+ ->
+    ;
+
+// Options, separated by commas or by blanks. Called only when one follows.
+tableOption
+    : ( postgresSpecificTableOptions
+      | tableOptionEntry
+      | optionalComma
+      )+
+    ;
+
+optionalComma
+    : COMMA ->
+    ;
+
+postgresSpecificTableOptions
+    : T_WITH ( storage_parameterOptions | 'OIDS' ) ->
+    | 'WITHOUT' 'OIDS' ->
+    ;
+
+// WITH (fillfactor = 70, autovacuum_enabled = false, toast.x = 1)
+storage_parameterOptions
+    : OPENPAREN storageParameter ( COMMA storageParameter )* CLOSEPAREN
+    ;
+
+storageParameter
+    : ( objectName | 'FILLFACTOR' ) ( '.' objectName )? ( EQUALS storageParameterValue )?
+    ;
+
+storageParameterValue
+    : numericValue
+    | objectName
+    | T_TRUE
+    | T_FALSE
+    ;
+
+// EQUALS is required after TYPE, ENGINE and AUTO_INCREMENT and optional
+// after the character set and collation words. MySQL writes DEFAULT before
+// either of the latter.
+tableOptionEntry
+    : ( 'TYPE' | 'ENGINE' ) EQUALS STRING
+    | tableComment
+    | 'AUTO_INCREMENT' EQUALS fieldSize
+    | ( T_DEFAULT )?
+      ( ( T_CHARACTER 'SET' | 'CHARSET' ) ( EQUALS )? ( STRING | QUOTED_STRING )
+      | 'COLLATE' ( EQUALS )? boolean_expression_match
+      )
+    | table_properties_ignore
+    ;
+
+tableComment
+    : 'COMMENT' EQUALS ( STRING | QUOTED_STRING )
+    ;
+
+table_properties_ignore
+    : mysql_unsupported_table_property ->
+    ;
+
+// MySQL options the model has no place for. The lexer makes 'MAX_ROWS ',
+// 'MIN_ROWS ' and 'UNION ' (with the blank) of the words followed by one.
+mysql_unsupported_table_property
+    : 'AVG_ROW_LENGTH' ( EQUALS )? fieldValue
+    | 'CHECKSUM' ( EQUALS )? INT
+    | 'CONNECTION' ( EQUALS )? QUOTED_STRING
+    | 'DATA' 'DIRECTORY' ( EQUALS )? QUOTED_STRING
+    | 'DELAY_KEY_WRITE' ( EQUALS )? INT
+    | 'INDEX' 'DIRECTORY' ( EQUALS )? QUOTED_STRING
+    | 'INSERT_METHOD' ( EQUALS )? ( T_NO | 'FIRST' | 'LAST' )
+    | 'KEY_BLOCK_SIZE' ( EQUALS )? fieldValue
+    | ( 'MAX_ROWS' | 'MAX_ROWS ' ) ( EQUALS )? fieldValue
+    | ( 'MIN_ROWS' | 'MIN_ROWS ' ) ( EQUALS )? fieldValue
+    | 'PACK_KEYS' ( EQUALS )? ( INT | T_DEFAULT )
+    | 'PASSWORD' ( EQUALS )? QUOTED_STRING
+    | 'ROW_FORMAT' ( EQUALS )? ( T_DEFAULT | 'DYNAMIC' | 'FIXED' | 'COMPRESSED' | 'REDUNDANT' | 'COMPACT' )
+    | ( 'UNION' | 'UNION ' ) ( EQUALS )? OPENPAREN idList CLOSEPAREN
+    ;

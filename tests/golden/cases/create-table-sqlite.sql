@@ -1,0 +1,21 @@
+-- SQLite schema of a recipe book.
+PRAGMA foreign_keys = ON;
+BEGIN TRANSACTION;
+CREATE TABLE recipe (
+  id INTEGER PRIMARY KEY AUTOINCREMENT,
+  title TEXT NOT NULL COLLATE NOCASE,
+  serves INTEGER DEFAULT 2 CHECK (serves BETWEEN 1 AND 24),
+  rating REAL DEFAULT 0.0,
+  added DATETIME DEFAULT CURRENT_TIMESTAMP,
+  author_id INTEGER REFERENCES author(id) ON DELETE SET DEFAULT ON UPDATE NO ACTION,
+  picture BLOB
+);
+CREATE TABLE IF NOT EXISTS "ingredient" (
+  "id" INTEGER NOT NULL UNIQUE,
+  "recipe_id" INTEGER NOT NULL REFERENCES "recipe" ("id") ON DELETE CASCADE,
+  "name" NVARCHAR(60) NOT NULL DEFAULT 'salt',
+  "amount" NUMERIC(8,3),
+  CHECK (amount IS NULL OR amount > 0)
+);
+CREATE TABLE note (body);
+COMMIT;

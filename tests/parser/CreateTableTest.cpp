@@ -1,0 +1,356 @@
+// CREATE TABLE: table names and options, column options, default and check
+// texts, references, type texts, the types the walker does not take,
+// duplicate columns and recovery inside a table.
+#include "ParserTestSupport.h"
+
+#include <utility>
+
+namespace {
+
+const SQLTable *table(const ParseResult &result, const std::string &name)
+{
+    for (const auto &item : result.container->tables()) {
+        if (item->getName() == name) {
+            return item.get();
+        }
+    }
+    return nullptr;
+}
+
+std::vector<std::string> fieldNames(const SQLTable &table)
+{
+    std::vector<std::string> names;
+    for (const auto &field : table.fields()) {
+        names.push_back(field->getName());
+    }
+    return names;
+}
+
+std::string tree(const std::string &sql)
+{
+    SQLParserC driver;
+    KpError error;
+    return driver.syntaxTreeForString(sql, &error);
+}
+
+// Parses one column definition and returns the table built for it.
+ParseResult column(const std::string &definition)
+{
+    return parse("CREATE TABLE t (" + definition + ");");
+}
+
+const SQLField &onlyField(const ParseResult &result)
+{
+    const SQLTable *built = table(result, "t");
+    if (built == nullptr || built->fields().empty()) {
+        static const std::unique_ptr<SQLField> none = SQLField::fieldWithName("<no field>", "");
+        ADD_FAILURE() << "no column built";
+        return *none;
+    }
+    return *built->fields().front();
+}
+
+TEST(CreateTable, OnlyATwoPartNameSetsSchemaAndBaseName)
+{
+    const ParseResult result = parse("CREATE TABLE plain (a INT);\n"
+                                     "CREATE TABLE IF NOT EXISTS sales.orders (a INT);\n"
+                                     "CREATE OR REPLACE TEMPORARY TABLE db.sales.lines ();\n");
+    ASSERT_TRUE(result.container);
+    EXPECT_EQ(result.records, std::vector<std::string>{});
+    ASSERT_EQ(result.container->tables().size(), 3u);
+    const SQLTable &plain = *result.container->tables()[0];
+    EXPECT_EQ(plain.getName(), "plain");
+    EXPECT_FALSE(plain.getSchemaName());
+    const SQLTable &orders = *result.container->tables()[1];
+    EXPECT_EQ(orders.getName(), "orders");
+    EXPECT_EQ(orders.getSchemaName(), std::optional<std::string>("sales"));
+    EXPECT_EQ(orders.getBaseName(), std::optional<std::string>("orders"));
+    // Three parts: made under the first part, nothing more; the empty
+    // column list still gives a table.
+    const SQLTable &lines = *result.container->tables()[2];
+    EXPECT_EQ(lines.getName(), "db");
+    EXPECT_FALSE(lines.getSchemaName());
+    EXPECT_FALSE(lines.getBaseName());
+    EXPECT_TRUE(lines.fields().empty());
+}
+
+TEST(CreateTable, KeptOptionsStayInTheTreeAndTheOthersLeaveNothing)
+{
+    EXPECT_EQ(tree("CREATE TEMPORARY TABLE t (a INT) ENGINE=InnoDB DEFAULT CHARSET=utf8 ROW_FORMAT=DYNAMIC, "
+                   "CHECKSUM=1 WITH (fillfactor=70, toast.autovacuum_enabled=false) WITHOUT OIDS UNION=(a,b) "
+                   "MAX_ROWS = 9;"),
+              "CREATE TABLE t ( a INT ) ENGINE = InnoDB DEFAULT CHARSET = utf8 ;");
+}
+
+TEST(CreateTable, OptionsSeparatedByCommasOrBlanksBuildTheSameTable)
+{
+    for (const char *separator : {" ", ", ", " ,\n "}) {
+        const std::string sep = separator;
+        const ParseResult result = parse("CREATE TABLE t (a INT) ENGINE=MyISAM" + sep + "COMMENT='x'" + sep +
+                                         "AUTO_INCREMENT=7" + sep + "CHARACTER SET latin1" + sep +
+                                         "COLLATE = latin1_bin" + sep + "TYPE=Aria;");
+        ASSERT_TRUE(result.container);
+        EXPECT_EQ(result.records, std::vector<std::string>{}) << separator;
+        const SQLTable *built = table(result, "t");
+        ASSERT_NE(built, nullptr);
+        EXPECT_EQ(built->getTableType(), std::optional<std::string>("Aria"));  // the last engine wins
+        EXPECT_EQ(built->getPropertyAsString("table_character_set"), std::optional<std::string>("latin1"));
+        EXPECT_EQ(built->getPropertyAsString("table_collation"), std::optional<std::string>("latin1_bin"));
+        EXPECT_EQ(built->getProperties().size(), 2u);
+    }
+}
+
+TEST(CreateTable, EqualsIsRequiredAfterEngineAndCommentButNotAfterCharacterSet)
+{
+    EXPECT_EQ(parse("CREATE TABLE t (a INT) DEFAULT CHARACTER SET utf8;").records, std::vector<std::string>{});
+    for (const char *option : {"ENGINE InnoDB", "COMMENT 'x'", "AUTO_INCREMENT 5"}) {
+        const ParseResult result = parse(std::string("CREATE TABLE t (a INT) ") + option + ";\nCREATE TABLE u (b INT);");
+        ASSERT_TRUE(result.container);
+        EXPECT_FALSE(result.records.empty()) << option;
+        EXPECT_NE(table(result, "t"), nullptr) << option;
+        EXPECT_NE(table(result, "u"), nullptr) << option;
+    }
+}
+
+TEST(Columns, DefaultAndCheckKeepTheExactSourceTextOnTheirToken)
+{
+    EXPECT_EQ(tree("CREATE TABLE t (a INT DEFAULT (now() + 1) CHECK (a > 0) NOT NULL);"),
+              "CREATE TABLE t ( a INT DEFAULT CHECK NOT NULL ) ;");
+    const std::pair<const char *, const char *> defaults[] = {
+        {"DEFAULT 'abc'::character varying", "'abc'::character varying"},
+        {"DEFAULT (now() +  1)", "(now() +  1)"},
+        {"DEFAULT ( /* start */ 1 -- one\n )", "( /* start */ 1 -- one\n )"},
+        {"DEFAULT nextval('s.seq'::regclass)", "nextval('s.seq'::regclass)"},
+        {"DEFAULT 'caf\xC3\xA9 \xF0\x9F\x98\x80'", "'caf\xC3\xA9 \xF0\x9F\x98\x80'"},
+        {"DEFAULT -1.5", "-1.5"},
+        {"DEFAULT b'101'", "b'101'"},
+        {"DEFAULT CURRENT_TIMESTAMP(3)", "CURRENT_TIMESTAMP(3)"},
+        {"DEFAULT CAST(GETDATE() AS DATE)", "CAST(GETDATE() AS DATE)"},
+        {"DEFAULT NULL", "NULL"},
+        {"CONSTRAINT df DEFAULT ((0))", "((0))"},
+    };
+    for (const auto &[option, text] : defaults) {
+        const ParseResult result = column(std::string("a INT ") + option);
+        EXPECT_EQ(result.records, std::vector<std::string>{}) << option;
+        EXPECT_EQ(onlyField(result).getDefaultValue(), std::optional<std::string>(text)) << option;
+    }
+    const ParseResult checked = column("a INT CHECK (  a IN (1, 2) /* small */ AND\n a::text <> 'x' ) "
+                                       "CONSTRAINT c2 CHECK (a NOT LIKE '%z' OR a BETWEEN -1 AND 0.5)");
+    EXPECT_EQ(checked.records, std::vector<std::string>{});
+    const auto &checks = onlyField(checked).checkConstraints();
+    ASSERT_EQ(checks.size(), 2u);
+    EXPECT_EQ(checks[0]->getName(), "cons_check");
+    EXPECT_EQ(checks[0]->getCheckConstraintExpression(), "a IN (1, 2) /* small */ AND\n a::text <> 'x'");
+    EXPECT_EQ(checks[1]->getName(), "c2");
+    EXPECT_EQ(checks[1]->getCheckConstraintExpression(), "a NOT LIKE '%z' OR a BETWEEN -1 AND 0.5");
+}
+
+TEST(Columns, IdentityAndNamedNotNullAreMatchedButNotApplied)
+{
+    EXPECT_FALSE(onlyField(column("a INT IDENTITY")).isAutoIncrement());
+    EXPECT_FALSE(onlyField(column("a INT IDENTITY (1, 1)")).isAutoIncrement());
+    EXPECT_TRUE(onlyField(column("a INT AUTOINCREMENT")).isAutoIncrement());
+    EXPECT_TRUE(onlyField(column("a INT AUTO_INCREMENT")).isAutoIncrement());
+    EXPECT_FALSE(onlyField(column("a INT CONSTRAINT nn NOT NULL")).isNotNull());
+    EXPECT_TRUE(onlyField(column("a INT NOT NULL")).isNotNull());
+    EXPECT_TRUE(onlyField(column("a INT NULL NOT NULL NOT NULL")).isNotNull());
+    EXPECT_FALSE(onlyField(column("a INT NULL")).isNotNull());
+    // Named keys, with their index options, do apply.
+    EXPECT_TRUE(onlyField(column("a INT CONSTRAINT pk PRIMARY KEY NONCLUSTERED WITH FILLFACTOR = 80")).isPrimaryKey());
+    EXPECT_TRUE(onlyField(column("a INT CONSTRAINT u UNIQUE CLUSTERED")).getPropertyAsBoolean("unique"));
+}
+
+TEST(Columns, OptionsApplyInAnyOrderAndNumber)
+{
+    const ParseResult result = column("a VARCHAR(10) BINARY COLLATE latin1_bin ZEROFILL COMMENT 'c' UNSIGNED "
+                                      "ENABLE CHARSET latin1 UNIQUE PRIMARY KEY DEFAULT 'x' DEFAULT 'y'");
+    EXPECT_EQ(result.records, std::vector<std::string>{});
+    const SQLField &field = onlyField(result);
+    EXPECT_EQ(field.getType(), "VARCHAR ( 10 )");
+    EXPECT_TRUE(field.isPrimaryKey());
+    EXPECT_EQ(field.getDefaultValue(), std::optional<std::string>("'y'"));
+    for (const char *flag : {"binary", "zerofill", "unsigned", "unique"}) {
+        EXPECT_TRUE(field.getPropertyAsBoolean(flag)) << flag;
+    }
+    EXPECT_EQ(field.getPropertyAsString("field_collation"), std::optional<std::string>("latin1_bin"));
+    EXPECT_EQ(field.getPropertyAsString("field_character_set"), std::optional<std::string>("latin1"));
+    EXPECT_FALSE(onlyField(column("a TEXT UNICODE")).getPropertyAsBoolean("binary"));
+}
+
+TEST(Columns, OnUpdateStoresTheValueAsRendered)
+{
+    const std::pair<const char *, const char *> cases[] = {
+        {"ON UPDATE CURRENT_TIMESTAMP", "CURRENT_TIMESTAMP"},
+        {"ON UPDATE current_timestamp()", "current_timestamp ( )"},
+        {"ON UPDATE NOW()", "NOW ( )"},
+        {"ON UPDATE LOCALTIMESTAMP", "LOCALTIMESTAMP"},
+    };
+    for (const auto &[option, text] : cases) {
+        const ParseResult result = column(std::string("a TIMESTAMP ") + option);
+        EXPECT_EQ(result.records, std::vector<std::string>{}) << option;
+        EXPECT_EQ(onlyField(result).getPropertyAsString("onUpdateFieldValue"), std::optional<std::string>(text));
+    }
+    EXPECT_FALSE(column("a TIMESTAMP ON UPDATE NOW").records.empty());  // NOW needs its parentheses
+}
+
+TEST(References, ActionsDeferrabilityAndTargetsReachTheField)
+{
+    const std::pair<const char *, int> actions[] = {
+        {"CASCADE", 1}, {"RESTRICT", 2}, {"SET NULL", 3}, {"NO ACTION", 4}, {"NO_ACTION", 4}, {"SET DEFAULT", 5},
+    };
+    for (const auto &[action, code] : actions) {
+        const ParseResult result = column(std::string("a INT REFERENCES o (id) ON DELETE ") + action);
+        EXPECT_EQ(result.records, std::vector<std::string>{}) << action;
+        EXPECT_EQ(onlyField(result).getDeleteAction(), code) << action;
+    }
+    const ParseResult result = column("a INT REFERENCES s.o MATCH FULL ON DELETE CASCADE ON UPDATE SET NULL "
+                                      "ON DELETE RESTRICT DEFERRABLE INITIALLY DEFERRED NOT NULL");
+    EXPECT_EQ(result.records, std::vector<std::string>{});
+    const SQLField &field = onlyField(result);
+    ASSERT_NE(field.getReferences(), nullptr);
+    EXPECT_EQ(field.getReferences()->table, "s.o");
+    EXPECT_FALSE(field.getReferences()->field);
+    EXPECT_EQ(field.getDeleteAction(), 2);  // the later ON DELETE wins
+    EXPECT_EQ(field.getUpdateAction(), 3);
+    EXPECT_TRUE(field.isDeferrable());
+    EXPECT_TRUE(field.isInitiallyDeferred());
+    EXPECT_TRUE(field.isNotNull());
+    EXPECT_FALSE(onlyField(column("a INT REFERENCES o NOT DEFERRABLE INITIALLY IMMEDIATE")).isDeferrable());
+    // Named, with or without FOREIGN KEY; the constraint name is not kept.
+    for (const char *named : {"CONSTRAINT fk FOREIGN KEY REFERENCES o (x, y)", "CONSTRAINT fk REFERENCES o (x)"}) {
+        const ParseResult namedResult = column(std::string("a INT ") + named);
+        const SQLField &target = onlyField(namedResult);
+        ASSERT_NE(target.getReferences(), nullptr) << named;
+        EXPECT_EQ(target.getReferences()->field, std::optional<std::string>("x"));
+        EXPECT_FALSE(target.getReferences()->referenceId);
+    }
+    EXPECT_EQ(tree("CREATE TABLE t (a INT REFERENCES o (id) MATCH SIMPLE ON UPDATE SET NULL ON DELETE NO ACTION);"),
+              "CREATE TABLE t ( a INT REFERENCES o ( id ) ON_UPDATE SET NULL ON_DELETE NO ACTION ) ;");
+}
+
+TEST(DataTypes, TypeTextKeepsTheCaseAndNormalisesBlanks)
+{
+    const std::pair<const char *, const char *> types[] = {
+        {"int(11)", "int ( 11 )"},
+        {"VARCHAR2(20 BYTE)", "VARCHAR2 ( 20 BYTE )"},
+        {"NVARCHAR(MAX)", "NVARCHAR ( MAX )"},
+        {"character  varying(40)", "character varying ( 40 )"},
+        {"NATIONAL CHAR VARYING (10)", "NATIONAL CHAR VARYING ( 10 )"},
+        {"NUMBER(*,2)", "NUMBER ( * , 2 )"},
+        {"DECIMAL( 10 ,2 )", "DECIMAL ( 10 , 2 )"},
+        {"double precision(8,3)", "double precision ( 8 , 3 )"},
+        {"TIMESTAMP(6) WITH TIME ZONE", "TIMESTAMP ( 6 ) WITH TIME ZONE"},
+        {"timestamp with local time zone", "timestamp with local time zone"},
+        {"TIME WITH TIMEZONE", "TIME WITH TIMEZONE"},
+        {"YEAR(4)", "YEAR ( 4 )"},
+        {"INTERVAL YEAR(2)", "INTERVAL YEAR ( 2 )"},
+        {"INTERVAL SECOND(2, 3)", "INTERVAL SECOND ( 2 , 3 )"},
+        {"BIT VARYING(3)", "BIT VARYING ( 3 )"},
+        {"ENUM('a', \"b\")", "ENUM ( 'a' , \"b\" )"},
+        {"LONG RAW", "LONG RAW"},
+        {"datetime(6)", "datetime ( 6 )"},
+        {"public.mood", "public . mood"},
+        {"\"int\"", "\"int\""},
+        {"CURSOR", "CURSOR"},
+    };
+    for (const auto &[source, text] : types) {
+        const ParseResult result = column(std::string("a ") + source);
+        EXPECT_EQ(result.records, std::vector<std::string>{}) << source;
+        EXPECT_EQ(onlyField(result).getType(), text) << source;
+    }
+}
+
+TEST(DataTypes, MalformedTypesAreRecognitionErrors)
+{
+    for (const char *type : {"ENUM(1,2)", "TINYTEXT(10)", "TIMESTAMP(6,2)", "BIT VARYING", "VARCHAR(abc)"}) {
+        const ParseResult result = parse(std::string("CREATE TABLE t (a ") + type + ");\nCREATE TABLE u (b INT);");
+        ASSERT_TRUE(result.container) << type;
+        EXPECT_FALSE(result.records.empty()) << type;
+        EXPECT_NE(table(result, "u"), nullptr) << type;
+    }
+}
+
+TEST(DataTypes, TypesTheWalkerDoesNotTakeLeaveOnlyTheirColumnOut)
+{
+    const ParseResult result = parse("CREATE TABLE t (a INT, b VARBIT(8) NOT NULL, c INTERVAL, d INTERVAL(3), "
+                                     "e INTERVAL DAY(3) TO SECOND(2) DEFAULT NULL, f INTERVAL YEAR TO MONTH, g DATE);\n"
+                                     "CREATE TABLE u (h INT);");
+    ASSERT_TRUE(result.container);
+    EXPECT_EQ(result.records, std::vector<std::string>{});
+    ASSERT_NE(table(result, "t"), nullptr);
+    EXPECT_EQ(fieldNames(*table(result, "t")), (std::vector<std::string>{"a", "g"}));
+    EXPECT_NE(table(result, "u"), nullptr);
+    // A reference on such a column has no field to go to.
+    EXPECT_EQ(parse("CREATE TABLE t (b VARBIT REFERENCES o (x));").records,
+              std::vector<std::string>{"[1:25] local field not found when linking to o(x)"});
+}
+
+TEST(Columns, KeywordsServeAsNames)
+{
+    const ParseResult result = parse("CREATE TABLE date (type INT, comment TEXT, year YEAR, minute INT, check INT, "
+                                     "date DATE, zone INT, text TEXT);");
+    EXPECT_EQ(result.records, std::vector<std::string>{});
+    ASSERT_NE(table(result, "date"), nullptr);
+    EXPECT_EQ(fieldNames(*table(result, "date")),
+              (std::vector<std::string>{"type", "comment", "year", "minute", "check", "date", "zone", "text"}));
+    EXPECT_FALSE(parse("CREATE TABLE t (second INT);").records.empty());
+}
+
+TEST(Columns, DuplicateNamesAreKeptRenamedAndReportedAtTheSecondName)
+{
+    const ParseResult result = parse("CREATE TABLE t (\n  id INT,\n  name TEXT,\n    ID CHAR(2) NOT NULL\n);");
+    ASSERT_NE(table(result, "t"), nullptr);
+    EXPECT_EQ(fieldNames(*table(result, "t")), (std::vector<std::string>{"id", "name", "ID_1"}));
+    EXPECT_TRUE(table(result, "t")->fields()[2]->isNotNull());
+    EXPECT_EQ(result.records,
+              std::vector<std::string>{"[4:4] Duplicate field 'ID' has been renamed to 'ID_1' in table 't'"});
+}
+
+TEST(Recovery, ABrokenColumnKeepsWhatWasReadAndTheScriptGoesOn)
+{
+    const ParseResult result = parse("CREATE TABLE t (\n  a INT NOT NULL,\n  b INT DEFAULT 1 + 2 NOT NULL,\n"
+                                     "  c INT FOO (1, (2)) BAR,\n  d DATE\n);\n"
+                                     "CREATE TABLE u (e INT, , f INT);\n"
+                                     "CREATE TABLE v (g INT;\n"
+                                     "CREATE TABLE w (h INT CHECK (h > 0));\n");
+    ASSERT_TRUE(result.container);
+    ASSERT_EQ(result.container->tables().size(), 4u);
+    const SQLTable &t = *table(result, "t");
+    EXPECT_EQ(fieldNames(t), (std::vector<std::string>{"a", "b", "c", "d"}));
+    EXPECT_EQ(t.fields()[1]->getDefaultValue(), std::optional<std::string>("1"));
+    EXPECT_FALSE(t.fields()[1]->isNotNull());  // read after the error
+    EXPECT_EQ(fieldNames(*table(result, "u")), (std::vector<std::string>{"e", "f"}));
+    EXPECT_EQ(fieldNames(*table(result, "v")), (std::vector<std::string>{"g"}));
+    EXPECT_EQ(table(result, "w")->fields().front()->checkConstraints().size(), 1u);
+    EXPECT_EQ(result.records,
+              (std::vector<std::string>{
+                  "[3:18] Parse Error: Mismatched Token Exception (2): found token '+' near '+' 1",
+                  "[3:18] expected CLOSEPAREN ... ",
+                  "[4:8] Parse Error: Mismatched Token Exception (2): found token 'FOO' near 'FOO' 2",
+                  "[4:8] expected CLOSEPAREN ... ",
+                  "[7:23] Parse Error: No Viable Alternative Exception (3): found token ',' near ',' 3",
+                  "[7:23] No Viable Alternative cannot match to any predicted input...",
+                  "[8:21] Parse Error: Missing Token Exception (10): found token '<missing CLOSEPAREN>' near "
+                  "'<missing CLOSEPAREN>' 4",
+                  "[8:21] Missing (CLOSEPAREN)",
+                  "[3:2] error field ERROR",
+                  "[4:2] error field ERROR",
+                  "[7:23] error field ERROR",
+              }));
+}
+
+TEST(Recovery, ATableWithoutANameIsNotBuilt)
+{
+    const ParseResult result = parse("CREATE TABLE (a INT);\nCREATE TABLE u (b INT);");
+    ASSERT_TRUE(result.container);
+    ASSERT_EQ(result.container->tables().size(), 1u);
+    EXPECT_EQ(result.container->tables()[0]->getName(), "u");
+    EXPECT_EQ(result.records,
+              (std::vector<std::string>{
+                  "[1:13] Parse Error: No Viable Alternative Exception (3): found token '(' near '(' 1",
+                  "[1:13] No Viable Alternative cannot match to any predicted input...",
+                  "[1:13] error field ERROR",
+              }));
+}
+
+} // namespace

@@ -1,0 +1,79 @@
+// Deeply nested expressions are refused with a record instead of
+// overflowing the stack: every parse here runs on a thread with a 1 MiB
+// stack, the smallest a caller may give the library.
+#include "ParserTestSupport.h"
+
+#include <pthread.h>
+
+#include <functional>
+
+namespace {
+
+// Runs the work on a new thread with a stack of exactly `stackSize` bytes.
+void runWithStack(size_t stackSize, const std::function<void()> &work)
+{
+    pthread_attr_t attributes;
+    ASSERT_EQ(pthread_attr_init(&attributes), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, stackSize), 0);
+    pthread_t thread;
+    auto body = [](void *argument) -> void * {
+        (*static_cast<const std::function<void()> *>(argument))();
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&thread, &attributes, body, const_cast<std::function<void()> *>(&work)), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
+}
+
+std::string repeat(const std::string &text, size_t count)
+{
+    std::string result;
+    result.reserve(text.size() * count);
+    for (size_t i = 0; i < count; ++i) {
+        result += text;
+    }
+    return result;
+}
+
+constexpr size_t depth = 100000;
+constexpr size_t oneMiB = 1024 * 1024;
+
+TEST(NestingDepth, DeepExpressionsBecomeRecordsOnASmallStack)
+{
+    const std::string nested = repeat("(", depth) + "1" + repeat(")", depth);
+    const std::string scripts[] = {
+        "CREATE TABLE deep (a INT DEFAULT " + nested + ");",
+        "CREATE TABLE deep (a INT CHECK " + nested + ");",
+        "CREATE TABLE deep (a INT, CONSTRAINT c CHECK (a IN " + nested + "));",
+        "CREATE TABLE deep (a INT CHECK (a = " + repeat("1 + ", depth) + "1));",
+        "CREATE TABLE deep (a INT DEFAULT f(" + repeat("g(", depth) + repeat(")", depth) + "));",
+        "CREATE TABLE deep (a INT) COLLATE " + nested + ";",
+    };
+    for (const std::string &script : scripts) {
+        ParseResult result;
+        runWithStack(oneMiB, [&] { result = parse(script + "\nCREATE TABLE after (b INT);"); });
+        ASSERT_TRUE(result.container) << script.substr(0, 40);
+        bool refused = false;
+        for (const std::string &record : result.records) {
+            refused = refused || record.find("syntax error [RECOGNITION EXCEPTION]") != std::string::npos;
+        }
+        EXPECT_TRUE(refused) << script.substr(0, 40);
+        ASSERT_EQ(result.container->tables().size(), 2u) << script.substr(0, 40);
+        EXPECT_EQ(result.container->tables()[0]->getName(), "deep");
+        EXPECT_EQ(result.container->tables()[1]->getName(), "after");
+    }
+}
+
+TEST(NestingDepth, OrdinaryNestingIsNotRefused)
+{
+    ParseResult result;
+    runWithStack(oneMiB, [&] {
+        result = parse("CREATE TABLE t (a INT CHECK (" + repeat("(", 40) + "a > 0" + repeat(")", 40) + "));");
+    });
+    ASSERT_TRUE(result.container);
+    EXPECT_EQ(result.records, std::vector<std::string>{});
+    ASSERT_EQ(result.container->tables().size(), 1u);
+    EXPECT_EQ(result.container->tables()[0]->fields()[0]->checkConstraints().size(), 1u);
+}
+
+} // namespace

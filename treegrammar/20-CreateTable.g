@@ -1,0 +1,56 @@
+// CREATE TABLE: the table is created and added to the container as soon as
+// its name is read, so that whatever fails later leaves it with the columns
+// read so far. ERROR_NODEs that the parser left in the column list or among
+// the options become records and the walk goes on.
+
+createTable[SQLContainer *c]
+@init { SQLTable *table = NULL; }
+    : 'TABLE' ( 'IF' T_NOT 'EXISTS' )?
+      ( name=qualifiedObjectName { table = kp_beginTable(c, $name.parts); }
+      | errorNode  // no name: the columns are walked without a table
+      )
+      ( OPENPAREN ( tableEntry[table] ( COMMA subsequentTableEntry[table] )* )?
+        ( CLOSEPAREN ( tableOption[table] )? )?
+      | errorNode
+      )
+    ;
+
+tableName
+    : objectName
+    ;
+
+tableEntry[SQLTable *table]
+    : fieldBlock[table] ( errorNode )*
+    | ( errorNode )+
+    ;
+
+subsequentTableEntry[SQLTable *table]
+@init { std::string constraintName; }
+    : ( 'CONSTRAINT' cn=objectName { constraintName = kp_nodeText($cn.start); }
+        ( checkConstraint[table, &constraintName] | errorNode )
+      | checkConstraint[table, NULL]
+      ) ( errorNode )*
+    | fieldBlock[table] ( errorNode )*
+    | ( errorNode )+
+    ;
+
+tableOption[SQLTable *table]
+@init { pANTLR3_BASE_TREE collation = NULL; }
+    : ( ( 'TYPE' | 'ENGINE' ) EQUALS engine=STRING { kp_setTableType(table, $engine); }
+      | tableComment[table]
+      | 'AUTO_INCREMENT' EQUALS fieldSize
+      | ( T_DEFAULT )?
+        ( ( T_CHARACTER 'SET' | 'CHARSET' ) ( EQUALS )? charset=( STRING | QUOTED_STRING )
+          { kp_setTableProperty(table, "table_character_set", $charset); }
+        | 'COLLATE' ( EQUALS )? { collation = LT(1); } boolean_expression_match
+          { kp_setTableProperty(table, "table_collation", collation); }
+        )
+      | IGNORED_NODE
+      | errorNode
+      )+
+    ;
+
+// The comment is not kept.
+tableComment[SQLTable *table]
+    : 'COMMENT' EQUALS ( STRING | QUOTED_STRING )
+    ;

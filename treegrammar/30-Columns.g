@@ -1,0 +1,167 @@
+// Columns: the field is made from its name and type text and added to the
+// table (renamed and reported when the name is taken), then every option is
+// applied in the order written. A type the walker does not take leaves no
+// column; its options are still walked, against no field.
+
+fieldBlock[SQLTable *table]
+    : field[table]
+    ;
+
+field[SQLTable *table]
+@init { SQLField *field = NULL; ANTLR3_MARKER typeStart = 0; }
+    : name=fieldName { typeStart = INDEX(); }
+      type=fieldType
+      { field = kp_addField(RECOGNIZER, table, $name.start, kp_nodeRunText(RECOGNIZER, typeStart), $type.accepted); }
+      ( fieldOptions[field] )?
+      ( T_PRIMARY T_KEY { kp_setPrimaryKey(field); }
+      | references[field]
+      | 'NULL'
+      | notNull { kp_setNotNull(field); }
+      | ( 'AUTO_INCREMENT' | 'AUTOINCREMENT' ) { kp_setAutoIncrement(field); }
+      | identity
+      | 'UNIQUE' { kp_setFieldFlag(field, "unique"); }
+      | 'ZEROFILL' { kp_setFieldFlag(field, "zerofill"); }
+      | 'UNSIGNED' { kp_setFieldFlag(field, "unsigned"); }
+      | fieldDefaultValue[field]
+      | fieldOnUpdate[field]
+      | fieldComment
+      | fieldConstraint[field]
+      | checkConstraint[field, NULL]
+      | 'ENABLE'
+      | ( T_CHARACTER 'SET' | 'CHARSET' ) charset=objectName
+        { kp_setFieldProperty(field, "field_character_set", $charset.start); }
+      | 'COLLATE' collation=objectName
+        { kp_setFieldProperty(field, "field_collation", $collation.start); }
+      )*
+    ;
+
+// accepted is false for the types the walker rejects (see data_type).
+fieldType returns [bool accepted = true]
+    : dataType=data_type { $accepted = $dataType.accepted; }
+    | STRING ( '.' objectName )? ( type_precision )?
+    | QUOTED_STRING ( type_precision )?
+    | 'LONG' 'RAW'
+    | 'CURSOR'
+    | ( 'ENUM' | 'SET' ) OPENPAREN optionList CLOSEPAREN
+    ;
+
+optionList
+    : optionEntry ( COMMA optionEntry )*
+    ;
+
+optionEntry
+    : STRING
+    | QUOTED_STRING ( type_precision )?
+    ;
+
+// UNICODE and ASCII are matched only.
+fieldOptions[SQLField *field]
+    : 'BINARY' { kp_setFieldFlag(field, "binary"); }
+    | 'UNICODE'
+    | 'ASCII'
+    ;
+
+notNull
+    : T_NOT 'NULL'
+    ;
+
+// IDENTITY does not make the column auto-increment.
+identity
+    : 'IDENTITY' ( OPENPAREN integer COMMA integer CLOSEPAREN )?
+    ;
+
+// The value's text rides on the DEFAULT token.
+fieldDefaultValue[SQLField *field]
+    : T_DEFAULT { kp_setDefaultFromToken(field, $T_DEFAULT); }
+    ;
+
+fieldOnUpdate[SQLField *field]
+    : 'ON' 'UPDATE' entry=fieldDefaultValueEntry
+      { kp_setFieldProperty(field, "onUpdateFieldValue", kp_keptText($entry.value)); }
+    ;
+
+// The text of a value: a parenthesised expression in parentheses, or the
+// tokens as written (a word, a function call, CURRENT_TIMESTAMP with its
+// parentheses); a cast does not change it.
+fieldDefaultValueEntry returns [const std::string *value = NULL]
+@init { ANTLR3_MARKER from = INDEX(); }
+    : ( OPENPAREN { from = INDEX(); } boolean_expression
+        { $value = kp_keepText(RECOGNIZER, "(" + kp_nodeRunText(RECOGNIZER, from) + ")"); }
+        CLOSEPAREN
+      | ( INT | 'NULL' | T_TRUE | T_FALSE )
+        { $value = kp_keepText(RECOGNIZER, kp_nodeRunText(RECOGNIZER, from)); }
+      | ( 'CURRENT_TIMESTAMP' | 'LOCALTIME' | 'LOCALTIMESTAMP' ) ( OPENPAREN ( INT )? CLOSEPAREN )?
+        { $value = kp_keepText(RECOGNIZER, kp_nodeRunText(RECOGNIZER, from)); }
+      | objectName ( defaultFunctionArguments )?
+        { $value = kp_keepText(RECOGNIZER, kp_nodeRunText(RECOGNIZER, from)); }
+      )
+      ( typeValueSpecifier )?
+    ;
+
+typeValueSpecifier
+    : '::' fieldType
+    ;
+
+// A word, or a function call (see the parser's defaultFunction).
+defaultFunction
+    : objectName defaultFunctionArguments
+    ;
+
+defaultFunctionArguments
+    : OPENPAREN ( boolean_expression ( COMMA boolean_expression )* )? CLOSEPAREN
+    ;
+
+// The comment is not kept.
+fieldComment
+    : 'COMMENT' fieldValue
+    ;
+
+// A NOT NULL written as a named constraint does not make the column not
+// null; only the unnamed form does.
+fieldConstraint[SQLField *field]
+@init { std::string constraintName; }
+    : 'CONSTRAINT' cn=objectName { constraintName = kp_nodeText($cn.start); }
+      ( notNull
+      | fieldPKOrUniqueConstraint[field]
+      | ( T_FOREIGN T_KEY )? references[field]
+      | checkConstraint[field, &constraintName]
+      | fieldDefaultValue[field]
+      )
+    ;
+
+// The index options after the key words are matched only.
+fieldPKOrUniqueConstraint[SQLField *field]
+    : ( T_PRIMARY T_KEY { kp_setPrimaryKey(field); }
+      | 'UNIQUE' { kp_setFieldFlag(field, "unique"); }
+      )
+      ( 'CLUSTERED' | 'NONCLUSTERED' )? ( T_WITH 'FILLFACTOR' EQUALS INT )?
+    ;
+
+// The expression's text rides on the CHECK token. The target is the table
+// or the column; a check without a name is called cons_check.
+checkConstraint[SQLObject *target, const std::string *name]
+    : T_CHECK { kp_addCheckConstraintFromToken(target, $T_CHECK, name); }
+    ;
+
+defaultValue
+    : 'NULL'
+    | fieldValue ( '::' fieldType )?
+    ;
+
+fieldValue
+    : QUOTED_STRING
+    | STRING
+    | fieldSize
+    | T_TRUE
+    | T_FALSE
+    ;
+
+fieldSize
+    : INT ( COMMA INT )?
+    ;
+
+numericValue
+    : ( INT | SIGNED_INT ) ( '.' INT )?
+    | ( '-' | '+' ) INT ( '.' INT )?
+    | '.' INT
+    ;
