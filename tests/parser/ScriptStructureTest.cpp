@@ -57,7 +57,7 @@ TEST(ScriptStructure, LaterRecordsCarryTheirOwnPositions)
     const ParseResult result = parse("END;\nINSERT INTO t VALUES (1)");
     ASSERT_TRUE(result.container);
     ASSERT_EQ(result.records.size(), 5U);
-    EXPECT_EQ(result.records[3], "[2:25] Missing (SEMI)");
+    EXPECT_EQ(result.records[3], "[2:24] Missing (SEMI)");
 }
 
 TEST(ScriptStructure, ScriptThatLeavesNoTreeFailsWithCode279)
