@@ -5,6 +5,7 @@
 #include "ParseSession.h"
 #include "RecognizerSupport.h"
 #include "TextEncoding.h"
+#include "TokenWindow.h"
 #include "VellumGrammarCParser.h"
 
 #include <SQLAntlrParser/SQLParserC.h>
@@ -194,6 +195,20 @@ std::string AntlrTreeString(pANTLR3_BASE_TREE tree)
 
 void consumeUntilToken(pANTLR3_TOKEN_STREAM stream, ANTLR3_UINT32 tokenType)
 {
+    auto stops = [tokenType](pANTLR3_COMMON_TOKEN token) {
+        return token->type == tokenType || token->type == ANTLR3_TOKEN_EOF ||
+               (tokenType == NEWLINE && token->type == SL_COMMENT);
+    };
+    if (sqlantlr::TokenWindow *window = sqlantlr::TokenWindow::of(stream)) {
+        pANTLR3_COMMON_TOKEN previous = stream->_LT(stream, -1);
+        ANTLR3_MARKER index = previous != nullptr ? previous->index + 1 : window->current();
+        for (pANTLR3_COMMON_TOKEN token = window->raw(index); token != nullptr && !stops(token);
+             token = window->raw(index)) {
+            ++index;
+        }
+        window->moveTo(index);
+        return;
+    }
     auto tokens = static_cast<pANTLR3_COMMON_TOKEN_STREAM>(stream->super);
     const auto count = static_cast<ANTLR3_INT32>(tokens->tokens->count);
     // Scan the raw vector, hidden tokens included, from just after the token
@@ -205,8 +220,7 @@ void consumeUntilToken(pANTLR3_TOKEN_STREAM stream, ANTLR3_UINT32 tokenType)
     }
     while (index < count) {
         auto token = static_cast<pANTLR3_COMMON_TOKEN>(tokens->tokens->get(tokens->tokens, static_cast<ANTLR3_UINT32>(index)));
-        if (token->type == tokenType || token->type == ANTLR3_TOKEN_EOF ||
-            (tokenType == NEWLINE && token->type == SL_COMMENT)) {
+        if (stops(token)) {
             break;
         }
         ++index;

@@ -4,6 +4,8 @@
 
 #include <antlr3.h>
 
+#include <SQLAntlrParser/SQLParserException.h>
+
 #include <deque>
 #include <string>
 #include <vector>
@@ -11,6 +13,8 @@
 class SQLParserC;
 
 namespace sqlantlr {
+
+class TokenWindow;
 
 struct ParseSession {
     SQLParserC *driver = nullptr;
@@ -21,6 +25,12 @@ struct ParseSession {
     std::deque<std::string> customValues;
     // The lexer's own token source function, wrapped to place the end of input.
     pANTLR3_COMMON_TOKEN (*lexerNextToken)(pANTLR3_TOKEN_SOURCE) = nullptr;
+    // Records of the tree walker wait here while statements are parsed and
+    // walked one by one, and follow the parser's records at the end.
+    bool deferRecords = false;
+    std::vector<SQLParserException> deferredRecords;
+    // The parser's token stream, when it reads tokens lazily.
+    TokenWindow *tokenWindow = nullptr;
     // Parses drop blank tokens; token listings keep every token.
     bool dropBlanks = false;
     // Name lists that walker rules return (qualified names, column lists).

@@ -7,6 +7,7 @@
 #include "ParseSession.h"
 #include "RecognizerSupport.h"
 #include "TextEncoding.h"
+#include "TokenWindow.h"
 #include "VellumGrammarCLexer.h"
 #include "VellumGrammarCParser.h"
 #include "VellumTreeGrammarC.h"
@@ -14,6 +15,8 @@
 #include <SchemaModel/SchemaModel.h>
 
 #include <unicode/ustring.h>
+
+#include <optional>
 
 using sqlantlr::logf;
 using sqlantlr::ParseSession;
@@ -169,6 +172,8 @@ std::unique_ptr<SQLContainer> SQLParserC::parseString(std::string_view sql, KpEr
                                                 error);
         return nullptr;
     }
+    // Declared after the pipeline, so it is gone before the stream is freed.
+    sqlantlr::TokenWindow window(pipeline.tokens, pipeline.lexer->pLexer);
     if (displayTokenStream()) {
         displayTokenStream(reinterpret_cast<SQLTokenStream *>(pipeline.tokens));
     }
@@ -177,8 +182,104 @@ std::unique_ptr<SQLContainer> SQLParserC::parseString(std::string_view sql, KpEr
         KpError::handleErrorWithLocalizedString("Failed to allocate parser (out of memory?)", KpErrorParser, error);
         return nullptr;
     }
-    VellumGrammarCParser_schema_return result = pipeline.parser->schema(pipeline.parser);
-    return parseTree(reinterpret_cast<SQLSyntaxTree *>(result.tree), error);
+    pANTLR3_INT_STREAM stream = pipeline.tokens->tstream->istream;
+    if (stream->_LA(stream, 1) == ANTLR3_TOKEN_EOF) {
+        // No statement at all: the whole-script rule reports it.
+        VellumGrammarCParser_schema_return result = pipeline.parser->schema(pipeline.parser);
+        return parseTree(reinterpret_cast<SQLSyntaxTree *>(result.tree), error);
+    }
+    return parseStatements(reinterpret_cast<SQLRecognizer *>(pipeline.parser), error);
+}
+
+namespace {
+
+// Every token type can start a statement, so after an error inside a
+// statement, recovery stops at the first token that may begin the next one:
+// the follow set the script rule's statement loop gives its statements.
+struct StatementFollowSet {
+    ANTLR3_BITWORD words[(kp_parserTokenCount + 63) / 64] = {};
+    ANTLR3_BITSET_LIST list{};
+    StatementFollowSet()
+    {
+        for (ANTLR3_UINT32 type = 4; type < kp_parserTokenCount; ++type) {
+            words[type / 64] |= ANTLR3_BITWORD(1) << (type % 64);
+        }
+        list.bits = words;
+        list.length = static_cast<ANTLR3_UINT32>(sizeof words / sizeof words[0]);
+    }
+};
+
+// Releases the trees, child lists and imaginary tokens of statements that
+// have been walked, so that memory follows the largest statement rather
+// than the whole script.
+void recycleStatementTrees(pVellumGrammarCParser parser)
+{
+    pANTLR3_BASE_TREE_ADAPTOR adaptor = parser->adaptor;
+    auto common = static_cast<pANTLR3_COMMON_TREE_ADAPTOR>(adaptor->super);
+    pANTLR3_ARBORETUM fresh = antlr3ArboretumNew(adaptor->strFactory);
+    if (fresh == nullptr) {
+        return;  // keep the old factory; memory is only held longer
+    }
+    common->arboretum->close(common->arboretum);
+    common->arboretum = fresh;
+    if (adaptor->tokenFactory != nullptr) {
+        adaptor->tokenFactory->reset(adaptor->tokenFactory);
+    }
+}
+
+} // namespace
+
+std::unique_ptr<SQLContainer> SQLParserC::parseStatements(SQLRecognizer *handle, KpError *error)
+{
+    // Statements are parsed and walked one at a time, as the script rule's
+    // statement loop would parse them; records keep the order of a parse
+    // that walks the whole tree afterwards: the parser's first, then the
+    // walker's.
+    static const StatementFollowSet follow;
+    pVellumGrammarCParser parser = asParser(handle);
+    pANTLR3_BASE_RECOGNIZER recognizer = parser->pParser->rec;
+    pANTLR3_INT_STREAM stream = parser->pParser->tstream->istream;
+    auto container = std::make_unique<SQLContainer>();
+    bool built = false;
+    while (stream->_LA(stream, 1) != ANTLR3_TOKEN_EOF) {
+        recognizer->state->following->push(recognizer->state->following,
+                                           const_cast<ANTLR3_BITSET_LIST *>(&follow.list), nullptr);
+        VellumGrammarCParser_schemaEntry_return entry = parser->schemaEntry(parser);
+        recognizer->state->following->pop(recognizer->state->following);
+        if (entry.tree != nullptr) {
+            built = true;
+            if (displayNodeList()) {
+                displayTreeString(reinterpret_cast<SQLSyntaxTree *>(entry.tree));
+            }
+            pANTLR3_COMMON_TREE_NODE_STREAM nodes = antlr3CommonTreeNodeStreamNewTree(entry.tree, streamSizeHint);
+            if (nodes == nullptr) {
+                logf("empty tree to parse");
+                KpError::handleErrorWithLocalizedString("Tried to parse empty Tree", KpErrorEmptyTree, error);
+                return nullptr;
+            }
+            session_->deferRecords = true;
+            const bool walked = walkTree(reinterpret_cast<SQLTreeNodeStream *>(nodes), *container, error);
+            session_->deferRecords = false;
+            nodes->free(nodes);
+            if (!walked) {
+                return nullptr;
+            }
+        }
+        recycleStatementTrees(parser);
+        if (session_->tokenWindow != nullptr) {
+            session_->tokenWindow->releaseConsumed();
+        }
+    }
+    if (!built) {
+        logf("tree is nil");
+        KpError::handleErrorWithLocalizedString("Tried to parse unallocated Tree", KpErrorUnallocatedTree, error);
+        return nullptr;
+    }
+    for (SQLParserException &record : session_->deferredRecords) {
+        exceptionsList_.push_back(std::move(record));
+    }
+    session_->deferredRecords.clear();
+    return container;
 }
 
 SQLInputStream *SQLParserC::inputStreamFromString(std::u16string_view text)
@@ -262,11 +363,19 @@ std::unique_ptr<SQLContainer> SQLParserC::parseTree(SQLSyntaxTree *handle, KpErr
 std::unique_ptr<SQLContainer> SQLParserC::parseTreeStream(SQLTreeNodeStream *handle, KpError *error)
 {
     auto container = std::make_unique<SQLContainer>();
+    if (!walkTree(handle, *container, error)) {
+        return nullptr;
+    }
+    return container;
+}
+
+bool SQLParserC::walkTree(SQLTreeNodeStream *handle, SQLContainer &container, KpError *error)
+{
     pVellumTreeGrammarC walker = VellumTreeGrammarCNew(asNodes(handle));
     if (walker == nullptr) {
         KpError::handleErrorWithLocalizedString("Failed to create the tree parser (out of memory)", KpErrorTreeParser,
                                                 error);
-        return nullptr;
+        return false;
     }
     pANTLR3_BASE_RECOGNIZER recognizer = walker->pTreeParser->rec;
     recognizer->displayRecognitionError = kp_parser_displayRecognitionError;
@@ -276,9 +385,9 @@ std::unique_ptr<SQLContainer> SQLParserC::parseTreeStream(SQLTreeNodeStream *han
         recognizer->recover = kp_parser_recover2;
     }
     recognizer->state->userp = session_;
-    walker->schema(walker, container.get());
+    walker->schema(walker, &container);
     walker->free(walker);
-    return container;
+    return true;
 }
 
 std::vector<SQLToken> SQLParserC::tokensForString(std::string_view sql)
@@ -337,6 +446,10 @@ std::string SQLParserC::syntaxTreeForString(std::string_view sql, KpError *error
                          : nullptr;
     pipeline.tokens =
         pipeline.lexer != nullptr ? antlr3CommonTokenStreamSourceNew(streamSizeHint, TOKENSOURCE(pipeline.lexer)) : nullptr;
+    std::optional<sqlantlr::TokenWindow> window;
+    if (pipeline.tokens != nullptr) {
+        window.emplace(pipeline.tokens, pipeline.lexer->pLexer);
+    }
     pipeline.parser = pipeline.tokens != nullptr
                           ? asParser(parserForTokenStream(reinterpret_cast<SQLTokenStream *>(pipeline.tokens)))
                           : nullptr;
@@ -352,6 +465,14 @@ void SQLParserC::displayTokenStream(SQLTokenStream *handle) const
 {
     pANTLR3_COMMON_TOKEN_STREAM tokens = asTokens(handle);
     pANTLR3_TOKEN_STREAM stream = tokens->tstream;
+    if (sqlantlr::TokenWindow *window = sqlantlr::TokenWindow::of(stream)) {
+        window->readAll();
+        logf("%ld tokens found", static_cast<long>(window->readCount()));
+        for (ANTLR3_MARKER i = 0; i < window->readCount(); ++i) {
+            logf("%ld: %s", static_cast<long>(i), kp_tokenText(window->raw(i)).c_str());
+        }
+        return;
+    }
     stream->_LT(stream, 1);
     pANTLR3_VECTOR vector = tokens->tokens;
     if (vector == nullptr) {
@@ -386,6 +507,10 @@ void SQLParserC::displayErrors() const
 
 void SQLParserC::addException(SQLParserException exception)
 {
+    if (session_ != nullptr && session_->deferRecords) {
+        session_->deferredRecords.push_back(std::move(exception));
+        return;
+    }
     exceptionsList_.push_back(std::move(exception));
 }
 

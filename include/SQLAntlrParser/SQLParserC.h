@@ -110,6 +110,11 @@ protected:
     void displayTreeString(SQLSyntaxTree *tree) const;
 
 private:
+    // Parses and walks the script one statement at a time.
+    std::unique_ptr<SQLContainer> parseStatements(SQLRecognizer *parser, KpError *error);
+    // Walks a syntax tree into the container; false when no walker could be made.
+    bool walkTree(SQLTreeNodeStream *nodes, SQLContainer &container, KpError *error);
+
     friend struct sqlantlr::ParseSession;
     std::vector<SQLParserException> exceptionsList_;
     sqlantlr::ParseSession *session_ = nullptr;  // the parse in progress, if any

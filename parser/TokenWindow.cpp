@@ -1,0 +1,247 @@
+#include "TokenWindow.h"
+
+#include "ParseSession.h"
+
+#include <cstring>
+
+namespace sqlantlr {
+
+namespace {
+
+constexpr size_t slabSize = 1024;
+// Raw tokens kept behind the current one when a statement's tokens are
+// recycled: error nodes and rule results look back a token or two.
+constexpr ANTLR3_MARKER keptBehind = 64;
+
+TokenWindow *windowOf(pANTLR3_INT_STREAM is)
+{
+    return TokenWindow::of(static_cast<pANTLR3_TOKEN_STREAM>(is->super));
+}
+
+} // namespace
+
+TokenWindow::TokenWindow(pANTLR3_COMMON_TOKEN_STREAM stream, pANTLR3_LEXER lexer)
+    : stream_(stream), lexer_(lexer), lexerFactory_(lexer->rec->state->tokFactory)
+{
+    // The stream's own functions are replaced; its structure stays, because
+    // the runtime reads a parser's stream as a common token stream.
+    pANTLR3_TOKEN_STREAM ts = stream->tstream;
+    pANTLR3_INT_STREAM is = ts->istream;
+    ts->_LT = lookAhead;
+    ts->get = get;
+    is->_LA = lookAheadType;
+    is->consume = consume;
+    is->mark = mark;
+    is->rewind = rewind;
+    is->rewindLast = rewindLast;
+    is->release = release;
+    is->seek = seek;
+    is->index = index;
+    is->size = size;
+    // Functions of the stream find the window through the lexer's session.
+    static_cast<ParseSession *>(lexer->rec->state->userp)->tokenWindow = this;
+
+    std::memcpy(static_cast<ANTLR3_TOKEN_FACTORY *>(&factory_), lexerFactory_, sizeof(ANTLR3_TOKEN_FACTORY));
+    factory_.window = this;
+    factory_.newToken = newToken;
+    factory_.reset = keepTokens;
+    factory_.close = keepTokens;
+    lexer->rec->state->tokFactory = &factory_;
+    p_ = nextOnChannel(0);
+}
+
+TokenWindow::~TokenWindow()
+{
+    static_cast<ParseSession *>(lexer_->rec->state->userp)->tokenWindow = nullptr;
+    lexer_->rec->state->tokFactory = lexerFactory_;
+}
+
+TokenWindow *TokenWindow::of(pANTLR3_TOKEN_STREAM stream)
+{
+    if (stream == nullptr || stream->_LT != lookAhead) {
+        return nullptr;
+    }
+    auto lexer = static_cast<pANTLR3_LEXER>(stream->tokenSource->super);
+    return static_cast<ParseSession *>(lexer->rec->state->userp)->tokenWindow;
+}
+
+void TokenWindow::keepTokens(pANTLR3_TOKEN_FACTORY) {}
+
+pANTLR3_COMMON_TOKEN TokenWindow::newToken(pANTLR3_TOKEN_FACTORY factory)
+{
+    auto *own = static_cast<Factory *>(factory);
+    pANTLR3_COMMON_TOKEN token = own->window->allocateToken();
+    std::memcpy(static_cast<void *>(token), &factory->unTruc, sizeof(ANTLR3_COMMON_TOKEN));
+    token->input = factory->input;
+    token->strFactory = factory->input != nullptr ? factory->input->strFactory : nullptr;
+    token->factoryMade = ANTLR3_TRUE;
+    return token;
+}
+
+pANTLR3_COMMON_TOKEN TokenWindow::allocateToken()
+{
+    if (!freeTokens_.empty()) {
+        pANTLR3_COMMON_TOKEN token = freeTokens_.back();
+        freeTokens_.pop_back();
+        return token;
+    }
+    if (slabs_.empty() || slabUsed_ == slabSize) {
+        slabs_.push_back(std::make_unique<ANTLR3_COMMON_TOKEN[]>(slabSize));
+        slabUsed_ = 0;
+    }
+    return &slabs_.back()[slabUsed_++];
+}
+
+bool TokenWindow::fetch()
+{
+    if (eof_ != nullptr) {
+        return false;
+    }
+    pANTLR3_TOKEN_SOURCE source = stream_->tstream->tokenSource;
+    pANTLR3_COMMON_TOKEN token = source->nextToken(source);
+    if (token == nullptr || token->type == ANTLR3_TOKEN_EOF) {
+        eof_ = token != nullptr ? token : &source->eofToken;
+        eof_->index = readCount();
+        return false;
+    }
+    token->index = readCount();
+    tokens_.push_back(token);
+    return true;
+}
+
+pANTLR3_COMMON_TOKEN TokenWindow::raw(ANTLR3_MARKER index)
+{
+    if (index < base_) {
+        return nullptr;
+    }
+    while (index >= readCount()) {
+        if (!fetch()) {
+            return nullptr;
+        }
+    }
+    return tokens_[static_cast<size_t>(index - base_)];
+}
+
+bool TokenWindow::onChannel(ANTLR3_MARKER index)
+{
+    pANTLR3_COMMON_TOKEN token = raw(index);
+    return token != nullptr && token->channel == stream_->channel;
+}
+
+ANTLR3_MARKER TokenWindow::nextOnChannel(ANTLR3_MARKER index)
+{
+    while (raw(index) != nullptr && !onChannel(index)) {
+        ++index;
+    }
+    return index;
+}
+
+pANTLR3_COMMON_TOKEN TokenWindow::endToken()
+{
+    while (fetch()) {
+    }
+    return eof_;
+}
+
+void TokenWindow::moveTo(ANTLR3_MARKER index)
+{
+    p_ = nextOnChannel(index < base_ ? base_ : index);
+}
+
+void TokenWindow::readAll()
+{
+    while (fetch()) {
+    }
+}
+
+void TokenWindow::releaseConsumed()
+{
+    while (base_ < p_ - keptBehind && !tokens_.empty()) {
+        freeTokens_.push_back(tokens_.front());
+        tokens_.pop_front();
+        ++base_;
+    }
+}
+
+pANTLR3_COMMON_TOKEN TokenWindow::lookAhead(pANTLR3_TOKEN_STREAM ts, ANTLR3_INT32 k)
+{
+    TokenWindow *window = of(ts);
+    if (k == 0) {
+        return nullptr;
+    }
+    if (k < 0) {
+        // k tokens back on the parser's channel.
+        ANTLR3_MARKER i = window->p_;
+        for (ANTLR3_INT32 n = 0; n < -k; ++n) {
+            do {
+                --i;
+            } while (i >= window->base_ && !window->onChannel(i));
+            if (i < window->base_) {
+                return nullptr;
+            }
+        }
+        return window->raw(i);
+    }
+    ANTLR3_MARKER i = window->p_;
+    for (ANTLR3_INT32 n = 1; n < k && window->raw(i) != nullptr; ++n) {
+        i = window->nextOnChannel(i + 1);
+    }
+    pANTLR3_COMMON_TOKEN token = window->raw(i);
+    return token != nullptr ? token : window->endToken();
+}
+
+pANTLR3_COMMON_TOKEN TokenWindow::get(pANTLR3_TOKEN_STREAM ts, ANTLR3_UINT32 i)
+{
+    return of(ts)->raw(static_cast<ANTLR3_MARKER>(i));
+}
+
+ANTLR3_UINT32 TokenWindow::lookAheadType(pANTLR3_INT_STREAM is, ANTLR3_INT32 k)
+{
+    pANTLR3_COMMON_TOKEN token = lookAhead(static_cast<pANTLR3_TOKEN_STREAM>(is->super), k);
+    return token != nullptr ? token->type : ANTLR3_TOKEN_INVALID;
+}
+
+void TokenWindow::consume(pANTLR3_INT_STREAM is)
+{
+    TokenWindow *window = windowOf(is);
+    if (window->raw(window->p_) != nullptr) {
+        window->p_ = window->nextOnChannel(window->p_ + 1);
+    }
+}
+
+ANTLR3_MARKER TokenWindow::mark(pANTLR3_INT_STREAM is)
+{
+    TokenWindow *window = windowOf(is);
+    window->lastMarker_ = window->p_;
+    return window->lastMarker_;
+}
+
+void TokenWindow::rewind(pANTLR3_INT_STREAM is, ANTLR3_MARKER marker)
+{
+    windowOf(is)->p_ = marker;
+}
+
+void TokenWindow::rewindLast(pANTLR3_INT_STREAM is)
+{
+    TokenWindow *window = windowOf(is);
+    window->p_ = window->lastMarker_;
+}
+
+void TokenWindow::release(pANTLR3_INT_STREAM, ANTLR3_MARKER) {}
+
+void TokenWindow::seek(pANTLR3_INT_STREAM is, ANTLR3_MARKER index)
+{
+    windowOf(is)->p_ = index;
+}
+
+ANTLR3_MARKER TokenWindow::index(pANTLR3_INT_STREAM is)
+{
+    return windowOf(is)->p_;
+}
+
+ANTLR3_UINT32 TokenWindow::size(pANTLR3_INT_STREAM is)
+{
+    return static_cast<ANTLR3_UINT32>(windowOf(is)->readCount());
+}
+
+} // namespace sqlantlr

@@ -1,0 +1,84 @@
+// A token stream for the parser that reads tokens from the lexer only as the
+// parser looks ahead, and recycles the tokens of statements that are done.
+// The runtime's common token stream reads the whole script before the first
+// look-ahead and keeps every token (a few hundred bytes each) to the end; a
+// parse that walks each statement as soon as it is parsed needs only the
+// tokens of the statement at hand.
+#pragma once
+
+#include <antlr3.h>
+
+#include <deque>
+#include <memory>
+#include <vector>
+
+namespace sqlantlr {
+
+class TokenWindow {
+public:
+    // Takes over the functions of a common token stream made over the lexer;
+    // the stream keeps its layout, so the runtime may go on treating it as a
+    // common token stream. Tokens come from a recycling factory of the window.
+    TokenWindow(pANTLR3_COMMON_TOKEN_STREAM stream, pANTLR3_LEXER lexer);
+    ~TokenWindow();
+    TokenWindow(const TokenWindow &) = delete;
+    TokenWindow &operator=(const TokenWindow &) = delete;
+
+    // The window of a token stream, or nullptr for a stream it does not own.
+    static TokenWindow *of(pANTLR3_TOKEN_STREAM stream);
+
+    // Gives the tokens before the current one back for reuse, keeping a few
+    // behind it for look-behind. Only between statements.
+    void releaseConsumed();
+
+    // Raw access, hidden tokens included: absolute indexes from 0.
+    pANTLR3_COMMON_TOKEN raw(ANTLR3_MARKER index);  // nullptr past the end of input
+    ANTLR3_MARKER current() const { return p_; }
+    // Moves to a raw index and then on to the next token on the parser's channel.
+    void moveTo(ANTLR3_MARKER index);
+
+    // Reads every remaining token (for debugging dumps).
+    void readAll();
+    ANTLR3_MARKER readCount() const { return base_ + static_cast<ANTLR3_MARKER>(tokens_.size()); }
+
+private:
+    static pANTLR3_COMMON_TOKEN lookAhead(pANTLR3_TOKEN_STREAM ts, ANTLR3_INT32 k);
+    static pANTLR3_COMMON_TOKEN get(pANTLR3_TOKEN_STREAM ts, ANTLR3_UINT32 i);
+    static ANTLR3_UINT32 lookAheadType(pANTLR3_INT_STREAM is, ANTLR3_INT32 k);
+    static void consume(pANTLR3_INT_STREAM is);
+    static ANTLR3_MARKER mark(pANTLR3_INT_STREAM is);
+    static void rewind(pANTLR3_INT_STREAM is, ANTLR3_MARKER marker);
+    static void rewindLast(pANTLR3_INT_STREAM is);
+    static void release(pANTLR3_INT_STREAM is, ANTLR3_MARKER marker);
+    static void seek(pANTLR3_INT_STREAM is, ANTLR3_MARKER index);
+    static ANTLR3_MARKER index(pANTLR3_INT_STREAM is);
+    static ANTLR3_UINT32 size(pANTLR3_INT_STREAM is);
+    static pANTLR3_COMMON_TOKEN newToken(pANTLR3_TOKEN_FACTORY factory);
+    static void keepTokens(pANTLR3_TOKEN_FACTORY factory);
+    pANTLR3_COMMON_TOKEN allocateToken();
+
+    // The lexer's token factory, made to hand out the window's tokens.
+    struct Factory : ANTLR3_TOKEN_FACTORY {
+        TokenWindow *window = nullptr;
+    };
+
+    bool fetch();  // reads one more token; false at the end of input
+    bool onChannel(ANTLR3_MARKER index);
+    ANTLR3_MARKER nextOnChannel(ANTLR3_MARKER index);
+    pANTLR3_COMMON_TOKEN endToken();
+
+    pANTLR3_COMMON_TOKEN_STREAM stream_;
+    pANTLR3_LEXER lexer_;
+    pANTLR3_TOKEN_FACTORY lexerFactory_;  // the lexer's own, restored on destruction
+    Factory factory_{};
+    std::deque<pANTLR3_COMMON_TOKEN> tokens_;  // raw tokens from index base_ on
+    ANTLR3_MARKER base_ = 0;
+    ANTLR3_MARKER p_ = 0;
+    ANTLR3_MARKER lastMarker_ = 0;
+    pANTLR3_COMMON_TOKEN eof_ = nullptr;
+    std::vector<pANTLR3_COMMON_TOKEN> freeTokens_;
+    std::vector<std::unique_ptr<ANTLR3_COMMON_TOKEN[]>> slabs_;
+    size_t slabUsed_ = 0;
+};
+
+} // namespace sqlantlr
