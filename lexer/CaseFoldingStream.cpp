@@ -9,6 +9,9 @@
 
 namespace {
 
+// Made when the library is loaded, so look-ahead needs no first-use check.
+const KpAntlrStringOperations &foldTable = KpAntlrStringOperations::sharedManager();
+
 const uint16_t *unitAt(pANTLR3_INPUT_STREAM input, ANTLR3_INT32 offset)
 {
     return static_cast<const uint16_t *>(input->nextChar) + offset;
@@ -25,7 +28,7 @@ ANTLR3_UCHAR lc_antlr3UCS2LA(pANTLR3_INT_STREAM is, ANTLR3_INT32 la)
     if (unit >= end || unit < start) {
         return ANTLR3_CHARSTREAM_EOF;
     }
-    return KpAntlrStringOperations::sharedManager().uppercaseCharacter(*unit);
+    return foldTable.uppercaseCharacter(*unit);
 }
 
 void kp_utf16Consume(pANTLR3_INT_STREAM is)

@@ -11,6 +11,10 @@
 
 namespace SchemaModel::detail {
 
+/// The case-folded form of a name: two names are equal ignoring case exactly
+/// when their folded forms are equal.
+std::string foldedName(std::string_view name);
+
 /// The first item named exactly `name`, else the first whose name matches
 /// case-insensitively. Unnamed items never match.
 template <typename T>

@@ -1,5 +1,7 @@
 #include <SchemaModel/Names.h>
 
+#include "NameLookup.h"
+
 #include <unicode/stringpiece.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
@@ -100,6 +102,23 @@ bool namesEqualIgnoringCase(std::string_view a, std::string_view b)
     }
     return fromUtf8(a).caseCompare(fromUtf8(b), U_FOLD_CASE_DEFAULT) == 0;
 }
+
+namespace detail {
+
+std::string foldedName(std::string_view name)
+{
+    if (isAscii(name)) {
+        std::string folded(name);
+        for (char &c : folded)
+            c = asciiLower(c);
+        return folded;
+    }
+    std::string folded;
+    fromUtf8(name).foldCase(U_FOLD_CASE_DEFAULT).toUTF8String(folded);
+    return folded;
+}
+
+} // namespace detail
 
 QualifiedName splitQualifiedName(std::string_view qualifiedName)
 {

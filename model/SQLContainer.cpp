@@ -3,6 +3,7 @@
 #include "NameLookup.h"
 
 #include <algorithm>
+#include <type_traits>
 
 using SchemaModel::namesEqualIgnoringCase;
 
@@ -22,12 +23,12 @@ bool schemaMatches(const std::optional<std::string> &objectSchema, std::string_v
 
 // The first object of `items` named `name` whose schema satisfies `accept`,
 // comparing names as `match` says.
-template <typename T, typename Accept>
-T *findObject(const std::vector<std::unique_ptr<T>> &items, std::string_view name, Match match, Accept accept)
+template <typename List, typename Accept>
+auto findObject(const List &items, std::string_view name, Match match, Accept accept) -> decltype(&*items.front())
 {
     for (const auto &item : items)
         if (item->hasName() && namesMatch(item->getName(), name, match) && accept(*item))
-            return item.get();
+            return &*item;
     return nullptr;
 }
 
@@ -72,7 +73,10 @@ SQLTable *SQLContainer::add(std::unique_ptr<SQLTable> table)
     if (!table)
         return nullptr;
     tables_.push_back(std::move(table));
-    return tables_.back().get();
+    SQLTable *added = tables_.back().get();
+    if (added->hasName())
+        tablesByName_[SchemaModel::detail::foldedName(added->getName())].push_back(added);
+    return added;
 }
 
 SQLView *SQLContainer::add(std::unique_ptr<SQLView> view)
@@ -80,7 +84,46 @@ SQLView *SQLContainer::add(std::unique_ptr<SQLView> view)
     if (!view)
         return nullptr;
     views_.push_back(std::move(view));
-    return views_.back().get();
+    SQLView *added = views_.back().get();
+    if (added->hasName())
+        viewsByName_[SchemaModel::detail::foldedName(added->getName())].push_back(added);
+    return added;
+}
+
+namespace {
+
+// The indexed objects of one folded name, in the order they were added.
+template <typename T>
+const std::vector<T *> &candidates(const std::unordered_map<std::string, std::vector<T *>> &index,
+                                   const std::string &folded)
+{
+    static const std::vector<T *> none;
+    const auto found = index.find(folded);
+    return found == index.end() ? none : found->second;
+}
+
+} // namespace
+
+template <typename Result>
+Result *SQLContainer::lookUp(std::string_view name, std::optional<std::string_view> schema) const
+{
+    // Only objects of the same folded name can match; search them with the
+    // rules of a full search, then fall back to one for renamed objects.
+    const std::string folded = SchemaModel::detail::foldedName(SchemaModel::trim(name));
+    if constexpr (std::is_same_v<Result, SQLTable>) {
+        if (SQLTable *found = findWithSchema<SQLTable>(name, schema, candidates(tablesByName_, folded)))
+            return found;
+        return findWithSchema<SQLTable>(name, schema, tables_);
+    } else if constexpr (std::is_same_v<Result, SQLView>) {
+        if (SQLView *found = findWithSchema<SQLView>(name, schema, candidates(viewsByName_, folded)))
+            return found;
+        return findWithSchema<SQLView>(name, schema, views_);
+    } else {
+        if (SQLObject *found = findWithSchema<SQLObject>(name, schema, candidates(tablesByName_, folded),
+                                                         candidates(viewsByName_, folded)))
+            return found;
+        return findWithSchema<SQLObject>(name, schema, tables_, views_);
+    }
 }
 
 SQLObject *SQLContainer::getObjectByName(std::string_view name) const
@@ -90,7 +133,7 @@ SQLObject *SQLContainer::getObjectByName(std::string_view name) const
 
 SQLObject *SQLContainer::getObjectWithSchema(std::string_view name, std::optional<std::string_view> schema) const
 {
-    return findWithSchema<SQLObject>(name, schema, tables_, views_);
+    return lookUp<SQLObject>(name, schema);
 }
 
 SQLTable *SQLContainer::getTableByName(std::string_view name) const
@@ -100,12 +143,12 @@ SQLTable *SQLContainer::getTableByName(std::string_view name) const
 
 SQLTable *SQLContainer::getTableWithSchema(std::string_view name, std::optional<std::string_view> schema) const
 {
-    return findWithSchema<SQLTable>(name, schema, tables_);
+    return lookUp<SQLTable>(name, schema);
 }
 
 SQLView *SQLContainer::getViewByName(std::string_view name) const
 {
-    return findWithSchema<SQLView>(name, std::nullopt, views_);
+    return lookUp<SQLView>(name, std::nullopt);
 }
 
 SQLTable *SQLContainer::findReferencedTable(std::string_view reference) const

@@ -229,6 +229,95 @@ void recycleStatementTrees(pVellumGrammarCParser parser)
 
 } // namespace
 
+// One tree node stream and one walker serve every statement of a parse:
+// making them allocates pools of nodes and tokens, too much to repeat for
+// each statement.
+namespace {
+
+// A tree walker over the nodes with the driver's hooks, or nullptr.
+pVellumTreeGrammarC newWalker(SQLTreeNodeStream *handle, bool customErrorDisplay, ParseSession *session,
+                              KpError *error)
+{
+    pVellumTreeGrammarC walker = VellumTreeGrammarCNew(asNodes(handle));
+    if (walker == nullptr) {
+        KpError::handleErrorWithLocalizedString("Failed to create the tree parser (out of memory)", KpErrorTreeParser,
+                                                error);
+        return nullptr;
+    }
+    pANTLR3_BASE_RECOGNIZER recognizer = walker->pTreeParser->rec;
+    recognizer->displayRecognitionError = kp_parser_displayRecognitionError;
+    if (customErrorDisplay) {
+        recognizer->getMissingSymbol = kp_tree_getMissingSymbol;
+        recognizer->recoverFromMismatchedToken = kp_recoverFromMismatchedToken;
+        recognizer->recover = kp_parser_recover2;
+    }
+    recognizer->state->userp = session;
+    return walker;
+}
+
+class StatementWalker {
+public:
+    StatementWalker(bool customErrorDisplay, ParseSession *session)
+        : customErrorDisplay_(customErrorDisplay), session_(session)
+    {
+    }
+    ~StatementWalker()
+    {
+        if (walker_ != nullptr) {
+            walker_->free(walker_);
+        }
+        if (nodes_ != nullptr) {
+            nodes_->free(nodes_);
+        }
+    }
+    StatementWalker(const StatementWalker &) = delete;
+    StatementWalker &operator=(const StatementWalker &) = delete;
+
+    // Walks one statement's tree into the container; false with *error set
+    // when the stream or the walker cannot be made.
+    bool walk(pANTLR3_BASE_TREE tree, SQLContainer &container, KpError *error)
+    {
+        if (nodes_ == nullptr) {
+            nodes_ = antlr3CommonTreeNodeStreamNewTree(tree, streamSizeHint);
+            if (nodes_ == nullptr) {
+                logf("empty tree to parse");
+                KpError::handleErrorWithLocalizedString("Tried to parse empty Tree", KpErrorEmptyTree, error);
+                return false;
+            }
+            walker_ = newWalker(reinterpret_cast<SQLTreeNodeStream *>(nodes_), customErrorDisplay_, session_, error);
+            if (walker_ == nullptr) {
+                return false;
+            }
+        } else {
+            // Point the stream at the new tree, as a new stream would start,
+            // and clear what a new walker would not know about.
+            nodes_->nodes->clear(nodes_->nodes);
+            nodes_->root = tree;
+            nodes_->p = -1;
+            nodes_->currentNode = nullptr;
+            nodes_->previousNode = nullptr;
+            nodes_->currentChildIndex = 0;
+            nodes_->absoluteNodeIndex = 0;
+            nodes_->reset(nodes_);
+            pANTLR3_RECOGNIZER_SHARED_STATE state = walker_->pTreeParser->rec->state;
+            state->lastErrorIndex = -1;
+            state->errorRecovery = ANTLR3_FALSE;
+            state->error = ANTLR3_FALSE;
+            state->failed = ANTLR3_FALSE;
+        }
+        walker_->schema(walker_, &container);
+        return true;
+    }
+
+private:
+    bool customErrorDisplay_;
+    ParseSession *session_;
+    pANTLR3_COMMON_TREE_NODE_STREAM nodes_ = nullptr;
+    pVellumTreeGrammarC walker_ = nullptr;
+};
+
+} // namespace
+
 std::unique_ptr<SQLContainer> SQLParserC::parseStatements(SQLRecognizer *handle, KpError *error)
 {
     // Statements are parsed and walked one at a time, as the script rule's
@@ -240,6 +329,7 @@ std::unique_ptr<SQLContainer> SQLParserC::parseStatements(SQLRecognizer *handle,
     pANTLR3_BASE_RECOGNIZER recognizer = parser->pParser->rec;
     pANTLR3_INT_STREAM stream = parser->pParser->tstream->istream;
     auto container = std::make_unique<SQLContainer>();
+    StatementWalker statementWalker(useCustomErrorDisplay(), session_);
     bool built = false;
     while (stream->_LA(stream, 1) != ANTLR3_TOKEN_EOF) {
         recognizer->state->following->push(recognizer->state->following,
@@ -251,16 +341,9 @@ std::unique_ptr<SQLContainer> SQLParserC::parseStatements(SQLRecognizer *handle,
             if (displayNodeList()) {
                 displayTreeString(reinterpret_cast<SQLSyntaxTree *>(entry.tree));
             }
-            pANTLR3_COMMON_TREE_NODE_STREAM nodes = antlr3CommonTreeNodeStreamNewTree(entry.tree, streamSizeHint);
-            if (nodes == nullptr) {
-                logf("empty tree to parse");
-                KpError::handleErrorWithLocalizedString("Tried to parse empty Tree", KpErrorEmptyTree, error);
-                return nullptr;
-            }
             session_->deferRecords = true;
-            const bool walked = walkTree(reinterpret_cast<SQLTreeNodeStream *>(nodes), *container, error);
+            const bool walked = statementWalker.walk(entry.tree, *container, error);
             session_->deferRecords = false;
-            nodes->free(nodes);
             if (!walked) {
                 return nullptr;
             }
@@ -371,24 +454,15 @@ std::unique_ptr<SQLContainer> SQLParserC::parseTreeStream(SQLTreeNodeStream *han
 
 bool SQLParserC::walkTree(SQLTreeNodeStream *handle, SQLContainer &container, KpError *error)
 {
-    pVellumTreeGrammarC walker = VellumTreeGrammarCNew(asNodes(handle));
+    pVellumTreeGrammarC walker = newWalker(handle, useCustomErrorDisplay(), session_, error);
     if (walker == nullptr) {
-        KpError::handleErrorWithLocalizedString("Failed to create the tree parser (out of memory)", KpErrorTreeParser,
-                                                error);
         return false;
     }
-    pANTLR3_BASE_RECOGNIZER recognizer = walker->pTreeParser->rec;
-    recognizer->displayRecognitionError = kp_parser_displayRecognitionError;
-    if (useCustomErrorDisplay()) {
-        recognizer->getMissingSymbol = kp_tree_getMissingSymbol;
-        recognizer->recoverFromMismatchedToken = kp_recoverFromMismatchedToken;
-        recognizer->recover = kp_parser_recover2;
-    }
-    recognizer->state->userp = session_;
     walker->schema(walker, &container);
     walker->free(walker);
     return true;
 }
+
 
 std::vector<SQLToken> SQLParserC::tokensForString(std::string_view sql)
 {

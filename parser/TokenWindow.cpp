@@ -2,6 +2,7 @@
 
 #include "ParseSession.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace sqlantlr {
@@ -13,9 +14,14 @@ constexpr size_t slabSize = 1024;
 // recycled: error nodes and rule results look back a token or two.
 constexpr ANTLR3_MARKER keptBehind = 64;
 
-TokenWindow *windowOf(pANTLR3_INT_STREAM is)
+// The window of the parse running on this thread: the stream functions are
+// called for every look-ahead, so they find it here rather than through the
+// lexer and its session.
+thread_local TokenWindow *activeWindow = nullptr;
+
+TokenWindow *windowOf(pANTLR3_INT_STREAM)
 {
-    return TokenWindow::of(static_cast<pANTLR3_TOKEN_STREAM>(is->super));
+    return activeWindow;
 }
 
 } // namespace
@@ -38,8 +44,9 @@ TokenWindow::TokenWindow(pANTLR3_COMMON_TOKEN_STREAM stream, pANTLR3_LEXER lexer
     is->seek = seek;
     is->index = index;
     is->size = size;
-    // Functions of the stream find the window through the lexer's session.
     static_cast<ParseSession *>(lexer->rec->state->userp)->tokenWindow = this;
+    previousActive_ = activeWindow;
+    activeWindow = this;
 
     std::memcpy(static_cast<ANTLR3_TOKEN_FACTORY *>(&factory_), lexerFactory_, sizeof(ANTLR3_TOKEN_FACTORY));
     factory_.window = this;
@@ -54,15 +61,12 @@ TokenWindow::~TokenWindow()
 {
     static_cast<ParseSession *>(lexer_->rec->state->userp)->tokenWindow = nullptr;
     lexer_->rec->state->tokFactory = lexerFactory_;
+    activeWindow = previousActive_;
 }
 
 TokenWindow *TokenWindow::of(pANTLR3_TOKEN_STREAM stream)
 {
-    if (stream == nullptr || stream->_LT != lookAhead) {
-        return nullptr;
-    }
-    auto lexer = static_cast<pANTLR3_LEXER>(stream->tokenSource->super);
-    return static_cast<ParseSession *>(lexer->rec->state->userp)->tokenWindow;
+    return stream != nullptr && stream->_LT == lookAhead ? activeWindow : nullptr;
 }
 
 void TokenWindow::keepTokens(pANTLR3_TOKEN_FACTORY) {}
@@ -109,7 +113,7 @@ bool TokenWindow::fetch()
     return true;
 }
 
-pANTLR3_COMMON_TOKEN TokenWindow::raw(ANTLR3_MARKER index)
+pANTLR3_COMMON_TOKEN TokenWindow::rawSlow(ANTLR3_MARKER index)
 {
     if (index < base_) {
         return nullptr;
@@ -156,11 +160,13 @@ void TokenWindow::readAll()
 
 void TokenWindow::releaseConsumed()
 {
-    while (base_ < p_ - keptBehind && !tokens_.empty()) {
-        freeTokens_.push_back(tokens_.front());
-        tokens_.pop_front();
-        ++base_;
+    const ANTLR3_MARKER cut = std::min<ANTLR3_MARKER>(p_ - keptBehind - base_, static_cast<ANTLR3_MARKER>(tokens_.size()));
+    if (cut <= 0) {
+        return;
     }
+    freeTokens_.insert(freeTokens_.end(), tokens_.begin(), tokens_.begin() + cut);
+    tokens_.erase(tokens_.begin(), tokens_.begin() + cut);
+    base_ += cut;
 }
 
 pANTLR3_COMMON_TOKEN TokenWindow::lookAhead(pANTLR3_TOKEN_STREAM ts, ANTLR3_INT32 k)

@@ -8,7 +8,6 @@
 
 #include <antlr3.h>
 
-#include <deque>
 #include <memory>
 #include <vector>
 
@@ -32,7 +31,14 @@ public:
     void releaseConsumed();
 
     // Raw access, hidden tokens included: absolute indexes from 0.
-    pANTLR3_COMMON_TOKEN raw(ANTLR3_MARKER index);  // nullptr past the end of input
+    pANTLR3_COMMON_TOKEN raw(ANTLR3_MARKER index)  // nullptr past the end of input
+    {
+        const ANTLR3_MARKER offset = index - base_;
+        if (offset >= 0 && offset < static_cast<ANTLR3_MARKER>(tokens_.size())) {
+            return tokens_[static_cast<size_t>(offset)];
+        }
+        return rawSlow(index);
+    }
     ANTLR3_MARKER current() const { return p_; }
     // Moves to a raw index and then on to the next token on the parser's channel.
     void moveTo(ANTLR3_MARKER index);
@@ -62,6 +68,7 @@ private:
         TokenWindow *window = nullptr;
     };
 
+    pANTLR3_COMMON_TOKEN rawSlow(ANTLR3_MARKER index);
     bool fetch();  // reads one more token; false at the end of input
     bool onChannel(ANTLR3_MARKER index);
     ANTLR3_MARKER nextOnChannel(ANTLR3_MARKER index);
@@ -71,7 +78,7 @@ private:
     pANTLR3_LEXER lexer_;
     pANTLR3_TOKEN_FACTORY lexerFactory_;  // the lexer's own, restored on destruction
     Factory factory_{};
-    std::deque<pANTLR3_COMMON_TOKEN> tokens_;  // raw tokens from index base_ on
+    std::vector<pANTLR3_COMMON_TOKEN> tokens_;  // raw tokens from index base_ on
     ANTLR3_MARKER base_ = 0;
     ANTLR3_MARKER p_ = 0;
     ANTLR3_MARKER lastMarker_ = 0;
@@ -79,6 +86,7 @@ private:
     std::vector<pANTLR3_COMMON_TOKEN> freeTokens_;
     std::vector<std::unique_ptr<ANTLR3_COMMON_TOKEN[]>> slabs_;
     size_t slabUsed_ = 0;
+    TokenWindow *previousActive_ = nullptr;
 };
 
 } // namespace sqlantlr

@@ -6,7 +6,9 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 /// The result of an import: owns the tables and views in the order added.
@@ -49,4 +51,14 @@ private:
 
     std::vector<std::unique_ptr<SQLTable>> tables_;
     std::vector<std::unique_ptr<SQLView>> views_;
+
+    // Tables and views by case-folded name, in the order added, so that
+    // look-ups in large schemas need not scan every object. Filled as
+    // objects are added; a look-up that finds nothing there scans the lists,
+    // which also finds objects renamed after they were added.
+    std::unordered_map<std::string, std::vector<SQLTable *>> tablesByName_;
+    std::unordered_map<std::string, std::vector<SQLView *>> viewsByName_;
+
+    template <typename Result>
+    Result *lookUp(std::string_view name, std::optional<std::string_view> schema) const;
 };

@@ -49,6 +49,21 @@ TEST(ContainerLookupTest, ExactNameWinsOverCaseInsensitiveAndTablesOverViews)
     EXPECT_EQ(container.getObjectByName(""), nullptr);
 }
 
+TEST(ContainerLookupTest, ManyObjectsAndRenamesAfterAdding)
+{
+    SQLContainer container;
+    for (int i = 0; i < 2000; ++i) {
+        container.add(SQLTable::tableForImportWithName("t" + std::to_string(i)));
+    }
+    SQLTable *renamed = container.add(SQLTable::tableForImportWithName("Straße"));
+    EXPECT_EQ(container.getTableByName("T1999"), container.tables()[1999].get());
+    EXPECT_EQ(container.getTableByName("STRASSE"), renamed) << "full case folding";
+    renamed->setName("later");
+    EXPECT_EQ(container.getTableByName("later"), renamed);
+    EXPECT_EQ(container.getTableByName("Straße"), nullptr);
+    EXPECT_EQ(container.getTableByName("missing"), nullptr);
+}
+
 TEST(ContainerLookupTest, SchemaMatchesFirstThenFallsBackToUnqualified)
 {
     SQLContainer container;
