@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -15,7 +16,8 @@ namespace fs = std::filesystem;
 class TempFile {
 public:
     explicit TempFile(const std::string &bytes)
-        : path_(fs::temp_directory_path() / ("sqlantlr-test-" + std::to_string(counter_++) + ".sql"))
+        : path_(fs::temp_directory_path() /
+                ("sqlantlr-test-" + std::to_string(getpid()) + "-" + std::to_string(counter_++) + ".sql"))
     {
         std::ofstream(path_, std::ios::binary) << bytes;
     }
