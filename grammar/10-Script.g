@@ -113,7 +113,7 @@ comment
 
 createObject
     : 'CREATE' ( 'OR' 'REPLACE' )?
-      ( ( 'TEMPORARY'! )? ( createTable | createUnsupportedObject ) SEMI
+      ( ( 'TEMPORARY'! )? ( createTable | createIndex | createUnsupportedObject | createSequence ) SEMI
       | unknown_createObject
       )
     ;

@@ -36,10 +36,14 @@ tableEntry
         kp_forgetRecognitionError(RECOGNIZER);
     }
 
-// A CHECK constraint (named or not) or another column. CHECK followed by a
-// type is a column called check.
+// A key, index or CHECK constraint (named or not), or another column. CHECK
+// followed by a type is a column called check.
 subsequentTableEntry
-    : ( 'CONSTRAINT' objectName )? checkConstraint ( checkConstraintState )? { kp_requireTableEntryEnd(RECOGNIZER); }
+    : ( 'CONSTRAINT' objectName )?
+      ( tableKeyConstraint
+      | checkConstraint ( checkConstraintState )?
+      | tableIndex
+      ) { kp_requireTableEntryEnd(RECOGNIZER); }
     | fieldBlock { kp_requireTableEntryEnd(RECOGNIZER); }
     ;
     catch [ANTLR3_RECOGNITION_EXCEPTION] {

@@ -1,11 +1,184 @@
-// ALTER statements. Only ALTER TABLE reaches the model; other object kinds
-// are consumed and leave one IGNORED_NODE.
+// ALTER statements. ALTER TABLE is parsed in full: the clauses that
+// add a CHECK, FOREIGN KEY, PRIMARY KEY or UNIQUE constraint stay in the
+// tree for the walker; ENABLE/DISABLE clauses leave nothing; every other
+// clause becomes one IGNORED_NODE in its place. ALTER PROCEDURE ...
+// COMPILE and other object kinds are consumed and leave one IGNORED_NODE.
 
 alterInstruction
     : T_ALTER ( 'IGNORE' )?
-      ( alterUnsupportedObject
+      ( alterTableInstruction
+      | alterProcedureInstruction
+      | alterUnsupportedObject
       | unknown_Alter
       )
+    ;
+
+// SQL Server's WITH CHECK / WITH NOCHECK, written before the clauses, leaves
+// nothing.
+alterTableInstruction
+    : 'TABLE' ( 'ONLY' )? qualifiedObjectName ( existingRowsCheck )?
+      alter_table_clause ( COMMA alter_table_clause )* SEMI
+    ;
+
+existingRowsCheck
+    : T_WITH ( T_CHECK | { kp_isWord(LT(1), "NOCHECK") }?=> STRING ) ->
+    ;
+
+alter_table_clause
+    : supported_alter_table_clause
+    | unsupported_alter_table_clause
+    ;
+
+// Oracle also adds constraints as a parenthesised list: ADD (CONSTRAINT ...,
+// CONSTRAINT ...).
+supported_alter_table_clause
+    : 'ADD' ( addedConstraint | OPENPAREN addedConstraint ( COMMA addedConstraint )* CLOSEPAREN )
+    | ignored_enable_disable_clause
+    ;
+
+// The constraint name may be left out or be schema-qualified. Oracle writes
+// the constraint's state (ENABLE, DISABLE NOVALIDATE ...) after it.
+addedConstraint
+    : ( 'CONSTRAINT' ( qualifiedObjectName )? )? ( foreignKeyConstraint | alterPrimaryKey | checkConstraint )
+      ( ignored_enable_disable_clause )*
+    ;
+
+// PRIMARY KEY or UNIQUE (MySQL adds KEY or INDEX after UNIQUE); the column
+// list takes sort order words, which leave nothing, so the walker reads it
+// as a list of names.
+alterPrimaryKey
+    : ( T_PRIMARY T_KEY ( keyClustering )? | 'UNIQUE' ( keyClustering )? ( 'INDEX' | T_KEY )? ) ( objectName )?
+      OPENPAREN tablePKey CLOSEPAREN ( alterPrimaryKeyOptions )*
+    ;
+
+alterPrimaryKeyOptions
+    : deferrableOptions
+    | using_index_clause
+    | mysql_index_type ->
+    | exceptions_clause ->
+    | indexStorageOption ->
+    ;
+
+// The index that backs a key: a named one, one made on the spot, or Oracle's
+// index clauses. Nothing of it reaches the model. The index's name does not
+// start with a keyword, which would read as one of the index clauses
+// (TABLESPACE, COMPUTE, LOCAL ...).
+using_index_clause
+    : 'USING' 'INDEX'
+      ( nonKeyWordObjectName ( '.' objectName )?
+      | OPENPAREN 'CREATE' createIndex CLOSEPAREN
+      | index_properties
+      ) ->
+    ;
+
+exceptions_clause
+    : 'EXCEPTIONS' 'INTO' qualifiedObjectName
+    ;
+
+mysql_index_type
+    : 'USING' ( 'BTREE' | T_HASH )
+    ;
+
+ignored_enable_disable_clause
+    : enable_disable_clause ->
+    ;
+
+enable_disable_clause
+    : ( 'ENABLE' | 'DISABLE' )
+      ( 'TABLE' 'LOCK'
+      | 'ALL' 'TRIGGERS'
+      | ( 'VALIDATE' | 'NOVALIDATE' )?
+        ( 'UNIQUE' OPENPAREN idList CLOSEPAREN | T_PRIMARY T_KEY | 'CONSTRAINT' objectName )?
+        ( using_index_clause )? ( exceptions_clause )? ( 'CASCADE' )? ( ( 'KEEP' | 'DROP' ) 'INDEX' )?
+      )
+    ;
+
+unsupported_alter_table_clause
+    : unsupported_alter_table_clause_entry -> IGNORED_NODE
+    ;
+
+// Added columns and plain indexes are not applied to the model. The empty
+// alternative lets a clause list hold empty entries (ALTER TABLE t;).
+// Beyond the MySQL, PostgreSQL and Oracle forms: PostgreSQL's ATTACH and
+// DETACH PARTITION, SQL Server's default constraints (ADD DEFAULT ... FOR)
+// and CHECK / NOCHECK CONSTRAINT.
+unsupported_alter_table_clause_entry
+    : tableOptionEntry
+    | 'ADD' ( ( 'COLUMN' )? ( field ( columnPosition )? | OPENPAREN field ( COMMA field )* CLOSEPAREN )
+            | ( 'INDEX' | T_KEY | 'FULLTEXT' ( 'INDEX' | T_KEY )? ) ( objectName )? ( mysql_index_type )?
+              OPENPAREN indexEntry ( COMMA indexEntry )* CLOSEPAREN ( mysql_index_type )?
+            )
+    | T_ALTER ( 'COLUMN' )? objectName alterColumnAction
+    | 'CHANGE' ( 'COLUMN' )? objectName field ( columnPosition )?
+    | 'MODIFY' ( ( 'COLUMN' )? field ( columnPosition )? | parenthesisedTokens )
+    | 'DROP' ( ( 'COLUMN' )? ( 'IF' 'EXISTS' )? objectName ( 'RESTRICT' | 'CASCADE' )?
+             | T_PRIMARY T_KEY
+             | ( 'INDEX' | T_KEY ) objectName
+             | T_FOREIGN T_KEY objectName
+             | 'CONSTRAINT' ( 'IF' 'EXISTS' )? objectName ( 'RESTRICT' | 'CASCADE' )?
+             )
+    | 'DISABLE' ( 'KEYS' | 'TRIGGER' ( triggerName | 'ALL' | 'USER' )? )
+    | 'ENABLE' ( 'KEYS' | 'TRIGGER' ( triggerName | 'ALL' | 'USER' )? )
+    | 'RENAME' ( 'TO' objectName | ( 'COLUMN' | 'CONSTRAINT' )? objectName ( 'TO' objectName )? )
+    | 'ORDER' 'BY' objectName ( options { greedy = true; } : COMMA objectName )*
+    | 'CONVERT' 'TO' ( T_CHARACTER 'SET' | 'CHARSET' ) objectName ( 'COLLATE' objectName )?
+    | 'DISCARD' T_TABLESPACE
+    | 'IMPORT' T_TABLESPACE
+    |
+    | 'CLUSTER' 'ON' objectName
+    | 'SET' ( 'SCHEMA' objectName | T_TABLESPACE objectName | 'WITHOUT' ( 'CLUSTER' | 'OIDS' ) )
+    | 'OWNER' 'TO' objectName
+    | 'ADD' ( 'CONSTRAINT' objectName )? T_DEFAULT fieldDefaultValueEntry 'FOR' objectName
+    | ( T_CHECK | { kp_isWord(LT(1), "NOCHECK") }?=> STRING ) 'CONSTRAINT' objectName
+    | { kp_isWord(LT(1), "ATTACH") || kp_isWord(LT(1), "DETACH") }?=> STRING 'PARTITION' balancedTokens
+    ;
+
+columnPosition
+    : 'FIRST'
+    | 'AFTER' objectName
+    ;
+
+alterColumnAction
+    : 'SET' ( T_DEFAULT fieldDefaultValueEntry
+            | T_NOT 'NULL'
+            | 'STATISTICS' integer
+            | T_STORAGE ( 'PLAIN' | 'EXTERNAL' | 'EXTENDED' | 'MAIN' )
+            | ( 'DATA' )? 'TYPE' fieldType
+            )
+    | 'TYPE' fieldType ( 'USING' boolean_expression )?
+    | 'DROP' ( T_DEFAULT | T_NOT 'NULL' )
+    | 'ADD' balancedTokens
+    ;
+
+// The tokens of a clause the grammar does not spell out, up to its
+// COMMA or SEMI; parentheses are balanced.
+balancedTokens
+    : ( parenthesisedTokens | ~( OPENPAREN | CLOSEPAREN | COMMA | SEMI ) )*
+    ;
+
+// Skipped without recursion, so nesting depth costs nothing.
+parenthesisedTokens
+    : OPENPAREN { kp_skipToClosingParenthesis(RECOGNIZER); } CLOSEPAREN
+    ;
+
+// Oracle: ALTER PROCEDURE p COMPILE ... The other forms of other dialects
+// are skipped to the end of the statement.
+alterProcedureInstruction
+    : 'PROCEDURE' qualifiedObjectName ( procedureCompilation | procedureAlteration ) -> IGNORED_NODE
+    ;
+
+procedureCompilation
+    : 'COMPILE' ( 'DEBUG' )? ( compiler_parameters_clause )* ( 'REUSE' 'SETTINGS' )? ( 'TIMESTAMP' fieldValue )?
+      SEMI ( options { greedy = true; } : FORWARD_SLASH )?
+    ;
+
+// Anything but COMPILE up to SEMI (a '.' after the name belongs to the name).
+procedureAlteration
+    : ( ~( 'COMPILE' | '.' | SEMI ) ( ~SEMI )* )? SEMI
+    ;
+
+compiler_parameters_clause
+    : objectName EQUALS fieldValue
     ;
 
 // Object kinds that the model does not hold.

@@ -51,17 +51,6 @@ pANTLR3_INT_STREAM recognizerStream(pANTLR3_BASE_RECOGNIZER recognizer)
     return static_cast<pANTLR3_TREE_PARSER>(recognizer->super)->ctnstream->tnstream->istream;
 }
 
-// Once an error is reported and recovered from, its exception is done with.
-// The runtime reuses a pending exception for the next missing or extra token
-// it meets, which would carry the old error's position into the new record.
-void forgetException(pANTLR3_BASE_RECOGNIZER recognizer)
-{
-    if (recognizer->state->exception != nullptr) {
-        recognizer->state->exception->freeEx(recognizer->state->exception);
-        recognizer->state->exception = nullptr;
-    }
-}
-
 } // namespace
 
 sqlantlr::ParseSession *kp_session(pANTLR3_BASE_RECOGNIZER recognizer)
@@ -249,7 +238,7 @@ void kp_parser_recover2(pANTLR3_BASE_RECOGNIZER recognizer)
     followSet->free(followSet);
     recognizer->state->error = ANTLR3_FALSE;
     recognizer->state->failed = ANTLR3_FALSE;
-    forgetException(recognizer);
+    kp_forgetRecognitionError(recognizer);
 }
 
 void kp_parser_recover(pANTLR3_BASE_RECOGNIZER recognizer)
@@ -279,7 +268,7 @@ void kp_parser_recover(pANTLR3_BASE_RECOGNIZER recognizer)
     recognizer->endResync(recognizer);
     recognizer->state->error = ANTLR3_FALSE;
     recognizer->state->failed = ANTLR3_FALSE;
-    forgetException(recognizer);
+    kp_forgetRecognitionError(recognizer);
 }
 
 void kp_lexer_recover(pANTLR3_LEXER lexer)
@@ -347,6 +336,18 @@ void *kp_recoverFromMismatchedToken(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_U
     }
     recognizer->state->error = ANTLR3_TRUE;
     return nullptr;
+}
+
+void kp_forgetRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    // The runtime reuses a pending exception for the next missing or extra
+    // token it meets, which would carry the old error's position into the
+    // new record.
+    pANTLR3_EXCEPTION ex = recognizer->state->exception;
+    if (ex != nullptr) {
+        recognizer->state->exception = nullptr;
+        ex->freeEx(ex);
+    }
 }
 
 void kp_raiseNoViableAlternative(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN token)

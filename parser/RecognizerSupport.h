@@ -42,6 +42,9 @@ void kp_lexer_displayRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR
 void kp_parser_displayRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_UINT8 *tokenNames);
 void kp_parser_recover2(pANTLR3_BASE_RECOGNIZER recognizer);
 void kp_parser_recover(pANTLR3_BASE_RECOGNIZER recognizer);
+// Drops the exception of an error that was reported and recovered from, so
+// that a later error never reports its position.
+void kp_forgetRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer);
 void kp_lexer_recover(pANTLR3_LEXER lexer);
 void *kp_errorNode(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR3_TOKEN_STREAM input, pANTLR3_COMMON_TOKEN start,
                    pANTLR3_COMMON_TOKEN stop, pANTLR3_EXCEPTION exception);
@@ -124,3 +127,5 @@ void kp_reportErrorNode(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE er
 
 // Helpers of the CREATE TABLE, column and data type rules.
 #include "TableBuilder.h"
+// Helpers of the key, index, foreign key and ALTER TABLE rules.
+#include "KeyBuilder.h"

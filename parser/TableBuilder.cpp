@@ -95,15 +95,6 @@ void kp_recoverToTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer)
     recognizer->state->failed = ANTLR3_FALSE;
 }
 
-void kp_forgetRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer)
-{
-    pANTLR3_EXCEPTION ex = recognizer->state->exception;
-    if (ex != nullptr) {
-        recognizer->state->exception = nullptr;
-        ex->freeEx(ex);
-    }
-}
-
 pANTLR3_BASE_TREE kp_treeEndingInError(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR3_BASE_TREE partial,
                                        pANTLR3_BASE_TREE errorNode)
 {
@@ -174,6 +165,31 @@ bool kp_isWordNode(pANTLR3_BASE_TREE node, const char *upperWord)
 }
 
 // ---- Tree walker: tables ---------------------------------------------------
+
+void kp_skipToTableEntryEndInTree(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER entryStart)
+{
+    pANTLR3_TREE_NODE_STREAM nodes = static_cast<pANTLR3_TREE_PARSER>(recognizer->super)->ctnstream->tnstream;
+    pANTLR3_INT_STREAM is = nodes->istream;
+    auto depthChange = [](ANTLR3_UINT32 type) { return type == OPENPAREN ? 1 : type == CLOSEPAREN ? -1 : 0; };
+    long depth = 0;
+    for (ANTLR3_MARKER i = entryStart; i < is->index(is); ++i) {
+        auto node = static_cast<pANTLR3_BASE_TREE>(nodes->get(nodes, static_cast<ANTLR3_INT32>(i)));
+        depth += node != nullptr ? depthChange(node->getType(node)) : 0;
+    }
+    recognizer->beginResync(recognizer);
+    for (;;) {
+        const ANTLR3_UINT32 next = is->_LA(is, 1);
+        if (next == ANTLR3_TOKEN_EOF || next == SEMI || (depth <= 0 && (next == COMMA || next == CLOSEPAREN))) {
+            break;
+        }
+        depth += depthChange(next);
+        is->consume(is);
+    }
+    recognizer->endResync(recognizer);
+    recognizer->state->lastErrorIndex = is->index(is);
+    recognizer->state->error = ANTLR3_FALSE;
+    recognizer->state->failed = ANTLR3_FALSE;
+}
 
 SQLTable *kp_beginTable(SQLContainer *container, const std::vector<std::string> *nameParts)
 {

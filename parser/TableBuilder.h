@@ -37,9 +37,6 @@ void kp_requireTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer);
 // the end of input.
 void kp_recoverToTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer);
 
-// Drops the exception of an error that was reported and recovered from, so
-// that a later error never reports its position.
-void kp_forgetRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer);
 
 // The tree read before an error, followed by the error node (one error node
 // at the end at most).
@@ -59,6 +56,13 @@ std::string kp_keptText(const std::string *text);
 bool kp_isWordNode(pANTLR3_BASE_TREE node, const char *upperWord);
 
 // ---- Tree walker: tables ---------------------------------------------------
+
+// The walker's recovery of a broken table entry (a key or index whose tree
+// holds an error node where a token was due): skips the nodes up to the
+// COMMA or CLOSEPAREN that ends the entry begun at node index `entryStart`,
+// parentheses balanced from there, stopping early at SEMI or the end of the
+// nodes, and clears the error so that the table's next entries are walked.
+void kp_skipToTableEntryEndInTree(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER entryStart);
 
 // Creates the table from the first name part, gives a two-part name its
 // schema and base name, and adds the table to the container at once.

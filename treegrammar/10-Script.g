@@ -51,7 +51,7 @@ comment
 
 createObject[SQLContainer *c]
     : 'CREATE' ( 'OR' 'REPLACE' )?
-      ( createTable[c] SEMI
+      ( ( createTable[c] | createIndex[c] | createSequence[c] ) SEMI
       | PSQL_NODE
       | IGNORED_NODE
       )
@@ -59,6 +59,8 @@ createObject[SQLContainer *c]
 
 alterInstruction[SQLContainer *c]
     : T_ALTER ( 'IGNORE' )?
-      ( IGNORED_NODE
+      ( alterTableInstruction[c]
+      | IGNORED_NODE
+      | errorNode
       )
     ;

@@ -24,15 +24,27 @@ tableEntry[SQLTable *table]
     | ( errorNode )+
     ;
 
+// A key or index entry that does not fit its pattern is skipped to its end.
 subsequentTableEntry[SQLTable *table]
-@init { std::string constraintName; }
+@init { std::string constraintName; ANTLR3_MARKER entryStart = INDEX(); }
     : ( 'CONSTRAINT' cn=objectName { constraintName = kp_nodeText($cn.start); }
-        ( checkConstraint[table, &constraintName] | errorNode )
+        ( checkConstraint[table, &constraintName]
+        | tableKeyConstraint[table, &constraintName]
+        | tableIndex[table, &constraintName]
+        | errorNode
+        )
       | checkConstraint[table, NULL]
+      | tableKeyConstraint[table, NULL]
+      | tableIndex[table, NULL]
       ) ( errorNode )*
     | fieldBlock[table] ( errorNode )*
     | ( errorNode )+
     ;
+    catch [ANTLR3_RECOGNITION_EXCEPTION] {
+        PREPORTERROR();
+        kp_skipToTableEntryEndInTree(RECOGNIZER, entryStart);
+        kp_forgetRecognitionError(RECOGNIZER);
+    }
 
 tableOption[SQLTable *table]
 @init { pANTLR3_BASE_TREE collation = NULL; }

@@ -1,0 +1,67 @@
+// CREATE INDEX and CREATE SEQUENCE. createObject matches CREATE, TEMPORARY
+// and the closing SEMI; CREATE INDEX is also reached from USING INDEX
+// (CREATE INDEX ...) in ALTER TABLE. Both trees are flat.
+
+createIndex
+    : createIndexCore createIndexOptions
+    ;
+
+// Index and table names may be schema-qualified. CONCURRENTLY, ONLY (an
+// index of a partitioned table) and the method are accepted and ignored.
+createIndexCore
+    : ( 'UNIQUE' | 'CLUSTERED' )? 'INDEX' ( 'CONCURRENTLY' )? qualifiedObjectName
+      'ON' ( 'ONLY' )? qualifiedObjectName ( 'USING' using_index_method )?
+      OPENPAREN indexEntry ( COMMA indexEntry )* CLOSEPAREN
+    ;
+
+using_index_method
+    : 'BTREE'
+    | T_HASH
+    | 'GIST'
+    | 'GIN'
+    ;
+
+// What the dialects write after the column list: a partial index's WHERE,
+// storage parameters, included columns, MySQL's method and comment, SQL
+// Server's file group, Oracle's index clauses. None leaves a node.
+createIndexOptions
+    : ( createIndexOption )* ->
+    ;
+
+createIndexOption
+    : 'WHERE' boolean_expression
+    | indexStorageOption
+    | { kp_isWord(LT(1), "INCLUDE") }?=> STRING OPENPAREN idList CLOSEPAREN
+    | mysql_index_type
+    | 'COMMENT' ( STRING | QUOTED_STRING )
+    | global_partioned_index
+    | local_partioned_index
+    | index_attributes
+    | domain_index_clause
+    ;
+
+// Options in any order, repeatable, none required. Oracle and PostgreSQL
+// spellings stand side by side; sequences do not reach the model.
+createSequence
+    : 'SEQUENCE' ( 'TEMP' | 'TEMPORARY' )? ( 'IF' T_NOT 'EXISTS' )? qualifiedObjectName ( sequenceOption )*
+    ;
+
+sequenceOption
+    : 'AS' fieldType
+    | 'MINVALUE' integer
+    | T_NO 'MINVALUE'
+    | 'NOMINVALUE'
+    | 'MAXVALUE' integer
+    | T_NO 'MAXVALUE'
+    | 'NOMAXVALUE'
+    | 'START' ( T_WITH )? integer
+    | 'CACHE' integer
+    | 'NOCACHE'
+    | T_NO 'CACHE'
+    | ( T_NO )? 'CYCLE'
+    | 'NOCYCLE'
+    | 'ORDER'
+    | 'NOORDER'
+    | 'OWNED' 'BY' ( qualifiedColumnName | 'NONE' )
+    | 'INCREMENT' ( 'BY' )? integer
+    ;
