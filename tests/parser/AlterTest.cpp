@@ -7,34 +7,6 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-std::string tree(const std::string &sql)
-{
-    SQLParserC driver;
-    KpError error;
-    return driver.syntaxTreeForString(sql, &error);
-}
-
-const SQLTable &tableNamed(const ParseResult &result, const std::string &name)
-{
-    if (result.container != nullptr) {
-        if (SQLTable *found = result.container->getTableByName(name)) {
-            return *found;
-        }
-    }
-    ADD_FAILURE() << "no table " << name;
-    static const std::unique_ptr<SQLTable> none = SQLTable::tableForImportWithName("<none>");
-    return *none;
-}
-
-std::vector<std::string> primaryKeyNames(const SQLTable &table)
-{
-    std::vector<std::string> names;
-    for (const SQLField *field : table.getPrimaryKeyFields()) {
-        names.push_back(field->getName());
-    }
-    return names;
-}
-
 const char *const kTables = "CREATE TABLE s.t (a INT, b INT, k INT);\nCREATE TABLE u (id INT, b INT);\n";
 
 } // namespace

@@ -26,13 +26,6 @@ std::vector<std::string> fieldNames(const SQLTable &table)
     return names;
 }
 
-std::string tree(const std::string &sql)
-{
-    SQLParserC driver;
-    KpError error;
-    return driver.syntaxTreeForString(sql, &error);
-}
-
 // Parses one column definition and returns the table built for it.
 ParseResult column(const std::string &definition)
 {

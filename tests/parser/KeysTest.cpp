@@ -6,27 +6,6 @@
 
 namespace {
 
-const SQLTable &tableNamed(const ParseResult &result, const std::string &name)
-{
-    if (result.container != nullptr) {
-        if (SQLTable *found = result.container->getTableByName(name)) {
-            return *found;
-        }
-    }
-    ADD_FAILURE() << "no table " << name;
-    static const std::unique_ptr<SQLTable> none = SQLTable::tableForImportWithName("<none>");
-    return *none;
-}
-
-std::vector<std::string> primaryKeyNames(const SQLTable &table)
-{
-    std::vector<std::string> names;
-    for (const SQLField *field : table.getPrimaryKeyFields()) {
-        names.push_back(field->getName());
-    }
-    return names;
-}
-
 // name/prefix pairs of an index's entries, "a(10)" for a prefix of 10.
 std::vector<std::string> entryTexts(const SQLIndex &index)
 {
@@ -35,13 +14,6 @@ std::vector<std::string> entryTexts(const SQLIndex &index)
         texts.push_back(entry->getName() + (entry->getPrefixSize() ? "[" + *entry->getPrefixSize() + "]" : ""));
     }
     return texts;
-}
-
-std::string tree(const std::string &sql)
-{
-    SQLParserC driver;
-    KpError error;
-    return driver.syntaxTreeForString(sql, &error);
 }
 
 using Names = std::vector<std::string>;

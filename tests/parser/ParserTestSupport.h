@@ -26,3 +26,34 @@ inline ParseResult parse(const std::string &sql)
     }
     return result;
 }
+
+// The syntax tree of a script in tree-string form.
+inline std::string tree(const std::string &sql)
+{
+    SQLParserC driver;
+    KpError error;
+    return driver.syntaxTreeForString(sql, &error);
+}
+
+// The parsed table of that name; a test failure and a placeholder when absent.
+inline const SQLTable &tableNamed(const ParseResult &result, const std::string &name)
+{
+    if (result.container != nullptr) {
+        if (SQLTable *found = result.container->getTableByName(name)) {
+            return *found;
+        }
+    }
+    ADD_FAILURE() << "no table " << name;
+    static const std::unique_ptr<SQLTable> none = SQLTable::tableForImportWithName("<none>");
+    return *none;
+}
+
+// Names of a table's primary-key columns, in column order.
+inline std::vector<std::string> primaryKeyNames(const SQLTable &table)
+{
+    std::vector<std::string> names;
+    for (const SQLField *field : table.getPrimaryKeyFields()) {
+        names.push_back(field->getName());
+    }
+    return names;
+}
