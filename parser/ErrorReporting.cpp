@@ -67,7 +67,13 @@ void kp_lexer_displayRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR
     pANTLR3_EXCEPTION ex = recognizer->state->exception;
     pANTLR3_INPUT_STREAM input = lexer->input;
     const int position = ex->charPositionInLine + 1;
-    logf(": lexer error %u :\n\t%s at offset %d, ", ex->type, static_cast<const char *>(ex->message), position);
+    // A failed prediction's message is the whole decision (every token rule
+    // of the lexer): keep the trace to its start.
+    std::string message = ex->message != nullptr ? static_cast<const char *>(ex->message) : "";
+    if (message.size() > 60) {
+        message = message.substr(0, 57) + "...";
+    }
+    logf(": lexer error %u :\n\t%s at offset %d, ", ex->type, message.c_str(), position);
 
     const auto *data = static_cast<const char16_t *>(input->data);
     const size_t size = input->sizeBuf / 2;
