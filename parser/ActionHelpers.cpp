@@ -115,12 +115,11 @@ std::string kp_nodeText(pANTLR3_BASE_TREE node)
     return kp_tokenText(node->getToken(node));
 }
 
-bool kp_isWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
+namespace {
+
+// True when the text is the ASCII upper-case word in any case.
+bool textIsWord(const std::string &text, const char *upperWord)
 {
-    if (token == nullptr || token->type != STRING) {
-        return false;
-    }
-    const std::string text = kp_tokenText(token);
     const size_t length = std::strlen(upperWord);
     if (text.size() != length) {
         return false;
@@ -133,22 +132,22 @@ bool kp_isWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
     return true;
 }
 
+} // namespace
+
+bool kp_isWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
+{
+    return token != nullptr && token->type == STRING && textIsWord(kp_tokenText(token), upperWord);
+}
+
 bool kp_isConstructEnd(pANTLR3_COMMON_TOKEN end, pANTLR3_COMMON_TOKEN next)
 {
     if (end == nullptr || end->type != T_END || next == nullptr) {
         return false;
     }
-    static const char *const words[] = {"IF", "LOOP", "REPEAT", "WHILE"};
     const std::string text = kp_tokenText(next);
-    for (const char *word : words) {
-        if (text.size() == std::strlen(word)) {
-            bool same = true;
-            for (size_t i = 0; i < text.size() && same; ++i) {
-                same = std::toupper(static_cast<unsigned char>(text[i])) == word[i];
-            }
-            if (same) {
-                return true;
-            }
+    for (const char *word : {"IF", "LOOP", "REPEAT", "WHILE"}) {
+        if (textIsWord(text, word)) {
+            return true;
         }
     }
     return false;
