@@ -294,7 +294,7 @@ void *kp_errorNode(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR3_TOKEN_STREAM, pANT
     }
     pANTLR3_COMMON_TOKEN token = node->getToken(node);
     if (token != nullptr) {
-        token->user1 = 99999999;  // marks a token made for an error node
+        token->user1 = kp_recoveryMark;
         if (start != nullptr) {
             token->line = start->line;
             token->charPosition = start->charPosition;
@@ -337,11 +337,73 @@ void *kp_recoverFromMismatchedToken(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_U
              "for this function\n");
         return nullptr;
     }
-    if (recognizer->state->exception == nullptr) {
-        recognizer->exConstruct(recognizer);
-    }
+    // A pending exception belongs to an earlier error: this one gets its own,
+    // at the node that did not match.
+    kp_forgetRecognitionError(recognizer);
+    recognizer->exConstruct(recognizer);
     recognizer->state->error = ANTLR3_TRUE;
     return nullptr;
+}
+
+namespace {
+
+using MismatchRecovery = void *(*)(pANTLR3_BASE_RECOGNIZER, ANTLR3_UINT32, pANTLR3_BITSET_LIST);
+using MissingSymbol = void *(*)(pANTLR3_BASE_RECOGNIZER, pANTLR3_INT_STREAM, pANTLR3_EXCEPTION, ANTLR3_UINT32,
+                                pANTLR3_BITSET_LIST);
+
+// The runtime's own functions, the same for every parser: the hooks below
+// wrap them.
+MismatchRecovery runtimeRecoverFromMismatchedToken = nullptr;
+MissingSymbol runtimeGetMissingSymbol = nullptr;
+
+// The runtime repairs a single missing or extra token in place: it reports
+// the error and goes on, but only builds an exception when none is pending,
+// and leaves the one it used behind, in error recovery, so that the next
+// error goes unreported. The pending exception is dropped before (so that the
+// error is reported at its own token), and after a repair the error is over.
+void *parserRecoverFromMismatchedToken(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_UINT32 expected,
+                                       pANTLR3_BITSET_LIST follow)
+{
+    kp_forgetRecognitionError(recognizer);
+    void *matched = runtimeRecoverFromMismatchedToken(recognizer, expected, follow);
+    if (recognizer->state->error == ANTLR3_FALSE) {
+        kp_forgetRecognitionError(recognizer);
+        recognizer->state->errorRecovery = ANTLR3_FALSE;
+    }
+    return matched;
+}
+
+// A token the runtime makes up for a missing one carries the recovery mark,
+// so that no model value is ever made of it.
+void *parserGetMissingSymbol(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_INT_STREAM input,
+                             pANTLR3_EXCEPTION exception, ANTLR3_UINT32 expected, pANTLR3_BITSET_LIST follow)
+{
+    auto token = static_cast<pANTLR3_COMMON_TOKEN>(
+        runtimeGetMissingSymbol(recognizer, input, exception, expected, follow));
+    if (token != nullptr) {
+        token->user1 = kp_recoveryMark;
+    }
+    return token;
+}
+
+} // namespace
+
+void kp_installParserRecovery(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    static const MismatchRecovery mismatch = recognizer->recoverFromMismatchedToken;
+    static const MissingSymbol missing = recognizer->getMissingSymbol;
+    runtimeRecoverFromMismatchedToken = mismatch;
+    runtimeGetMissingSymbol = missing;
+    recognizer->recoverFromMismatchedToken = parserRecoverFromMismatchedToken;
+    recognizer->getMissingSymbol = parserGetMissingSymbol;
+}
+
+void kp_resetRecognitionState(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    kp_forgetRecognitionError(recognizer);
+    recognizer->state->error = ANTLR3_FALSE;
+    recognizer->state->failed = ANTLR3_FALSE;
+    recognizer->state->errorRecovery = ANTLR3_FALSE;
 }
 
 void kp_forgetRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer)

@@ -45,6 +45,16 @@ void kp_parser_recover(pANTLR3_BASE_RECOGNIZER recognizer);
 // Drops the exception of an error that was reported and recovered from, so
 // that a later error never reports its position.
 void kp_forgetRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer);
+// Ends the error state between statements: no pending exception, no error
+// flags, out of error recovery (so that the next error is reported).
+void kp_resetRecognitionState(pANTLR3_BASE_RECOGNIZER recognizer);
+// Replaces the runtime's single-token repair in a parser by one that reports
+// each error at its own token and leaves no exception behind, and marks the
+// tokens it makes up for missing ones.
+void kp_installParserRecovery(pANTLR3_BASE_RECOGNIZER recognizer);
+// The mark (in user1) of a token that recovery made: an error node's token or
+// a token the parser made up for a missing one.
+constexpr ANTLR3_UINT32 kp_recoveryMark = 99999999;
 void kp_lexer_recover(pANTLR3_LEXER lexer);
 void *kp_errorNode(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR3_TOKEN_STREAM input, pANTLR3_COMMON_TOKEN start,
                    pANTLR3_COMMON_TOKEN stop, pANTLR3_EXCEPTION exception);

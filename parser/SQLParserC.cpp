@@ -299,11 +299,8 @@ public:
             nodes_->currentChildIndex = 0;
             nodes_->absoluteNodeIndex = 0;
             nodes_->reset(nodes_);
-            pANTLR3_RECOGNIZER_SHARED_STATE state = walker_->pTreeParser->rec->state;
-            state->lastErrorIndex = -1;
-            state->errorRecovery = ANTLR3_FALSE;
-            state->error = ANTLR3_FALSE;
-            state->failed = ANTLR3_FALSE;
+            walker_->pTreeParser->rec->state->lastErrorIndex = -1;
+            kp_resetRecognitionState(walker_->pTreeParser->rec);
         }
         walker_->schema(walker_, &container);
         return true;
@@ -332,6 +329,7 @@ std::unique_ptr<SQLContainer> SQLParserC::parseStatements(SQLRecognizer *handle,
     StatementWalker statementWalker(useCustomErrorDisplay(), session_);
     bool built = false;
     while (stream->_LA(stream, 1) != ANTLR3_TOKEN_EOF) {
+        kp_resetRecognitionState(recognizer);  // an error ends with its statement
         recognizer->state->following->push(recognizer->state->following,
                                            const_cast<ANTLR3_BITSET_LIST *>(&follow.list), nullptr);
         VellumGrammarCParser_schemaEntry_return entry = parser->schemaEntry(parser);
@@ -413,6 +411,7 @@ SQLRecognizer *SQLParserC::parserForTokenStream(SQLTokenStream *tokens)
     }
     pANTLR3_BASE_RECOGNIZER recognizer = parser->pParser->rec;
     recognizer->displayRecognitionError = kp_parser_displayRecognitionError;
+    kp_installParserRecovery(recognizer);
     if (useCustomErrorDisplay()) {
         recognizer->recover = kp_parser_recover2;
         recognizer->state->userp = session_;
