@@ -107,6 +107,18 @@ std::string kp_tokenText(pANTLR3_COMMON_TOKEN token)
     return kp_utf16Slice(reinterpret_cast<const char16_t *>(start), static_cast<size_t>(end - start) / 2);
 }
 
+bool kp_isRecoveryNode(pANTLR3_BASE_TREE node)
+{
+    if (node == nullptr) {
+        return false;
+    }
+    if (node->getType(node) == ERROR_NODE) {
+        return true;
+    }
+    pANTLR3_COMMON_TOKEN token = node->getToken(node);
+    return token != nullptr && token->user1 == kp_recoveryMark;
+}
+
 std::string kp_nodeText(pANTLR3_BASE_TREE node)
 {
     if (node == nullptr) {

@@ -9,6 +9,7 @@
 #include "VellumGrammarCParser.h"
 
 #include <string>
+#include <vector>
 
 using sqlantlr::logf;
 using sqlantlr::ParseSession;
@@ -323,6 +324,7 @@ void *kp_tree_getMissingSymbol(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_INT_S
         pANTLR3_COMMON_TOKEN token = missing->getToken(missing);
         token->line = current->getLine(current);
         token->charPosition = static_cast<ANTLR3_INT32>(current->getCharPositionInLine(current));
+        token->user1 = kp_recoveryMark;
     }
     return missing;
 }
@@ -434,6 +436,28 @@ void kp_raiseNoViableAlternative(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COM
     recognizer->state->error = ANTLR3_TRUE;
 }
 
+void kp_reportDroppedToken(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN token)
+{
+    if (token == nullptr) {
+        return;
+    }
+    kp_forgetRecognitionError(recognizer);
+    recognizer->exConstruct(recognizer);
+    pANTLR3_EXCEPTION ex = recognizer->state->exception;
+    const ANTLR3_UINT32 next = recognizerStream(recognizer)->_LA(recognizerStream(recognizer), 1);
+    ex->type = ANTLR3_UNWANTED_TOKEN_EXCEPTION;
+    ex->name = const_cast<char *>(ANTLR3_UNWANTED_TOKEN_EXCEPTION_NAME);
+    ex->expecting = next == COMMA ? COMMA : CLOSEPAREN;
+    ex->token = token;
+    ex->line = token->line;
+    ex->charPositionInLine = token->charPosition;
+    ex->index = token->index;
+    recognizer->reportError(recognizer);
+    kp_forgetRecognitionError(recognizer);
+    recognizer->state->error = ANTLR3_FALSE;
+    recognizer->state->errorRecovery = ANTLR3_FALSE;
+}
+
 void kp_raiseNestingTooDeep(pANTLR3_BASE_RECOGNIZER recognizer)
 {
     recognizer->exConstruct(recognizer);
@@ -453,15 +477,37 @@ bool kp_nestingTooDeep(pANTLR3_BASE_RECOGNIZER recognizer)
     return session->stackBase - here > ParseSession::stackBudget;
 }
 
-void kp_reportErrorNode(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE errorNode)
+void kp_reportErrorNodes(pANTLR3_BASE_RECOGNIZER recognizer)
 {
-    const std::string text = kp_nodeText(errorNode);
-    logf("found error node %s", text.c_str());
-    logf("found error node");
     ParseSession *session = kp_session(recognizer);
-    if (session != nullptr && errorNode != nullptr) {
-        session->addException("error field " + text, static_cast<int>(errorNode->getLine(errorNode)),
-                              static_cast<int>(errorNode->getCharPositionInLine(errorNode)));
+    if (recognizer == nullptr || recognizer->type != ANTLR3_TYPE_TREE_PARSER) {
+        return;
+    }
+    auto root = static_cast<pANTLR3_BASE_TREE>(static_cast<pANTLR3_TREE_PARSER>(recognizer->super)->ctnstream->root);
+    // Depth first, children in order, without recursion (trees may be deep);
+    // an error subtree counts once, whatever it holds.
+    std::vector<pANTLR3_BASE_TREE> pending;
+    if (root != nullptr) {
+        pending.push_back(root);
+    }
+    while (!pending.empty()) {
+        pANTLR3_BASE_TREE node = pending.back();
+        pending.pop_back();
+        if (node->getType(node) == ERROR_NODE) {
+            const std::string text = kp_nodeText(node);
+            logf("found error node %s", text.c_str());
+            if (session != nullptr) {
+                session->addException("error field " + text, static_cast<int>(node->getLine(node)),
+                                      static_cast<int>(node->getCharPositionInLine(node)));
+            }
+            continue;
+        }
+        for (ANTLR3_UINT32 i = node->getChildCount(node); i > 0; --i) {
+            auto child = static_cast<pANTLR3_BASE_TREE>(node->getChild(node, i - 1));
+            if (child != nullptr) {
+                pending.push_back(child);
+            }
+        }
     }
 }
 

@@ -67,6 +67,10 @@ void *kp_recoverFromMismatchedToken(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_U
 // Raises a failed prediction at a token already matched (a token that can
 // start no statement), so the rule reports it and leaves an ERROR_NODE.
 void kp_raiseNoViableAlternative(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN token);
+// Reports a token that was matched but has no place there (an extraneous
+// token, expected the COMMA or CLOSEPAREN that follows it) and drops it; the
+// parse goes on as if it were not written.
+void kp_reportDroppedToken(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN token);
 // Raises a recognition error at the next token because the input nests
 // deeper than the parser allows (stack safety).
 void kp_raiseNestingTooDeep(pANTLR3_BASE_RECOGNIZER recognizer);
@@ -113,6 +117,9 @@ bool kp_nestingTooDeep(pANTLR3_BASE_RECOGNIZER recognizer);
 // the input it covers ("<EOF>" for the end of input).
 std::string kp_tokenText(pANTLR3_COMMON_TOKEN token);
 std::string kp_nodeText(pANTLR3_BASE_TREE node);
+// True for a node that recovery made (an error node, or a token made up for
+// a missing one): its text is no input, and no model value is made of it.
+bool kp_isRecoveryNode(pANTLR3_BASE_TREE node);
 // UTF-16 units as UTF-8.
 std::string kp_utf16Slice(const char16_t *units, size_t count);
 // Case-insensitive check of a token's text against an ASCII upper-case word.
@@ -132,8 +139,9 @@ void kp_logUnknownObjectType(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_
 
 // ---- Tree walker support --------------------------------------------------
 sqlantlr::ParseSession *kp_session(pANTLR3_BASE_RECOGNIZER recognizer);
-// Records an ERROR_NODE met by the walker ("error field ...").
-void kp_reportErrorNode(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE errorNode);
+// Records every error subtree of the tree the walker is about to walk ("error
+// field ..." at the error node), each once, in tree order.
+void kp_reportErrorNodes(pANTLR3_BASE_RECOGNIZER recognizer);
 
 // Helpers of the CREATE TABLE, column and data type rules.
 #include "TableBuilder.h"

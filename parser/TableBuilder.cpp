@@ -39,7 +39,13 @@ void setCustomStringValueOnToken(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COM
     if (carrier == nullptr || session == nullptr) {
         return;
     }
-    carrier->custom = const_cast<std::string *>(session->addCustomValue(kp_sourceText(start, stop)));
+    // A value that failed to parse before its first token has no text: the
+    // carrier then carries none, and the value stays unset.
+    std::string text = kp_sourceText(start, stop);
+    if (text.empty()) {
+        return;
+    }
+    carrier->custom = const_cast<std::string *>(session->addCustomValue(std::move(text)));
 }
 
 const std::string *kp_customValue(pANTLR3_BASE_TREE node)
@@ -134,6 +140,9 @@ std::string kp_nodeRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER fro
         if (type == ANTLR3_TOKEN_DOWN || type == ANTLR3_TOKEN_UP || type == ANTLR3_TOKEN_EOF) {
             continue;
         }
+        if (kp_isRecoveryNode(node)) {
+            return {};
+        }
         if (!first) {
             text += ' ';
         }
@@ -154,9 +163,13 @@ const std::string *kp_keepText(pANTLR3_BASE_RECOGNIZER recognizer, std::string t
     return session->addCustomValue(std::move(text));
 }
 
-std::string kp_keptText(const std::string *text)
+const std::string *kp_keepRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from, bool parenthesised)
 {
-    return text != nullptr ? *text : std::string();
+    std::string text = kp_nodeRunText(recognizer, from);
+    if (text.empty()) {
+        return nullptr;
+    }
+    return kp_keepText(recognizer, parenthesised ? "(" + text + ")" : std::move(text));
 }
 
 bool kp_isWordNode(pANTLR3_BASE_TREE node, const char *upperWord)
@@ -208,14 +221,14 @@ SQLTable *kp_beginTable(SQLContainer *container, const std::vector<std::string> 
 
 void kp_setTableType(SQLTable *table, pANTLR3_BASE_TREE engine)
 {
-    if (table != nullptr && engine != nullptr) {
+    if (table != nullptr && engine != nullptr && !kp_isRecoveryNode(engine)) {
         table->setTableType(kp_nodeText(engine));
     }
 }
 
 void kp_setTableProperty(SQLTable *table, const char *key, pANTLR3_BASE_TREE value)
 {
-    if (table != nullptr && value != nullptr) {
+    if (table != nullptr && value != nullptr && !kp_isRecoveryNode(value)) {
         table->setProperty(key, kp_nodeText(value));
     }
 }
@@ -280,15 +293,15 @@ void kp_setFieldFlag(SQLField *field, const char *key)
 
 void kp_setFieldProperty(SQLField *field, const char *key, pANTLR3_BASE_TREE value)
 {
-    if (field != nullptr && value != nullptr) {
+    if (field != nullptr && value != nullptr && !kp_isRecoveryNode(value)) {
         field->setProperty(key, kp_nodeText(value));
     }
 }
 
-void kp_setFieldProperty(SQLField *field, const char *key, const std::string &value)
+void kp_setFieldProperty(SQLField *field, const char *key, const std::string *value)
 {
-    if (field != nullptr) {
-        field->setProperty(key, value);
+    if (field != nullptr && value != nullptr) {
+        field->setProperty(key, *value);
     }
 }
 

@@ -47,11 +47,13 @@ pANTLR3_BASE_TREE kp_treeEndingInError(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR
 
 // The texts of the nodes from stream index `from` up to the current one,
 // joined by one blank: the rendering of a flat run such as a column type.
+// Empty when the run holds a node made by recovery.
 std::string kp_nodeRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from);
+// The run's text kept for the parse (in parentheses if asked), or nullptr
+// when the run is empty or holds a node made by recovery.
+const std::string *kp_keepRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from, bool parenthesised);
 // Keeps a text for the rest of the parse.
 const std::string *kp_keepText(pANTLR3_BASE_RECOGNIZER recognizer, std::string text);
-// A kept text, empty for nullptr.
-std::string kp_keptText(const std::string *text);
 // Case-insensitive check of a node's STRING text against an upper-case word.
 bool kp_isWordNode(pANTLR3_BASE_TREE node, const char *upperWord);
 
@@ -90,7 +92,7 @@ void kp_setAutoIncrement(SQLField *field);
 void kp_setFieldFlag(SQLField *field, const char *key);
 // A string property ("field_character_set", "field_collation", "onUpdateFieldValue").
 void kp_setFieldProperty(SQLField *field, const char *key, pANTLR3_BASE_TREE value);
-void kp_setFieldProperty(SQLField *field, const char *key, const std::string &value);
+void kp_setFieldProperty(SQLField *field, const char *key, const std::string *value);
 // The default value's text carried on the DEFAULT token; nothing without one.
 void kp_setDefaultFromToken(SQLField *field, pANTLR3_BASE_TREE defaultNode);
 // A check constraint from the text carried on the CHECK token, on a table or
