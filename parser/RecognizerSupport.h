@@ -143,7 +143,11 @@ sqlantlr::ParseSession *kp_session(pANTLR3_BASE_RECOGNIZER recognizer);
 // field ..." at the error node), each once, in tree order.
 void kp_reportErrorNodes(pANTLR3_BASE_RECOGNIZER recognizer);
 
-// Helpers of the CREATE TABLE, column and data type rules.
-#include "TableBuilder.h"
-// Helpers of the key, index, foreign key and ALTER TABLE rules.
+// Shared action helpers and the model builders, one per grammar family.
+#include "ActionHelpers.h"
+#include "AlterBuilder.h"
+#include "ColumnBuilder.h"
+#include "IndexBuilder.h"
 #include "KeyBuilder.h"
+#include "ReferenceBuilder.h"
+#include "TableBuilder.h"
