@@ -392,10 +392,13 @@ void *parserGetMissingSymbol(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_INT_STR
 
 void kp_installParserRecovery(pANTLR3_BASE_RECOGNIZER recognizer)
 {
-    static const MismatchRecovery mismatch = recognizer->recoverFromMismatchedToken;
-    static const MissingSymbol missing = recognizer->getMissingSymbol;
-    runtimeRecoverFromMismatchedToken = mismatch;
-    runtimeGetMissingSymbol = missing;
+    // Taken once, from the first parser (whose hooks are still the runtime's).
+    static const bool captured = [recognizer] {
+        runtimeRecoverFromMismatchedToken = recognizer->recoverFromMismatchedToken;
+        runtimeGetMissingSymbol = recognizer->getMissingSymbol;
+        return true;
+    }();
+    (void)captured;
     recognizer->recoverFromMismatchedToken = parserRecoverFromMismatchedToken;
     recognizer->getMissingSymbol = parserGetMissingSymbol;
 }
