@@ -499,6 +499,7 @@ void kp_reportErrorNodes(pANTLR3_BASE_RECOGNIZER recognizer)
         if (node->getType(node) == ERROR_NODE) {
             const std::string text = kp_nodeText(node);
             logf("found error node %s", text.c_str());
+            logf("found error node");
             if (session != nullptr) {
                 session->addException("error field " + text, static_cast<int>(node->getLine(node)),
                                       static_cast<int>(node->getCharPositionInLine(node)));
