@@ -63,7 +63,7 @@ fuzz: fuzz-deps
 	@for t in parse lex; do \
 	  mkdir -p $(FUZZ_BUILD)/corpus-$$t $(FUZZ_BUILD)/findings-$$t; \
 	  echo "fuzz_$$t: $(FUZZ_SECONDS) s"; \
-	  $(FUZZ_BUILD)/fuzz/fuzz_$$t -max_total_time=$(FUZZ_SECONDS) -max_len=8192 -timeout=20 -rss_limit_mb=4096 \
+	  $(FUZZ_BUILD)/fuzz/fuzz_$$t -max_total_time=$(FUZZ_SECONDS) -max_len=4096 -timeout=20 -rss_limit_mb=4096 \
 	    -artifact_prefix=$(FUZZ_BUILD)/findings-$$t/ -print_final_stats=1 \
 	    $(FUZZ_BUILD)/corpus-$$t fuzz/corpus tests/golden/cases || exit 1; \
 	done
