@@ -120,10 +120,14 @@ TEST(NestingDepth, DeepBlocksAreSkippedOnASmallStack)
 
 // Unclosed blocks run to the end of the input: one error (a record pair:
 // message and detail), no crash.
-TEST(NestingDepth, UnclosedDeepBlocksEndInOneError)
+TEST(NestingDepth, UnclosedDeepBlocksEndInRecordsAtTheEnd)
 {
     const ParseResult result = parseOnSmallStack("CREATE TABLE before (a INT);\n" + repeat("BEGIN ", blockDepth));
-    EXPECT_EQ(result.records.size(), 2u);
+    // The missing END and the missing terminator, both at the end of the input.
+    ASSERT_EQ(result.records.size(), 4u);
+    for (const std::string &record : result.records) {
+        EXPECT_EQ(record.rfind("[2:" + std::to_string(6 * blockDepth) + "]", 0), 0u) << record;
+    }
     EXPECT_EQ(tableNames(result), std::vector<std::string>{"before"});
 }
 
