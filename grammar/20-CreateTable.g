@@ -9,7 +9,7 @@
 
 createTable
     : 'TABLE' ( 'IF' T_NOT 'EXISTS' )? qualifiedObjectName
-      OPENPAREN ( tableEntry ( COMMA subsequentTableEntry )* )? CLOSEPAREN
+      OPENPAREN ( subsequentTableEntry ( COMMA subsequentTableEntry )* )? CLOSEPAREN
       ( tableOption )?
     ;
     catch [ANTLR3_RECOGNITION_EXCEPTION] {
@@ -24,20 +24,9 @@ tableName
     : objectName
     ;
 
-// The first entry is always a column.
-tableEntry
-    : fieldBlock { kp_requireTableEntryEnd(RECOGNIZER); }
-    ;
-    catch [ANTLR3_RECOGNITION_EXCEPTION] {
-        PREPORTERROR();
-        kp_recoverToTableEntryEnd(RECOGNIZER);
-        retval.tree = kp_treeEndingInError(ADAPTOR, retval.tree,
-            (pANTLR3_BASE_TREE)ADAPTOR->errorNode(ADAPTOR, INPUT, retval.start, LT(-1), EXCEPTION));
-        kp_forgetRecognitionError(RECOGNIZER);
-    }
-
-// A key, index or CHECK constraint (named or not), or another column. CHECK
-// followed by a type is a column called check.
+// A column, or a key, index or CHECK constraint (named or not); the first
+// entry may be a constraint too. CHECK followed by a type is a column called
+// check.
 subsequentTableEntry
     : ( 'CONSTRAINT' objectName )?
       ( tableKeyConstraint

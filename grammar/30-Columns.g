@@ -8,7 +8,7 @@ fieldBlock
     ;
 
 field
-    : fieldName fieldType ( fieldOptions )?
+    : columnName fieldType ( fieldOptions )?
       ( T_PRIMARY T_KEY
       | 'NULL'
       | notNull

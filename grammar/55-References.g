@@ -39,5 +39,5 @@ deferrableOptions
     ;
 
 idList
-    : objectName ( COMMA objectName )*
+    : listColumnName ( COMMA listColumnName )*
     ;

@@ -26,7 +26,7 @@ tablePKey[ANTLR3_BOOLEAN sortOrderAllowed]
 // sort order is reported and dropped, except after SQL Server's CLUSTERED or
 // NONCLUSTERED, whose key columns take ASC and DESC; the key keeps the column.
 tablePKeyEntry[ANTLR3_BOOLEAN sortOrderAllowed]
-    : objectName ( keySortOrder[sortOrderAllowed] )?
+    : listColumnName ( keySortOrder[sortOrderAllowed] )?
     ;
 
 keyClustering
@@ -87,7 +87,7 @@ tableIndex
 // A column, with a prefix length (a(10)) or a name in parentheses (an
 // expression such as lower(name) in CREATE INDEX).
 indexEntry
-    : objectName ( OPENPAREN ( fieldSize | objectName ) CLOSEPAREN )? ( indexEntryOptions )*
+    : listColumnName ( OPENPAREN ( fieldSize | objectName ) CLOSEPAREN )? ( indexEntryOptions )*
     ;
 
 // Sort order, collation, null ordering and operator classes.

@@ -30,6 +30,39 @@ fieldName
     : objectName
     ;
 
+// A column's name where a keyword may stand for it: in a table's element
+// list, where the word cannot start anything else (see
+// kp_keywordColumnAhead). The word's token becomes a STRING, a name to the
+// tree walker.
+columnName
+    : objectName
+    | { kp_keywordColumnAhead(RECOGNIZER) }?=> columnKeyword
+    ;
+
+// A column in a list of key, index or reference columns, where every entry
+// starts with a name.
+listColumnName
+    : objectName
+    | columnKeyword
+    ;
+
+// Keywords that are not names everywhere (each starts a clause somewhere)
+// but that real schemas use as column names. The words that start a table
+// element (CONSTRAINT, PRIMARY, FOREIGN, UNIQUE) and the query words stay
+// reserved.
+columnKeyword
+@after { kp_retypeAsName(retval.start); }
+    : ( T_KEY | 'INDEX' | 'FULLTEXT' | 'CLUSTERED' | 'NONCLUSTERED' | 'FULL' | 'SORT' | 'NOSORT'
+      | 'MAX' | 'ASC' | 'DESC' | 'COLUMN' | 'ENABLE' | 'DISABLE' | 'PARTITION' | 'SUBPARTITION'
+      | 'TEMPORARY' | 'TEMP' | 'CASCADE' | 'RESTRICT' | 'INTERVAL' | 'WITHOUT' | 'NONE' | 'SECOND'
+      | 'ONLY' | 'REVERSE' | 'LOGGING' | 'NOLOGGING' | 'COMPRESS' | 'PRECISION' | 'NULLS' | 'OUT'
+      | 'RETURN' | 'RETURNS' | 'REPEAT' | 'LOOP' | 'UNTIL' | 'CALL' | 'SEPARATOR' | 'RAW' | 'LONG'
+      | 'DOUBLE' | 'NATIONAL' | 'IMMEDIATE' | 'ONLINE' | 'PARALLEL' | 'VALIDATE' | 'NOVALIDATE'
+      | 'RELY' | 'FILLFACTOR' | 'SUBSTRING' | 'CONCURRENTLY' | 'GIST' | 'GIN' | 'LOCALTIME'
+      | 'LOCALTIMESTAMP' | 'PREPARE' | 'REJECT'
+      )
+    ;
+
 procedure_name
     : qualifiedObjectName
     ;

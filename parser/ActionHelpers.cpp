@@ -12,6 +12,7 @@
 
 #include <cctype>
 #include <cstring>
+#include <initializer_list>
 #include <vector>
 
 using sqlantlr::ParseSession;
@@ -152,6 +153,73 @@ bool textIsWord(const std::string &text, const char *upperWord)
 bool kp_isWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
 {
     return token != nullptr && token->type == STRING && textIsWord(kp_tokenText(token), upperWord);
+}
+
+namespace {
+
+bool tokenIsWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
+{
+    return token != nullptr && token->type != STRING && token->type != QUOTED_STRING
+        && textIsWord(kp_tokenText(token), upperWord);
+}
+
+bool tokenIsAnyWord(pANTLR3_COMMON_TOKEN token, std::initializer_list<const char *> upperWords)
+{
+    for (const char *word : upperWords) {
+        if (tokenIsWord(token, word)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// After KEY, INDEX and the like: true when the tokens from LT(first) on read
+// as an optional index name and the start of an index's column list.
+bool indexFollows(pANTLR3_TOKEN_STREAM stream, ANTLR3_INT32 first)
+{
+    pANTLR3_COMMON_TOKEN next = stream->_LT(stream, first);
+    if (next == nullptr || next->type == OPENPAREN || next->type == T_KEY || next->type == T_PRIMARY
+        || tokenIsAnyWord(next, {"USING", "INDEX"})) {
+        return true;
+    }
+    pANTLR3_COMMON_TOKEN after = stream->_LT(stream, first + 1);
+    if (after == nullptr || tokenIsWord(after, "USING")) {
+        return true;
+    }
+    if (after->type != OPENPAREN) {
+        return false;
+    }
+    // name ( 10 ) and name ( 'a', ... ) are a type with its size or values.
+    pANTLR3_COMMON_TOKEN inside = stream->_LT(stream, first + 2);
+    return inside == nullptr
+        || !(inside->type == INT || (inside->type == QUOTED_STRING && kp_tokenText(inside).rfind('\'', 0) == 0));
+}
+
+} // namespace
+
+bool kp_keywordColumnAhead(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    pANTLR3_COMMON_TOKEN before = stream->_LT(stream, -1);
+    if (before == nullptr || (before->type != COMMA && before->type != OPENPAREN)) {
+        return false;
+    }
+    pANTLR3_COMMON_TOKEN word = stream->_LT(stream, 1);
+    if (tokenIsAnyWord(word, {"KEY", "INDEX", "FULLTEXT", "CLUSTERED", "NONCLUSTERED"})) {
+        return !indexFollows(stream, 2);
+    }
+    if (tokenIsWord(word, "FULL") && tokenIsWord(stream->_LT(stream, 2), "TEXT")) {
+        return !indexFollows(stream, 3) && stream->_LT(stream, 3)->type != STRING
+            && stream->_LT(stream, 3)->type != QUOTED_STRING;
+    }
+    return true;
+}
+
+void kp_retypeAsName(pANTLR3_COMMON_TOKEN token)
+{
+    if (token != nullptr) {
+        token->setType(token, STRING);
+    }
 }
 
 bool kp_isConstructEnd(pANTLR3_COMMON_TOKEN end, pANTLR3_COMMON_TOKEN next)

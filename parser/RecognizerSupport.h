@@ -124,6 +124,13 @@ bool kp_isRecoveryNode(pANTLR3_BASE_TREE node);
 std::string kp_utf16Slice(const char16_t *units, size_t count);
 // Case-insensitive check of a token's text against an ASCII upper-case word.
 bool kp_isWord(pANTLR3_COMMON_TOKEN token, const char *upperWord);
+// True when the keyword at LT(1) names a column of a table's element list:
+// the token before it opens the list or separates its entries, and the word
+// does not start an index there (KEY k (a), INDEX USING BTREE (a),
+// FULLTEXT KEY (a), FULL TEXT k (a), CLUSTERED (a)).
+bool kp_keywordColumnAhead(pANTLR3_BASE_RECOGNIZER recognizer);
+// Makes a matched keyword token a STRING: a name from then on.
+void kp_retypeAsName(pANTLR3_COMMON_TOKEN token);
 // True for END followed by IF, LOOP, REPEAT or WHILE: the end of a construct
 // inside a block, not the end of the block.
 bool kp_isConstructEnd(pANTLR3_COMMON_TOKEN end, pANTLR3_COMMON_TOKEN next);

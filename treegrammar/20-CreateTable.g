@@ -9,7 +9,7 @@ createTable[SQLContainer *c]
       ( name=qualifiedObjectName { table = kp_beginTable(c, $name.parts); }
       | errorNode  // no name: the columns are walked without a table
       )
-      ( OPENPAREN ( tableEntry[table] ( COMMA subsequentTableEntry[table] )* )?
+      ( OPENPAREN ( subsequentTableEntry[table] ( COMMA subsequentTableEntry[table] )* )?
         ( CLOSEPAREN ( tableOption[table] )? )?
       | errorNode
       )
@@ -19,20 +19,7 @@ tableName
     : objectName
     ;
 
-// A column whose tree does not fit is skipped to its end, as in
-// subsequentTableEntry.
-tableEntry[SQLTable *table]
-@init { ANTLR3_MARKER entryStart = INDEX(); }
-    : fieldBlock[table] ( errorNode )*
-    | ( errorNode )+
-    ;
-    catch [ANTLR3_RECOGNITION_EXCEPTION] {
-        PREPORTERROR();
-        kp_skipToTableEntryEndInTree(RECOGNIZER, entryStart);
-        kp_forgetRecognitionError(RECOGNIZER);
-    }
-
-// A key or index entry that does not fit its pattern is skipped to its end.
+// An entry that does not fit its pattern is skipped to its end.
 subsequentTableEntry[SQLTable *table]
 @init { std::string constraintName; ANTLR3_MARKER entryStart = INDEX(); }
     : ( 'CONSTRAINT' cn=objectName { constraintName = kp_nodeText($cn.start); }

@@ -286,7 +286,47 @@ TEST(Columns, KeywordsServeAsNames)
     ASSERT_NE(table(result, "date"), nullptr);
     EXPECT_EQ(fieldNames(*table(result, "date")),
               (std::vector<std::string>{"type", "comment", "year", "minute", "check", "date", "zone", "text"}));
-    EXPECT_FALSE(parse("CREATE TABLE t (second INT);").records.empty());
+}
+
+// Keywords that start a clause elsewhere name columns in a table's element
+// list, and the key, index and reference lists that name them keep them.
+TEST(Columns, ClauseKeywordsNameColumnsWhereNoElementStartsWithThem)
+{
+    const ParseResult result = parse(
+        "CREATE TABLE kv (id INT, key TEXT NOT NULL, sort INT, max INT, index INT, fulltext TEXT, desc INT,\n"
+        "  asc INT, column INT, partition INT, temporary INT, cascade INT, restrict INT, interval INT,\n"
+        "  without INT, second INT, full INT,\n"
+        "  PRIMARY KEY (id, key), KEY k (sort), INDEX (max, desc), FULLTEXT KEY (fulltext),\n"
+        "  FOREIGN KEY (key) REFERENCES kv (index));\n"
+        "CREATE TABLE k2 (key varchar(10), index int(11) NOT NULL, full text, FULL TEXT ft (full));");
+    EXPECT_EQ(result.records, std::vector<std::string>{});
+    ASSERT_NE(table(result, "kv"), nullptr);
+    EXPECT_EQ(fieldNames(*table(result, "kv")),
+              (std::vector<std::string>{"id", "key", "sort", "max", "index", "fulltext", "desc", "asc", "column",
+                                        "partition", "temporary", "cascade", "restrict", "interval", "without",
+                                        "second", "full"}));
+    const SQLTable &kv = *table(result, "kv");
+    EXPECT_TRUE(kv.fields()[1]->isPrimaryKey());
+    ASSERT_EQ(kv.indexes().size(), 3u);
+    EXPECT_EQ(kv.indexes()[1]->entries()[1]->getName(), "desc");
+    ASSERT_NE(kv.fields()[1]->getReferences(), nullptr);
+    EXPECT_EQ(kv.fields()[1]->getReferences()->field, std::optional<std::string>("index"));
+    ASSERT_NE(table(result, "k2"), nullptr);
+    EXPECT_EQ(fieldNames(*table(result, "k2")), (std::vector<std::string>{"key", "index", "full"}));
+    EXPECT_EQ(table(result, "k2")->indexes().size(), 1u);
+}
+
+// A word that starts a table element stays reserved there: UNIQUE INT could
+// be a column or the start of a unique key, and CONSTRAINT names a
+// constraint. Such entries are reported and the columns after them read.
+TEST(Columns, WordsThatStartATableElementStayReserved)
+{
+    for (const char *word : {"unique", "constraint", "primary", "foreign"}) {
+        const ParseResult result = parse(std::string("CREATE TABLE t (a INT, ") + word + " INT, b INT);");
+        EXPECT_FALSE(result.records.empty()) << word;
+        ASSERT_NE(table(result, "t"), nullptr) << word;
+        EXPECT_EQ(fieldNames(*table(result, "t")), (std::vector<std::string>{"a", "b"})) << word;
+    }
 }
 
 TEST(Columns, DuplicateNamesAreKeptRenamedAndReportedAtTheSecondName)
