@@ -7,8 +7,11 @@ fieldBlock
     : field
     ;
 
+// SQLite lets a column go without a type (v NOT NULL, v DEFAULT 0, v,): the
+// column then has an empty type text and keeps its options.
+
 field
-    : columnName fieldType ( fieldOptions )?
+    : columnName ( { kp_columnTypeAhead(LT(1)) }?=> fieldType )? ( fieldOptions )?
       ( T_PRIMARY T_KEY
       | 'NULL'
       | notNull

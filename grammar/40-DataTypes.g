@@ -20,15 +20,15 @@ char_string_type
     | 'VARCHAR2' ( type_size )?
     | 'BLOB' ( type_size )?
     | 'RAW' ( type_size )?
-    | 'TINYBLOB'
-    | 'MEDIUMBLOB'
-    | 'LONGBLOB'
+    | 'TINYBLOB' ( type_size )?
+    | 'MEDIUMBLOB' ( type_size )?
+    | 'LONGBLOB' ( type_size )?
     | 'NVARCHAR2' ( type_size )?
     | 'NVARCHAR' ( type_size )?
-    | text_type
+    | text_type ( type_size )?
     ;
 
-// Text types take no size.
+// SQLite keeps a length written after any type word: text(65535).
 text_type
     : 'TINYTEXT'
     | 'TEXT'

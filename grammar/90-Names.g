@@ -32,10 +32,10 @@ fieldName
 
 // A column's name where a keyword may stand for it: in a table's element
 // list, where the word cannot start anything else (see
-// kp_keywordColumnAhead). The word's token becomes a STRING, a name to the
-// tree walker.
+// kp_keywordColumnAhead). The name's token becomes a STRING: to the tree
+// walker a column always starts with a STRING or QUOTED_STRING.
 columnName
-    : objectName
+    : objectName { kp_retypeAsName($objectName.start); }
     | { kp_keywordColumnAhead(RECOGNIZER) }?=> columnKeyword
     ;
 

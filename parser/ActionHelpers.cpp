@@ -215,9 +215,30 @@ bool kp_keywordColumnAhead(pANTLR3_BASE_RECOGNIZER recognizer)
     return true;
 }
 
+bool kp_columnTypeAhead(pANTLR3_COMMON_TOKEN token)
+{
+    if (token == nullptr) {
+        return false;
+    }
+    switch (token->type) {
+    case COMMA:
+    case CLOSEPAREN:
+    case SEMI:
+    case ANTLR3_TOKEN_EOF:
+    case T_NOT:
+    case T_DEFAULT:
+    case T_PRIMARY:
+    case T_CHECK:
+        return false;
+    default:
+        return !tokenIsAnyWord(token, {"NULL", "UNIQUE", "REFERENCES", "CONSTRAINT", "COLLATE", "AUTOINCREMENT",
+                                       "AUTO_INCREMENT", "ON", "GENERATED", "AS"});
+    }
+}
+
 void kp_retypeAsName(pANTLR3_COMMON_TOKEN token)
 {
-    if (token != nullptr) {
+    if (token != nullptr && token->type != QUOTED_STRING) {
         token->setType(token, STRING);
     }
 }

@@ -129,7 +129,11 @@ bool kp_isWord(pANTLR3_COMMON_TOKEN token, const char *upperWord);
 // does not start an index there (KEY k (a), INDEX USING BTREE (a),
 // FULLTEXT KEY (a), FULL TEXT k (a), CLUSTERED (a)).
 bool kp_keywordColumnAhead(pANTLR3_BASE_RECOGNIZER recognizer);
-// Makes a matched keyword token a STRING: a name from then on.
+// False when the token after a column's name ends the column or starts one
+// of its options (SQLite's columns without a type), true when it may start a
+// type.
+bool kp_columnTypeAhead(pANTLR3_COMMON_TOKEN token);
+// Makes a matched name token a STRING (a quoted name stays as it is).
 void kp_retypeAsName(pANTLR3_COMMON_TOKEN token);
 // True for END followed by IF, LOOP, REPEAT or WHILE: the end of a construct
 // inside a block, not the end of the block.

@@ -19,7 +19,9 @@ tableName
     : objectName
     ;
 
-// An entry that does not fit its pattern is skipped to its end.
+// An entry that does not fit its pattern is skipped to its end. A column's
+// name reaches the walker as a STRING (see the parser's columnName), so
+// CHECK always starts a check constraint here.
 subsequentTableEntry[SQLTable *table]
 @init { std::string constraintName; ANTLR3_MARKER entryStart = INDEX(); }
     : ( 'CONSTRAINT' cn=objectName { constraintName = kp_nodeText($cn.start); }
@@ -32,7 +34,7 @@ subsequentTableEntry[SQLTable *table]
       | tableKeyConstraint[table, NULL]
       | tableIndex[table, NULL]
       ) ( errorNode )*
-    | fieldBlock[table] ( errorNode )*
+    | { LA(1) != T_CHECK }?=> fieldBlock[table] ( errorNode )*
     | ( errorNode )+
     ;
     catch [ANTLR3_RECOGNITION_EXCEPTION] {

@@ -7,11 +7,12 @@ fieldBlock[SQLTable *table]
     : field[table]
     ;
 
+// A column without a type (SQLite) has an empty type text.
 field[SQLTable *table]
-@init { SQLField *field = NULL; ANTLR3_MARKER typeStart = 0; }
+@init { SQLField *field = NULL; ANTLR3_MARKER typeStart = 0; bool accepted = true; }
     : name=fieldName { typeStart = INDEX(); }
-      type=fieldType
-      { field = kp_addField(RECOGNIZER, table, $name.start, kp_nodeRunText(RECOGNIZER, typeStart), $type.accepted); }
+      ( { kp_columnTypeAhead(LT(1)->getToken(LT(1))) }?=> type=fieldType { accepted = $type.accepted; } )?
+      { field = kp_addField(RECOGNIZER, table, $name.start, kp_nodeRunText(RECOGNIZER, typeStart), accepted); }
       ( fieldOptions[field] )?
       ( T_PRIMARY T_KEY { kp_setPrimaryKey(field); }
       | references[field]

@@ -24,12 +24,12 @@ char_string_type
     | 'VARCHAR2' ( type_size )?
     | 'BLOB' ( type_size )?
     | 'RAW' ( type_size )?
-    | 'TINYBLOB'
-    | 'MEDIUMBLOB'
-    | 'LONGBLOB'
+    | 'TINYBLOB' ( type_size )?
+    | 'MEDIUMBLOB' ( type_size )?
+    | 'LONGBLOB' ( type_size )?
     | 'NVARCHAR2' ( type_size )?
     | 'NVARCHAR' ( type_size )?
-    | text_type
+    | text_type ( type_size )?
     ;
 
 text_type

@@ -255,12 +255,31 @@ TEST(DataTypes, TypeTextKeepsTheCaseAndNormalisesBlanks)
 
 TEST(DataTypes, MalformedTypesAreRecognitionErrors)
 {
-    for (const char *type : {"ENUM(1,2)", "TINYTEXT(10)", "TIMESTAMP(6,2)", "BIT VARYING", "VARCHAR(abc)"}) {
+    for (const char *type : {"ENUM(1,2)", "TINYTEXT(x)", "TIMESTAMP(6,2)", "BIT VARYING", "VARCHAR(abc)"}) {
         const ParseResult result = parse(std::string("CREATE TABLE t (a ") + type + ");\nCREATE TABLE u (b INT);");
         ASSERT_TRUE(result.container) << type;
         EXPECT_FALSE(result.records.empty()) << type;
         EXPECT_NE(table(result, "u"), nullptr) << type;
     }
+}
+
+// SQLite: a column may go without a type; it keeps its options and the
+// columns after it are read. A length may follow any type word.
+TEST(DataTypes, ColumnsWithoutATypeKeepTheirOptions)
+{
+    const ParseResult result = parse("CREATE TABLE s (v NOT NULL, w, x DEFAULT 0, y UNIQUE, z REFERENCES s (v), check,\n"
+                                     "  c text(65535) NOT NULL, CHECK (x > 0));");
+    EXPECT_EQ(result.records, std::vector<std::string>{});
+    ASSERT_NE(table(result, "s"), nullptr);
+    const SQLTable &s = *table(result, "s");
+    EXPECT_EQ(fieldNames(s), (std::vector<std::string>{"v", "w", "x", "y", "z", "check", "c"}));
+    EXPECT_EQ(s.fields()[0]->getType(), "");
+    EXPECT_TRUE(s.fields()[0]->isNotNull());
+    EXPECT_EQ(s.fields()[2]->getDefaultValue(), std::optional<std::string>("0"));
+    EXPECT_NE(s.fields()[4]->getReferences(), nullptr);
+    EXPECT_EQ(s.fields()[6]->getType(), "text ( 65535 )");
+    EXPECT_TRUE(s.fields()[6]->isNotNull());
+    EXPECT_EQ(s.checkConstraints().size(), 1u);
 }
 
 TEST(DataTypes, TypesTheWalkerDoesNotTakeLeaveOnlyTheirColumnOut)
