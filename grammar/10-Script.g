@@ -113,7 +113,8 @@ comment
 
 createObject
     : 'CREATE' ( 'OR' 'REPLACE' )?
-      ( ( 'TEMPORARY'! )? ( createTable | createIndex | createUnsupportedObject | createSequence ) SEMI
+      ( ( viewStart )=> createView SEMI
+      | ( 'TEMPORARY'! )? ( createTable | createIndex | createUnsupportedObject | createSequence ) SEMI
       | unknown_createObject
       )
     ;

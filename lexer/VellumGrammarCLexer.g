@@ -16,6 +16,17 @@ options {
 #include "RecognizerSupport.h"
 }
 
+// Set between the markers of a MySQL executable comment (see
+// EXECUTABLE_COMMENT_START). The runtime clears its own user fields before
+// every token, so the flag lives in the lexer's context.
+@lexer::context {
+    ANTLR3_BOOLEAN inExecutableComment;
+}
+
+@lexer::apifuncs {
+    ctx->inExecutableComment = ANTLR3_FALSE;
+}
+
 // Literal keywords and operators, one rule each, in token-number order. They
 // stand before the named rules so that an exact keyword wins a tie with STRING.
 
@@ -411,8 +422,26 @@ T__441 : 'MIN_ROWS ' ;
 T__442 : 'UNION ' ;
 
 // Named tokens, in priority order.
+// MySQL runs the text of /*! ... */ and /*!NNNNN ... */ comments as SQL (a
+// dump wraps views, triggers and SET statements in them), so only their
+// markers are hidden and what lies between is read as tokens. An ordinary
+// comment never starts with /*!, so the two never compete.
+EXECUTABLE_COMMENT_START
+    : '/*!' ( '0'..'9' )* { $type = ML_COMMENT; $channel = HIDDEN; ctx->inExecutableComment = ANTLR3_TRUE; }
+    ;
+
 ML_COMMENT
-    : '/*' ( options { greedy = false; } : . )* '*/' { $channel = HIDDEN; }
+    : '/*' ( '*'+ '/' | ( '*'+ ~( '*' | '/' ) | ~( '*' | '!' ) ) COMMENT_REST )
+      { $channel = HIDDEN; }
+    ;
+
+fragment COMMENT_REST
+    : ( options { greedy = false; } : . )* '*/'
+    ;
+
+EXECUTABLE_COMMENT_END
+    : { ctx->inExecutableComment }?=> '*/'
+      { $type = ML_COMMENT; $channel = HIDDEN; ctx->inExecutableComment = ANTLR3_FALSE; }
     ;
 
 // A line comment owns its line feed; one without a line feed at the end of

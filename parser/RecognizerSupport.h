@@ -129,3 +129,5 @@ void kp_reportErrorNode(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE er
 #include "TableBuilder.h"
 // Helpers of the key, index, foreign key and ALTER TABLE rules.
 #include "KeyBuilder.h"
+// Helpers of the CREATE VIEW rules.
+#include "ViewBuilder.h"
