@@ -101,6 +101,10 @@ private:
     bool failed_ = false;
     size_t failAt_ = 0;
     int depth_ = 0;
+    // Set when the input nests too deeply or needs too many retries: no
+    // alternative is tried any more, so pathological input stays linear.
+    bool givenUp_ = false;
+    size_t attempts_ = 0;
     bool columnsTaken_ = false;
     std::vector<std::string> cteNames_;
     ViewQuery result_;
@@ -140,11 +144,23 @@ private:
         result_.tables.resize(m.tables);
         result_.selectColumns.resize(m.columns);
         columnsTaken_ = m.columnsTaken;
-        failed_ = false;
+        failed_ = givenUp_;
+    }
+
+    void giveUp()
+    {
+        fail();
+        givenUp_ = true;
     }
 
     template <typename Read> bool attempt(Read read)
     {
+        if (++attempts_ > 4 * t_.size() + 100) {
+            giveUp();
+        }
+        if (givenUp_) {
+            return false;
+        }
         const Mark m = mark();
         read();
         if (failed_) {
@@ -221,7 +237,7 @@ private:
     {
         while (!done()) {
             const std::string &s = t_[p_];
-            if (s == ")" || s == ";") {
+            if (s == ")" || s == ";" || s == "}") {
                 return;
             }
             if (s == ",") {
@@ -245,11 +261,15 @@ private:
     // ( ... ): a sub-select or anything balanced.
     void parenGroup()
     {
+        if (++depth_ > maxDepth) {
+            giveUp();
+        }
         ++p_;
         if (!(startsQuery(p_) && attempt([this] { query(false); expect(")"); }))) {
             insideParens();
             expect(")");
         }
+        --depth_;
     }
 
     void insideParens()
@@ -266,7 +286,7 @@ private:
     void query(bool top)
     {
         if (++depth_ > maxDepth) {
-            fail();
+            giveUp();
         }
         if (at("WITH")) {
             commonTableExpressions();
