@@ -115,10 +115,8 @@ std::string kp_nodeText(pANTLR3_BASE_TREE node)
     return kp_tokenText(node->getToken(node));
 }
 
-namespace {
-
 // True when the text is the ASCII upper-case word in any case.
-bool textIsWord(const std::string &text, const char *upperWord)
+bool kp_textIsWord(const std::string &text, const char *upperWord)
 {
     const size_t length = std::strlen(upperWord);
     if (text.size() != length) {
@@ -132,11 +130,9 @@ bool textIsWord(const std::string &text, const char *upperWord)
     return true;
 }
 
-} // namespace
-
 bool kp_isWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
 {
-    return token != nullptr && token->type == STRING && textIsWord(kp_tokenText(token), upperWord);
+    return token != nullptr && token->type == STRING && kp_textIsWord(kp_tokenText(token), upperWord);
 }
 
 bool kp_isConstructEnd(pANTLR3_COMMON_TOKEN end, pANTLR3_COMMON_TOKEN next)
@@ -146,7 +142,7 @@ bool kp_isConstructEnd(pANTLR3_COMMON_TOKEN end, pANTLR3_COMMON_TOKEN next)
     }
     const std::string text = kp_tokenText(next);
     for (const char *word : {"IF", "LOOP", "REPEAT", "WHILE"}) {
-        if (textIsWord(text, word)) {
+        if (kp_textIsWord(text, word)) {
             return true;
         }
     }

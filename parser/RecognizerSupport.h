@@ -107,6 +107,8 @@ std::string kp_nodeText(pANTLR3_BASE_TREE node);
 std::string kp_utf16Slice(const char16_t *units, size_t count);
 // Case-insensitive check of a token's text against an ASCII upper-case word.
 bool kp_isWord(pANTLR3_COMMON_TOKEN token, const char *upperWord);
+// The same check on a text.
+bool kp_textIsWord(const std::string &text, const char *upperWord);
 // True for END followed by IF, LOOP, REPEAT or WHILE: the end of a construct
 // inside a block, not the end of the block.
 bool kp_isConstructEnd(pANTLR3_COMMON_TOKEN end, pANTLR3_COMMON_TOKEN next);

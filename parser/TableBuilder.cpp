@@ -121,25 +121,15 @@ pANTLR3_BASE_TREE kp_treeEndingInError(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR
 
 std::string kp_nodeRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from)
 {
-    pANTLR3_TREE_NODE_STREAM nodes = static_cast<pANTLR3_TREE_PARSER>(recognizer->super)->ctnstream->tnstream;
-    const ANTLR3_MARKER to = nodes->istream->index(nodes->istream);
     std::string text;
     bool first = true;
-    for (ANTLR3_MARKER i = from; i < to; ++i) {
-        auto node = static_cast<pANTLR3_BASE_TREE>(nodes->get(nodes, static_cast<ANTLR3_INT32>(i)));
-        if (node == nullptr) {
-            continue;
-        }
-        const ANTLR3_UINT32 type = node->getType(node);
-        if (type == ANTLR3_TOKEN_DOWN || type == ANTLR3_TOKEN_UP || type == ANTLR3_TOKEN_EOF) {
-            continue;
-        }
+    kp_forEachRunNode(recognizer, from, [&text, &first](pANTLR3_BASE_TREE node) {
         if (!first) {
             text += ' ';
         }
         text += kp_nodeText(node);
         first = false;
-    }
+    });
     return text;
 }
 

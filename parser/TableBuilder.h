@@ -48,6 +48,24 @@ pANTLR3_BASE_TREE kp_treeEndingInError(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR
 // The texts of the nodes from stream index `from` up to the current one,
 // joined by one blank: the rendering of a flat run such as a column type.
 std::string kp_nodeRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from);
+
+// Calls visit(node) for each token node from stream index `from` up to the
+// current one (navigation nodes left out).
+template <typename Visit> void kp_forEachRunNode(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from, Visit visit)
+{
+    pANTLR3_TREE_NODE_STREAM nodes = static_cast<pANTLR3_TREE_PARSER>(recognizer->super)->ctnstream->tnstream;
+    const ANTLR3_MARKER to = nodes->istream->index(nodes->istream);
+    for (ANTLR3_MARKER i = from; i < to; ++i) {
+        auto node = static_cast<pANTLR3_BASE_TREE>(nodes->get(nodes, static_cast<ANTLR3_INT32>(i)));
+        if (node == nullptr) {
+            continue;
+        }
+        const ANTLR3_UINT32 type = node->getType(node);
+        if (type != ANTLR3_TOKEN_DOWN && type != ANTLR3_TOKEN_UP && type != ANTLR3_TOKEN_EOF) {
+            visit(node);
+        }
+    }
+}
 // Keeps a text for the rest of the parse.
 const std::string *kp_keepText(pANTLR3_BASE_RECOGNIZER recognizer, std::string text);
 // A kept text, empty for nullptr.

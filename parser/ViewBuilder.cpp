@@ -25,16 +25,7 @@ std::string trimmedText(std::string text)
 
 bool sameWord(const std::string &text, const char *upperWord)
 {
-    const size_t length = std::strlen(upperWord);
-    if (text.size() != length) {
-        return false;
-    }
-    for (size_t i = 0; i < length; ++i) {
-        if (std::toupper(static_cast<unsigned char>(text[i])) != upperWord[i]) {
-            return false;
-        }
-    }
-    return true;
+    return kp_textIsWord(text, upperWord);
 }
 
 bool isOneOf(const std::string &text, std::initializer_list<const char *> upperWords)
@@ -713,20 +704,9 @@ void kp_setViewQuery(pANTLR3_BASE_RECOGNIZER recognizer, SQLView *view, ANTLR3_M
     if (view == nullptr) {
         return;
     }
-    pANTLR3_TREE_NODE_STREAM nodes = static_cast<pANTLR3_TREE_PARSER>(recognizer->super)->ctnstream->tnstream;
-    const ANTLR3_MARKER to = nodes->istream->index(nodes->istream);
     std::vector<std::string> texts;
-    for (ANTLR3_MARKER i = from; i < to; ++i) {
-        auto node = static_cast<pANTLR3_BASE_TREE>(nodes->get(nodes, static_cast<ANTLR3_INT32>(i)));
-        if (node == nullptr) {
-            continue;
-        }
-        const ANTLR3_UINT32 type = node->getType(node);
-        if (type == ANTLR3_TOKEN_DOWN || type == ANTLR3_TOKEN_UP || type == ANTLR3_TOKEN_EOF) {
-            continue;
-        }
-        texts.push_back(sqlantlr::trimmedText(kp_nodeText(node)));
-    }
+    kp_forEachRunNode(recognizer, from,
+                      [&texts](pANTLR3_BASE_TREE node) { texts.push_back(sqlantlr::trimmedText(kp_nodeText(node))); });
     const sqlantlr::ViewQuery query = sqlantlr::readViewQuery(texts);
     for (const auto &column : query.selectColumns) {
         view->addSelectColumn(sqlantlr::joinTokenTexts(texts, column.first, column.second));
