@@ -1,12 +1,39 @@
 #include <SchemaModel/SQLObject.h>
 
+#include "NameLookup.h"
+
 #include <SchemaModel/Names.h>
+
+#include <atomic>
+
+namespace {
+
+std::atomic<std::uint64_t> indexedRenames{0};
+
+} // namespace
+
+namespace SchemaModel::detail {
+
+std::uint64_t NameIndexAccess::renameCount()
+{
+    return indexedRenames.load(std::memory_order_acquire);
+}
+
+void NameIndexAccess::markIndexed(SQLObject &object)
+{
+    object.indexedByName_ = true;
+}
+
+} // namespace SchemaModel::detail
 
 SQLObject::~SQLObject() = default;
 
 void SQLObject::setName(std::string_view name)
 {
-    name_ = SchemaModel::trim(name);
+    std::string trimmed = SchemaModel::trim(name);
+    if (indexedByName_ && trimmed != name_)
+        indexedRenames.fetch_add(1, std::memory_order_acq_rel);
+    name_ = std::move(trimmed);
 }
 
 void SQLObject::setProperty(std::string_view key, std::string_view value)

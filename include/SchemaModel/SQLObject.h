@@ -7,6 +7,10 @@
 #include <string_view>
 #include <variant>
 
+namespace SchemaModel::detail {
+struct NameIndexAccess;
+}
+
 /// Common base of every named schema object: a (trimmed) name and a bag of
 /// key/value properties used for dialect-specific details.
 class SQLObject {
@@ -39,6 +43,11 @@ public:
     std::optional<std::string> getPropertyAsString(std::string_view key) const;
 
 private:
+    friend struct SchemaModel::detail::NameIndexAccess;
+
     std::string name_;
     PropertyMap properties_;
+    // Set once an owner has indexed the object by name; renaming it then
+    // tells the owners that their indexes are out of date.
+    bool indexedByName_ = false;
 };
