@@ -7,7 +7,7 @@ JOBS      ?= $(shell nproc 2>/dev/null || echo 2)
 PACKAGES  := cmake make g++ pkg-config python3 antlr3 libantlr3c-dev libicu-dev googletest libgtest-dev \
              libbenchmark-dev nlohmann-json3-dev libcli11-dev
 
-.PHONY: all deps configure build demo test test-asan bench install clean
+.PHONY: all deps configure build demo test test-asan bench bench-hostile install clean
 
 all: build
 
@@ -47,6 +47,11 @@ test-asan: deps
 
 bench: build
 	$(BUILD)/bench/sqlantlr_bench
+
+# Deep nesting, duplicate names and huge tokens: time and peak memory per case.
+# The build type matters: configure with -DCMAKE_BUILD_TYPE=Release for figures.
+bench-hostile: build
+	$(BUILD)/bench/sqlantlr_hostile_bench
 
 install: build
 	cmake --install $(BUILD)
