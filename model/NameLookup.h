@@ -20,26 +20,29 @@ namespace SchemaModel::detail {
 /// when their folded forms are equal.
 std::string foldedName(std::string_view name);
 
-/// Marks objects as indexed by name and counts the renames of such objects,
-/// so that an index can tell when it is out of date.
+/// Ties an object to the rename count of the index that holds it.
 struct NameIndexAccess {
-    static std::uint64_t renameCount();
-    static void markIndexed(SQLObject &object);
+    static void markIndexed(SQLObject &object, std::uint64_t *ownerRenames);
 };
 
 /// The items of one owner's list by case-folded name, for look-ups and
 /// renaming in constant time per name tried. It follows the list as items
-/// are added through it and rebuilds itself when an indexed item has been
-/// renamed since (renames after adding are rare).
+/// are added through it and rebuilds itself when one of its items has been
+/// renamed since (renames after adding are rare). Items point at it, so it
+/// never moves.
 template <typename T>
 class NameIndex {
 public:
     using Items = std::vector<std::unique_ptr<T>>;
 
+    NameIndex() = default;
+    NameIndex(const NameIndex &) = delete;
+    NameIndex &operator=(const NameIndex &) = delete;
+
     /// Records an item just appended to `items`.
     void added(const Items &items, T &item)
     {
-        NameIndexAccess::markIndexed(item);
+        NameIndexAccess::markIndexed(item, &renames_);
         if (upToDate(items.size() - 1))
             insert(item);
         else
@@ -87,7 +90,7 @@ public:
 private:
     bool upToDate(std::size_t indexedCount) const
     {
-        return renames_ == NameIndexAccess::renameCount() && indexed_ == indexedCount;
+        return renamesSeen_ == renames_ && indexed_ == indexedCount;
     }
 
     void insert(T &item)
@@ -102,7 +105,7 @@ private:
         byName_.clear();
         nextSuffix_.clear();
         indexed_ = 0;
-        renames_ = NameIndexAccess::renameCount();
+        renamesSeen_ = renames_;
         for (const auto &item : items)
             insert(*item);
     }
@@ -117,7 +120,8 @@ private:
 
     std::unordered_map<std::string, std::vector<T *>> byName_;
     std::unordered_map<std::string, std::size_t> nextSuffix_;
-    std::uint64_t renames_ = 0;
+    std::uint64_t renames_ = 0;      // bumped by items renamed after adding
+    std::uint64_t renamesSeen_ = 0;  // as of the last rebuild
     std::size_t indexed_ = 0;
 };
 

@@ -4,24 +4,11 @@
 
 #include <SchemaModel/Names.h>
 
-#include <atomic>
-
-namespace {
-
-std::atomic<std::uint64_t> indexedRenames{0};
-
-} // namespace
-
 namespace SchemaModel::detail {
 
-std::uint64_t NameIndexAccess::renameCount()
+void NameIndexAccess::markIndexed(SQLObject &object, std::uint64_t *ownerRenames)
 {
-    return indexedRenames.load(std::memory_order_acquire);
-}
-
-void NameIndexAccess::markIndexed(SQLObject &object)
-{
-    object.indexedByName_ = true;
+    object.ownerRenames_ = ownerRenames;
 }
 
 } // namespace SchemaModel::detail
@@ -31,8 +18,8 @@ SQLObject::~SQLObject() = default;
 void SQLObject::setName(std::string_view name)
 {
     std::string trimmed = SchemaModel::trim(name);
-    if (indexedByName_ && trimmed != name_)
-        indexedRenames.fetch_add(1, std::memory_order_acq_rel);
+    if (ownerRenames_ != nullptr && trimmed != name_)
+        ++*ownerRenames_;
     name_ = std::move(trimmed);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <optional>
@@ -47,7 +48,8 @@ private:
 
     std::string name_;
     PropertyMap properties_;
-    // Set once an owner has indexed the object by name; renaming it then
-    // tells the owners that their indexes are out of date.
-    bool indexedByName_ = false;
+    // Once an owner has indexed the object by name: the owner's count of
+    // renames, which renaming the object bumps so that the owner's index
+    // knows it is out of date.
+    std::uint64_t *ownerRenames_ = nullptr;
 };
