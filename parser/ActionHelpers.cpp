@@ -12,6 +12,7 @@
 
 #include <cctype>
 #include <cstring>
+#include <vector>
 
 using sqlantlr::ParseSession;
 
@@ -109,6 +110,18 @@ std::string kp_tokenText(pANTLR3_COMMON_TOKEN token)
     return kp_utf16Slice(reinterpret_cast<const char16_t *>(start), static_cast<size_t>(end - start) / 2);
 }
 
+bool kp_isRecoveryNode(pANTLR3_BASE_TREE node)
+{
+    if (node == nullptr) {
+        return false;
+    }
+    if (node->getType(node) == ERROR_NODE) {
+        return true;
+    }
+    pANTLR3_COMMON_TOKEN token = node->getToken(node);
+    return token != nullptr && token->user1 == kp_recoveryMark;
+}
+
 std::string kp_nodeText(pANTLR3_BASE_TREE node)
 {
     if (node == nullptr) {
@@ -149,6 +162,38 @@ bool kp_isConstructEnd(pANTLR3_COMMON_TOKEN end, pANTLR3_COMMON_TOKEN next)
         }
     }
     return false;
+}
+
+void kp_skipBlockBody(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    pANTLR3_INT_STREAM input = stream->istream;
+    // One entry per open nested block: true for CASE, whose END may be
+    // followed by the word CASE.
+    std::vector<bool> open;
+    for (;;) {
+        pANTLR3_COMMON_TOKEN token = stream->_LT(stream, 1);
+        const ANTLR3_UINT32 type = token->type;
+        if (type == ANTLR3_TOKEN_EOF) {
+            return;
+        }
+        if (type == T_END) {
+            if (kp_isConstructEnd(token, stream->_LT(stream, 2))) {
+                input->consume(input);
+            } else if (open.empty()) {
+                return;
+            } else {
+                const bool closesCase = open.back();
+                open.pop_back();
+                if (closesCase && kp_isWord(stream->_LT(stream, 2), "CASE")) {
+                    input->consume(input);
+                }
+            }
+        } else if (type == T_BEGIN || kp_isWord(token, "CASE")) {
+            open.push_back(type != T_BEGIN);
+        }
+        input->consume(input);
+    }
 }
 
 namespace {
@@ -260,7 +305,13 @@ void setCustomStringValueOnToken(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COM
     if (carrier == nullptr || session == nullptr) {
         return;
     }
-    carrier->custom = const_cast<std::string *>(session->addCustomValue(kp_sourceText(start, stop)));
+    // A value that failed to parse before its first token has no text: the
+    // carrier then carries none, and the value stays unset.
+    std::string text = kp_sourceText(start, stop);
+    if (text.empty()) {
+        return;
+    }
+    carrier->custom = const_cast<std::string *>(session->addCustomValue(std::move(text)));
 }
 
 const std::string *kp_customValue(pANTLR3_BASE_TREE node)
@@ -360,14 +411,20 @@ std::string kp_nodeRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER fro
 {
     std::string text;
     bool first = true;
-    kp_forEachRunNode(recognizer, from, [&text, &first](pANTLR3_BASE_TREE node) {
+    bool recovered = false;
+    kp_forEachRunNode(recognizer, from, [&text, &first, &recovered](pANTLR3_BASE_TREE node) {
+        if (kp_isRecoveryNode(node)) {
+            recovered = true;
+            return false;
+        }
         if (!first) {
             text += ' ';
         }
         text += kp_nodeText(node);
         first = false;
+        return true;
     });
-    return text;
+    return recovered ? std::string() : text;
 }
 
 const std::string *kp_keepText(pANTLR3_BASE_RECOGNIZER recognizer, std::string text)
@@ -381,9 +438,13 @@ const std::string *kp_keepText(pANTLR3_BASE_RECOGNIZER recognizer, std::string t
     return session->addCustomValue(std::move(text));
 }
 
-std::string kp_keptText(const std::string *text)
+const std::string *kp_keepRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from, bool parenthesised)
 {
-    return text != nullptr ? *text : std::string();
+    std::string text = kp_nodeRunText(recognizer, from);
+    if (text.empty()) {
+        return nullptr;
+    }
+    return kp_keepText(recognizer, parenthesised ? "(" + text + ")" : std::move(text));
 }
 
 bool kp_isWordNode(pANTLR3_BASE_TREE node, const char *upperWord)

@@ -48,10 +48,11 @@ void kp_skipToClosingParenthesis(pANTLR3_BASE_RECOGNIZER recognizer);
 
 // The texts of the nodes from stream index `from` up to the current one,
 // joined by one blank: the rendering of a flat run such as a column type.
+// Empty when the run holds a node made by recovery.
 std::string kp_nodeRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from);
 
 // Calls visit(node) for each token node from stream index `from` up to the
-// current one (navigation nodes left out).
+// current one (navigation nodes left out), while visit returns true.
 template <typename Visit> void kp_forEachRunNode(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from, Visit visit)
 {
     pANTLR3_TREE_NODE_STREAM nodes = static_cast<pANTLR3_TREE_PARSER>(recognizer->super)->ctnstream->tnstream;
@@ -62,15 +63,16 @@ template <typename Visit> void kp_forEachRunNode(pANTLR3_BASE_RECOGNIZER recogni
             continue;
         }
         const ANTLR3_UINT32 type = node->getType(node);
-        if (type != ANTLR3_TOKEN_DOWN && type != ANTLR3_TOKEN_UP && type != ANTLR3_TOKEN_EOF) {
-            visit(node);
+        if (type != ANTLR3_TOKEN_DOWN && type != ANTLR3_TOKEN_UP && type != ANTLR3_TOKEN_EOF && !visit(node)) {
+            return;
         }
     }
 }
 // Keeps a text for the rest of the parse.
 const std::string *kp_keepText(pANTLR3_BASE_RECOGNIZER recognizer, std::string text);
-// A kept text, empty for nullptr.
-std::string kp_keptText(const std::string *text);
+// The run's text kept for the parse (in parentheses if asked), or nullptr
+// when the run is empty or holds a node made by recovery.
+const std::string *kp_keepRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from, bool parenthesised);
 // Case-insensitive check of a node's STRING text against an upper-case word.
 bool kp_isWordNode(pANTLR3_BASE_TREE node, const char *upperWord);
 

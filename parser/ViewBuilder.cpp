@@ -705,8 +705,10 @@ void kp_setViewQuery(pANTLR3_BASE_RECOGNIZER recognizer, SQLView *view, ANTLR3_M
         return;
     }
     std::vector<std::string> texts;
-    kp_forEachRunNode(recognizer, from,
-                      [&texts](pANTLR3_BASE_TREE node) { texts.push_back(sqlantlr::trimmedText(kp_nodeText(node))); });
+    kp_forEachRunNode(recognizer, from, [&texts](pANTLR3_BASE_TREE node) {
+        texts.push_back(sqlantlr::trimmedText(kp_nodeText(node)));
+        return true;
+    });
     const sqlantlr::ViewQuery query = sqlantlr::readViewQuery(texts);
     for (const auto &column : query.selectColumns) {
         view->addSelectColumn(sqlantlr::joinTokenTexts(texts, column.first, column.second));

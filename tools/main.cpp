@@ -45,13 +45,12 @@ int runModel(const std::string &file, bool pretty)
     }
     SQLParser parser;
     KpError error;
-    std::unique_ptr<SQLContainer> container = parser.driver().parseString(text, &error);
+    std::unique_ptr<SQLContainer> container = parser.parseString(text, &error);
     if (container == nullptr) {
         std::cerr << "sqlantlr: " << file << ": parse failed: " << error.domain << " " << error.code << ": "
                   << error.message << "\n";
         return exitFailure;
     }
-    container->postLoadProcess();
     const nlohmann::ordered_json json = sqlantlr::modelToJson(*container, parser.getExceptionList());
     std::cout << (pretty ? json.dump(2) : json.dump()) << "\n";
     return 0;
