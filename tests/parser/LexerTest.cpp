@@ -148,10 +148,11 @@ TEST(FoldTable, UpperCasesLowerCaseLettersWithSingleUnitForms)
     EXPECT_EQ(SQLParserC::uppercaseCharacter(u'ß'), u'S');  // the driver's one-off helper takes the first unit
 }
 
-TEST(FoldTable, SharpSEndsAWordInsteadOfFolding)
+TEST(FoldTable, SharpSIsALetterOfAWordAndDoesNotFold)
 {
-    // The sharp s is no letter of a word and does not fold into "SS".
-    EXPECT_EQ(visible("claß"), (std::vector<Tok>{{35, "STRING", "cla"}}));
+    // The sharp s belongs to the word and does not fold into "SS" (no keyword match).
+    EXPECT_EQ(visible("claß"), (std::vector<Tok>{{35, "STRING", "claß"}}));
+    EXPECT_EQ(visible("naß"), (std::vector<Tok>{{35, "STRING", "naß"}}));
 }
 
 } // namespace
