@@ -333,8 +333,10 @@ void ScriptLines::startStatement(size_t at)
             i = significant(i + 1);
             kindWord = word(raw(i));
         }
-        if (isOneOf(kindWord, {"PROCEDURE", "PROC", "FUNCTION", "TRIGGER", "PACKAGE", "EVENT", "LIBRARY", "JAVA"}) ||
-            (kindWord == "TYPE" && word(raw(significant(i + 1))) == "BODY")) {
+        // Bodies of routines hold statements; ALTER PROCEDURE p COMPILE does not.
+        if (w == "CREATE" && (isOneOf(kindWord, {"PROCEDURE", "PROC", "FUNCTION", "TRIGGER", "PACKAGE", "EVENT",
+                                                 "LIBRARY", "JAVA"}) ||
+                              (kindWord == "TYPE" && word(raw(significant(i + 1))) == "BODY"))) {
             kind_ = Kind::Routine;
         } else if (w == "ALTER") {
             kind_ = Kind::Alter;
@@ -349,6 +351,10 @@ void ScriptLines::startStatement(size_t at)
         kind_ = Kind::Update;
     } else if (w == "DECLARE") {
         kind_ = isText(raw(significant(at + 1)), "@") ? Kind::Splittable : Kind::Routine;
+        if (kind_ == Kind::Splittable) {
+            // DECLARE @v INT declares a T-SQL variable; it opens no block.
+            raw(at)->type = STRING;
+        }
     } else if (w == "BEGIN") {
         const bool transaction = isOneOf(second, {"TRAN", "TRANSACTION", "WORK", "DEFERRED", "IMMEDIATE", "EXCLUSIVE"}) ||
                                  raw(significant(at + 1))->type == SEMI;
