@@ -16,6 +16,7 @@
 
 #include <unicode/ustring.h>
 
+#include <algorithm>
 #include <optional>
 
 using sqlantlr::logf;
@@ -86,6 +87,9 @@ std::u16string scriptUnits(std::string_view sql)
     if (!text.empty() && text.front() == u'\uFEFF') {
         text.erase(0, 1);  // a byte order mark is not part of the script
     }
+    // A NUL is no character of any statement: it is read as if absent, so that
+    // it cannot split a word (positions after it on its line count one less).
+    text.erase(std::remove(text.begin(), text.end(), u'\0'), text.end());
     return text;
 }
 

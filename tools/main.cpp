@@ -46,6 +46,11 @@ int runModel(const std::string &file, bool pretty)
     SQLParser parser;
     KpError error;
     std::unique_ptr<SQLContainer> container = parser.driver().parseString(text, &error);
+    if (container == nullptr && error.code == KpErrorUnallocatedTree) {
+        // Nothing in the script made a tree (grants or SET lines only, or a
+        // script wholly swallowed): an empty schema, printed with its records.
+        container = std::make_unique<SQLContainer>();
+    }
     if (container == nullptr) {
         std::cerr << "sqlantlr: " << file << ": parse failed: " << error.domain << " " << error.code << ": "
                   << error.message << "\n";
