@@ -161,6 +161,7 @@ void ScriptLines::emitTerminator(pANTLR3_COMMON_TOKEN before)
     token->tokText.chars = reinterpret_cast<pANTLR3_UCHAR>(const_cast<char *>(lineEndText));
     out_.push_back(token);
     endStatement();
+    linesEnd_ = true;
 }
 
 void ScriptLines::endStatement()
@@ -186,6 +187,7 @@ bool ScriptLines::batchLine(size_t at)
         return false;
     }
     hide(at + 1, end);
+    linesEnd_ = true;
     if (empty_) {
         first->channel = HIDDEN;
     } else {
@@ -390,6 +392,7 @@ void ScriptLines::track(pANTLR3_COMMON_TOKEN token, size_t at)
             --blocks_;
         }
     }
+    last_ = token;
     previousType_ = token->type;
     previousLine_ = token->line;
     previousPosition_ = token->charPosition;
@@ -414,7 +417,16 @@ pANTLR3_COMMON_TOKEN ScriptLines::next()
         const bool lineStart = lineStart_ || lineEndBetween(0, at);
         emitUpTo(at);
         if (isEnd(token)) {
-            return out_.empty() ? eof_ : out_.front();
+            if (!empty_ && linesEnd_ && last_ != nullptr) {
+                // A script whose statements end at lines ends its last one at its end.
+                emitTerminator(last_);
+                out_.back()->start = out_.back()->stop = last_->stop;
+                break;
+            }
+            if (out_.empty()) {
+                return eof_;
+            }
+            break;
         }
         lineStart_ = lineStart;
         if (lineStart && step(token)) {
@@ -464,6 +476,7 @@ bool ScriptLines::gluedGo(pANTLR3_COMMON_TOKEN token)
     }
     token->type = SEMI;
     endStatement();
+    linesEnd_ = true;
     emitUpTo(1);
     return true;
 }
