@@ -249,7 +249,7 @@ bool ScriptLines::guard(size_t at)
         const size_t body = significant(at + 1);
         hide(at, body);
         emitUpTo(body);
-        return guardedBlock(body);
+        return guardedBlock(0);
     }
     if (word(raw(at)) != "IF") {
         return false;
