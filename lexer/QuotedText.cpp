@@ -87,6 +87,23 @@ size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quot
     return chosen != nullptr ? static_cast<size_t>(chosen - body) : 0;
 }
 
+size_t bracketedNameLength(const char16_t *p, const char16_t *end)
+{
+    if (end - p < 3 || *p != u'[') {
+        return 0;
+    }
+    const char16_t first = p[1];
+    if (first == u']' || isLineEnd(first) || (first >= u'0' && first <= u'9') || first == u'\'' || first == u'"') {
+        return 0;
+    }
+    for (const char16_t *q = p + 2; q < end && !isLineEnd(*q); ++q) {
+        if (*q == u']') {
+            return static_cast<size_t>(q - p) + 1;
+        }
+    }
+    return 0;
+}
+
 } // namespace sqlantlr
 
 // The lexer state's user1 counts the pieces of the current token that were
@@ -114,4 +131,13 @@ ANTLR3_UINT32 kp_quotedStringType(pANTLR3_LEXER lexer)
     lexer->rec->state->user1 = 0;
     // A quote that is never closed is a token of its own, reported by the parser where it stands.
     return unclosed ? QUOTE : QUOTED_STRING;
+}
+
+bool kp_bracketedNameAhead(pANTLR3_LEXER lexer)
+{
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    const auto *data = static_cast<const char16_t *>(input->data);
+    const char16_t *end = data + input->sizeBuf / 2;
+    const auto *p = static_cast<const char16_t *>(input->nextChar);
+    return sqlantlr::bracketedNameLength(p, end) != 0;
 }

@@ -15,4 +15,8 @@ namespace sqlantlr {
 // is never closed either way. body points just after the opening quote.
 size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote);
 
+// Units of the bracketed name [..] at p, or 0 when the bracket opens none: it
+// stays on its line, is not empty and does not start with a digit or a quote.
+size_t bracketedNameLength(const char16_t *p, const char16_t *end);
+
 } // namespace sqlantlr

@@ -431,7 +431,7 @@ FORWARD_SLASH : '/' ;
 // where it stands and the rest of the script is read as usual.
 QUOTED_STRING
     : ( 'N' )? ( QUOTED_PIECE )+ { $type = kp_quotedStringType(LEXER); }
-    | BRACKETED_NAME
+    | { kp_bracketedNameAhead(LEXER) }?=> BRACKETED_NAME
     ;
 
 fragment QUOTED_PIECE
@@ -444,7 +444,8 @@ fragment QUOTED_PIECE
 // A bracketed name of SQL Server and SQLite: [Order Details], [dbo].[Set],
 // [$(DatabaseName)]. It stays on one line and does not start with a digit or a
 // quote, so that array types and subscripts (int[], a[1], ARRAY['x']) keep
-// their old meaning; a bracket that opens no name is skipped as before.
+// their old meaning; a bracket that opens no name is skipped alone, as
+// before (kp_bracketedNameAhead looks first, so no rule starts on it).
 fragment BRACKETED_NAME
     : '[' ~( ']' | '\r' | '\n' | '0'..'9' | '\'' | '"' ) ( ~( ']' | '\r' | '\n' ) )* ']'
     ;
