@@ -114,7 +114,7 @@ int runTree(const std::string &file)
 int main(int argc, char **argv)
 {
     CLI::App app{"Imports SQL schema scripts (MySQL, PostgreSQL, Oracle, SQL Server, SQLite) into a schema model.\n"
-                 "FILE may be - for standard input. Files are read as UTF-8, else as Mac OS Roman."};
+                 "FILE may be - for standard input. Files are read as UTF-16 after its byte order mark, else as UTF-8, else as Mac OS Roman."};
     app.require_subcommand(1);
     bool trace = false;
     app.add_flag("--trace", trace, "Send the library's traces to standard error");
