@@ -14,6 +14,10 @@ namespace {
 
 // A condition of an IF guard longer than this is not taken for one.
 constexpr size_t longestGuardCondition = 2000;
+// Lines are read ahead to decide on them; a line of more tokens than this is
+// no GO, "/" or command line (and a huge one-line script is not buffered).
+constexpr size_t longestCommandLine = 1000;
+constexpr size_t npos = static_cast<size_t>(-1);
 
 bool isEnd(pANTLR3_COMMON_TOKEN token) { return token == nullptr || token->type == ANTLR3_TOKEN_EOF; }
 
@@ -120,6 +124,9 @@ size_t ScriptLines::lineEnd(size_t from)
 {
     size_t i = from;
     while (!isEnd(raw(i)) && !endsLine(raw(i))) {
+        if (i - from >= longestCommandLine) {
+            return npos;
+        }
         ++i;
     }
     return isEnd(raw(i)) ? i : i + 1;
@@ -176,7 +183,13 @@ void ScriptLines::endStatement()
 bool ScriptLines::batchLine(size_t at)
 {
     pANTLR3_COMMON_TOKEN first = raw(at);
+    if (word(first) != "GO" && first->type != FORWARD_SLASH) {
+        return false;
+    }
     const size_t end = lineEnd(at);
+    if (end == npos) {
+        return false;
+    }
     size_t second = significant(at + 1);
     const bool go = word(first) == "GO";
     if (go && second < end && raw(second)->type == INT) {
@@ -212,6 +225,9 @@ bool ScriptLines::lineCommand(size_t at)
         return false;
     }
     const size_t end = lineEnd(at);
+    if (end == npos) {
+        return false;
+    }
     // The last significant token of the line.
     pANTLR3_COMMON_TOKEN last = first;
     for (size_t i = at; i < end; ++i) {
@@ -470,6 +486,9 @@ bool ScriptLines::gluedGo(pANTLR3_COMMON_TOKEN token)
         return false;
     }
     const size_t end = lineEnd(0);
+    if (end == npos) {
+        return false;
+    }
     const size_t after = significant(1);
     if (after < end && !isEnd(raw(after))) {
         return false;
