@@ -35,7 +35,8 @@ GO
 CREATE TABLE [dbo].[Orders](
 	[OrderID] [int] IDENTITY(1,1) NOT NULL,
 	[Customer] [nchar](5) NULL,
-	[Primary] [bit] NOT NULL
+	[Primary] [bit] NOT NULL,
+	[Notes] [nvarchar](max) NULL
 ) ON [PRIMARY]
 GO
 CREATE NONCLUSTERED INDEX [IX_Orders_Customer] ON [dbo].[Orders]
