@@ -408,7 +408,8 @@ void ScriptLines::track(pANTLR3_COMMON_TOKEN token, size_t at)
             --blocks_;
         }
     }
-    last_ = token;
+    last_ = *token;  // a copy: the window may recycle the token itself
+    hasLast_ = true;
     previousType_ = token->type;
     previousLine_ = token->line;
     previousPosition_ = token->charPosition;
@@ -433,10 +434,10 @@ pANTLR3_COMMON_TOKEN ScriptLines::next()
         const bool lineStart = lineStart_ || lineEndBetween(0, at);
         emitUpTo(at);
         if (isEnd(token)) {
-            if (!empty_ && linesEnd_ && last_ != nullptr) {
+            if (!empty_ && linesEnd_ && hasLast_) {
                 // A script whose statements end at lines ends its last one at its end.
-                emitTerminator(last_);
-                out_.back()->start = out_.back()->stop = last_->stop;
+                emitTerminator(&last_);
+                out_.back()->start = out_.back()->stop = last_.stop;
                 break;
             }
             if (out_.empty()) {

@@ -70,7 +70,8 @@ private:
     std::deque<pANTLR3_COMMON_TOKEN> raw_;  // read from the lexer, not yet decided
     std::deque<pANTLR3_COMMON_TOKEN> out_;  // decided, for the parser
     bool linesEnd_ = false;                 // a statement of the script was ended by a line
-    pANTLR3_COMMON_TOKEN last_ = nullptr;   // the last significant token
+    ANTLR3_COMMON_TOKEN last_{};             // the last significant token
+    bool hasLast_ = false;
     bool lineStart_ = true;                 // a line end since the last significant token
     bool empty_ = true;                     // no significant token since the statement began
     Kind kind_ = Kind::None;
