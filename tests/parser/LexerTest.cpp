@@ -213,6 +213,13 @@ TEST(LexerLines, ALoneCarriageReturnEndsALine)
     EXPECT_EQ(std::make_pair(tokens[4].line, tokens[4].pos), std::make_pair(3, 0));
 }
 
+TEST(LexerLines, AFailedTokenDropsOnlyItsFirstCharacter)
+{
+    // '&&' is predicted on '&' and fails on 't': the word after it stays whole.
+    EXPECT_EQ(visible("x &tab y"), (std::vector<Tok>{{35, "STRING", "x"}, {35, "STRING", "tab"}, {35, "STRING", "y"}}));
+    tableNamed(parse("CREATE TABLE &tab (id INT);"), "tab");
+}
+
 TEST(LexerLines, ANulSplitsNoWord)
 {
     const ParseResult result = parse(std::string("CREATE TABLE a (id INT);\nCRE\0ATE TABLE b (id INT);\n", 50));
