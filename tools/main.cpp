@@ -45,7 +45,7 @@ int runModel(const std::string &file, bool pretty)
     }
     SQLParser parser;
     KpError error;
-    std::unique_ptr<SQLContainer> container = parser.driver().parseString(text, &error);
+    std::unique_ptr<SQLContainer> container = parser.parseString(text, &error);
     if (container == nullptr && error.code == KpErrorUnallocatedTree) {
         // Nothing in the script made a tree (grants or SET lines only, or a
         // script wholly swallowed): an empty schema, printed with its records.
@@ -56,7 +56,6 @@ int runModel(const std::string &file, bool pretty)
                   << error.message << "\n";
         return exitFailure;
     }
-    container->postLoadProcess();
     const nlohmann::ordered_json json = sqlantlr::modelToJson(*container, parser.getExceptionList());
     std::cout << (pretty ? json.dump(2) : json.dump()) << "\n";
     return 0;
