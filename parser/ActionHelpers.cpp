@@ -420,7 +420,12 @@ std::string kp_nodeRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER fro
         if (!first) {
             text += ' ';
         }
-        text += kp_nodeText(node);
+        // A bracketed word is a quoted name of SQL Server: [int] is the type int.
+        std::string word = kp_nodeText(node);
+        if (word.size() >= 2 && word.front() == '[' && word.back() == ']') {
+            word = word.substr(1, word.size() - 2);
+        }
+        text += word;
         first = false;
         return true;
     });

@@ -173,6 +173,8 @@ SQLLexer *newLexer(SQLInputStream *input, ParseSession *session)
     pANTLR3_BASE_RECOGNIZER recognizer = lexer->pLexer->rec;
     // The runtime's own display cannot read UTF-16 input: always replace it.
     recognizer->displayRecognitionError = kp_lexer_displayRecognitionError;
+    // A failed token drops its first character only, never the next token's.
+    lexer->pLexer->recover = kp_lexer_recover;
     if (session != nullptr) {
         recognizer->state->userp = session;
         session->lexerNextToken = recognizer->state->tokSource->nextToken;

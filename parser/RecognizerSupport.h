@@ -34,6 +34,14 @@ ANTLR3_UCHAR lc_antlr3UCS2LA(pANTLR3_INT_STREAM is, ANTLR3_INT32 la);
 // Consumes one UTF-16 code unit, counting lines and positions in units.
 void kp_utf16Consume(pANTLR3_INT_STREAM is);
 
+// Matches the body and closing quote of a quoted piece whose opening quote was
+// just matched (see lexer/QuotedText.h); a piece never closed matches nothing.
+void kp_matchQuotedBody(pANTLR3_LEXER lexer, ANTLR3_UCHAR quote);
+// True when a bracketed name starts at the lexer's position.
+bool kp_bracketedNameAhead(pANTLR3_LEXER lexer);
+// QUOTED_STRING, or QUOTE when a piece of the token was never closed.
+ANTLR3_UINT32 kp_quotedStringType(pANTLR3_LEXER lexer);
+
 // True when the lexer of this parse leaves blanks out of the token stream.
 bool kp_dropsBlanks(pANTLR3_RECOGNIZER_SHARED_STATE state);
 

@@ -34,9 +34,36 @@ std::optional<std::string> readBytes(const std::string &path)
     }
 }
 
+// UTF-16 text as SQL Server tools save it: a byte order mark (FF FE little
+// endian, FE FF big endian) followed by the units. Nothing when the bytes do
+// not start with one.
+std::optional<std::string> decodeUtf16(const std::string &bytes)
+{
+    if (bytes.size() < 2) {
+        return std::nullopt;
+    }
+    const auto b0 = static_cast<unsigned char>(bytes[0]);
+    const auto b1 = static_cast<unsigned char>(bytes[1]);
+    const bool little = b0 == 0xFF && b1 == 0xFE;
+    if (!little && !(b0 == 0xFE && b1 == 0xFF)) {
+        return std::nullopt;
+    }
+    std::u16string units;
+    units.reserve(bytes.size() / 2);
+    for (size_t i = 2; i + 1 < bytes.size(); i += 2) {
+        const auto lo = static_cast<unsigned char>(bytes[little ? i : i + 1]);
+        const auto hi = static_cast<unsigned char>(bytes[little ? i + 1 : i]);
+        units.push_back(static_cast<char16_t>(hi << 8 | lo));
+    }
+    return sqlantlr::utf16ToUtf8(units);
+}
+
 // The file's text in one encoding, or nothing when the bytes are not valid in it.
 std::optional<std::string> decode(const std::string &bytes, SQLTextEncoding encoding)
 {
+    if (std::optional<std::string> text = decodeUtf16(bytes)) {
+        return text;  // a UTF-16 byte order mark decides whatever encoding was asked for
+    }
     if (encoding == SQLTextEncoding::UTF8) {
         if (!sqlantlr::isValidUtf8(bytes)) {
             return std::nullopt;

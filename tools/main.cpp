@@ -46,6 +46,11 @@ int runModel(const std::string &file, bool pretty)
     SQLParser parser;
     KpError error;
     std::unique_ptr<SQLContainer> container = parser.parseString(text, &error);
+    if (container == nullptr && error.code == KpErrorUnallocatedTree) {
+        // Nothing in the script made a tree (grants or SET lines only, or a
+        // script wholly swallowed): an empty schema, printed with its records.
+        container = std::make_unique<SQLContainer>();
+    }
     if (container == nullptr) {
         std::cerr << "sqlantlr: " << file << ": parse failed: " << error.domain << " " << error.code << ": "
                   << error.message << "\n";
@@ -108,7 +113,7 @@ int runTree(const std::string &file)
 int main(int argc, char **argv)
 {
     CLI::App app{"Imports SQL schema scripts (MySQL, PostgreSQL, Oracle, SQL Server, SQLite) into a schema model.\n"
-                 "FILE may be - for standard input. Files are read as UTF-8, else as Mac OS Roman."};
+                 "FILE may be - for standard input. Files are read as UTF-16 after its byte order mark, else as UTF-8, else as Mac OS Roman."};
     app.require_subcommand(1);
     bool trace = false;
     app.add_flag("--trace", trace, "Send the library's traces to standard error");

@@ -98,7 +98,7 @@ TEST(Records, AccumulateAcrossParsesAndCountModulo256)
     EXPECT_TRUE(parser.hasExceptions());
     std::string script;
     for (int i = 0; i < 84; ++i) {
-        script += "/\n";  // 3 records each
+        script += "END;\n";  // 3 records each
     }
     script += "INSERT x";  // 2 records at the end
     ASSERT_TRUE(parser.parseString(script));
