@@ -318,6 +318,24 @@ private:
 
 } // namespace
 
+void SQLParserC::reportProgress(SQLRecognizer *handle, const SQLContainer &container) const
+{
+    // The next token's start is a pointer into the input's text.
+    pANTLR3_TOKEN_STREAM stream = asParser(handle)->pParser->tstream;
+    pANTLR3_COMMON_TOKEN next = stream->_LT(stream, 1);
+    SQLParseProgress progress;
+    progress.tables = container.tables().size();
+    if (next != nullptr && next->input != nullptr && next->input->data != nullptr) {
+        const auto *data = static_cast<const char *>(next->input->data);
+        const auto *start = reinterpret_cast<const char *>(next->start);
+        progress.total = next->input->sizeBuf;
+        progress.done = next->type == ANTLR3_TOKEN_EOF || start < data || start > data + progress.total
+                            ? progress.total
+                            : static_cast<std::size_t>(start - data);
+    }
+    progressHandler_(progress);
+}
+
 std::unique_ptr<SQLContainer> SQLParserC::parseStatements(SQLRecognizer *handle, KpError *error)
 {
     // Statements are parsed and walked one at a time, as the script rule's
@@ -351,6 +369,9 @@ std::unique_ptr<SQLContainer> SQLParserC::parseStatements(SQLRecognizer *handle,
         recycleStatementTrees(parser);
         if (session_->tokenWindow != nullptr) {
             session_->tokenWindow->releaseConsumed();
+        }
+        if (progressHandler_) {
+            reportProgress(handle, *container);
         }
     }
     if (!built) {
