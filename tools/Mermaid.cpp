@@ -126,7 +126,7 @@ std::string diagramMermaid(const DiagramGraph &graph)
     std::vector<std::string> stubNames;
     for (const DiagramStub &stub : graph.stubs) {
         stubNames.push_back(entityWords.unique(stub.name));
-        out << "    " << stubNames.back() << " {\n        missing " << (stub.unresolved ? "unresolved" : "not_shown")
+        out << "    " << stubNames.back() << " {\n        stub " << (stub.unresolved ? "not_found" : "not_drawn")
             << "\n    }\n";
     }
     for (const DiagramEdge &edge : graph.edges) {

@@ -209,9 +209,7 @@ int runCheck(const InputOptions &input, std::size_t maxRecords)
         if (printed == maxRecords) {
             break;
         }
-        if (!input.quiet) {
-            std::cout << compilerStyle(record) << "\n";
-        }
+        std::cout << compilerStyle(record) << "\n";
         ++printed;
     }
     if (loaded.failures > 0) {
@@ -379,7 +377,7 @@ int main(int argc, char **argv)
     CLI::App *check = app.add_subcommand(
         "check", "Print every record as FILE:LINE:COL: message (column from 1); exit 0 without records, 3 with "
                  "records, 1 when a file cannot be read or parsed (the other files are still checked)");
-    check->add_option("--max", maxRecords, "Stop after N records")->check(CLI::PositiveNumber);
+    check->add_option("--max", maxRecords, "Stop after N records")->check(CLI::Range(std::size_t{1}, std::size_t{1000000000}));
     addInputOptions(*check, input, trace);
 
     DiagramRequest request;
