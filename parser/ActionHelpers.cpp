@@ -13,6 +13,8 @@
 #include <cctype>
 #include <cstring>
 
+using sqlantlr::ParseSession;
+
 namespace sqlantlr {
 
 void ParseSession::addException(const std::string &message, int line, int charPos)
@@ -233,4 +235,197 @@ void consumeUntilToken(pANTLR3_TOKEN_STREAM stream, ANTLR3_UINT32 tokenType)
         ++index;
     }
     tokens->p = index;
+}
+
+// ---- Source text carried on tokens -----------------------------------------
+
+std::string kp_sourceText(pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop)
+{
+    if (start == nullptr || stop == nullptr || start->input == nullptr || start->input->data == nullptr ||
+        start->type == ANTLR3_TOKEN_EOF || stop->type == ANTLR3_TOKEN_EOF) {
+        return {};
+    }
+    // Token bounds are addresses in the UTF-16 buffer: start is the first
+    // byte of the first unit, stop the last byte of the last unit.
+    const auto *data = static_cast<const char *>(start->input->data);
+    const char *limit = data + start->input->sizeBuf;
+    const auto *from = reinterpret_cast<const char *>(start->start);
+    const auto *to = reinterpret_cast<const char *>(stop->stop) + 1;
+    if (from < data || to > limit || to <= from) {
+        return {};
+    }
+    return kp_utf16Slice(reinterpret_cast<const char16_t *>(from), static_cast<size_t>(to - from) / 2);
+}
+
+void setCustomStringValueOnToken(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN carrier,
+                                 pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop)
+{
+    ParseSession *session = kp_session(recognizer);
+    if (carrier == nullptr || session == nullptr) {
+        return;
+    }
+    carrier->custom = const_cast<std::string *>(session->addCustomValue(kp_sourceText(start, stop)));
+}
+
+const std::string *kp_customValue(pANTLR3_BASE_TREE node)
+{
+    pANTLR3_COMMON_TOKEN token = node != nullptr ? node->getToken(node) : nullptr;
+    return token != nullptr ? static_cast<const std::string *>(token->custom) : nullptr;
+}
+
+// ---- Recovery inside a table definition and skips ---------------------------
+
+namespace {
+
+pANTLR3_INT_STREAM parserStream(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    return static_cast<pANTLR3_PARSER>(recognizer->super)->tstream->istream;
+}
+
+} // namespace
+
+void kp_requireTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_INT_STREAM is = parserStream(recognizer);
+    const ANTLR3_UINT32 next = is->_LA(is, 1);
+    if (next == COMMA || next == CLOSEPAREN || next == SEMI || next == ANTLR3_TOKEN_EOF) {
+        return;
+    }
+    recognizer->exConstruct(recognizer);
+    pANTLR3_EXCEPTION ex = recognizer->state->exception;
+    ex->type = ANTLR3_MISMATCHED_TOKEN_EXCEPTION;
+    ex->name = const_cast<char *>(ANTLR3_MISMATCHED_EX_NAME);
+    ex->expecting = CLOSEPAREN;
+    recognizer->state->error = ANTLR3_TRUE;
+}
+
+void kp_recoverToTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_INT_STREAM is = parserStream(recognizer);
+    recognizer->beginResync(recognizer);
+    long depth = 0;
+    for (;;) {
+        const ANTLR3_UINT32 next = is->_LA(is, 1);
+        if (next == ANTLR3_TOKEN_EOF || next == SEMI || (depth == 0 && (next == COMMA || next == CLOSEPAREN))) {
+            break;
+        }
+        if (next == OPENPAREN) {
+            ++depth;
+        } else if (next == CLOSEPAREN) {
+            --depth;
+        }
+        is->consume(is);
+    }
+    recognizer->endResync(recognizer);
+    recognizer->state->lastErrorIndex = is->index(is);
+    recognizer->state->error = ANTLR3_FALSE;
+    recognizer->state->failed = ANTLR3_FALSE;
+}
+
+pANTLR3_BASE_TREE kp_treeEndingInError(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR3_BASE_TREE partial,
+                                       pANTLR3_BASE_TREE errorNode)
+{
+    if (errorNode == nullptr) {
+        return partial;
+    }
+    if (partial == nullptr || (partial->isNilNode(partial) && partial->getChildCount(partial) == 0)) {
+        return errorNode;
+    }
+    pANTLR3_BASE_TREE last = partial;
+    if (partial->isNilNode(partial)) {
+        last = static_cast<pANTLR3_BASE_TREE>(partial->getChild(partial, partial->getChildCount(partial) - 1));
+    }
+    if (last != nullptr && last->getType(last) == ERROR_NODE) {
+        return partial;  // a sub-rule's error already ends the tree
+    }
+    auto root = static_cast<pANTLR3_BASE_TREE>(adaptor->nilNode(adaptor));
+    adaptor->addChild(adaptor, root, partial);
+    adaptor->addChild(adaptor, root, errorNode);
+    return root;
+}
+
+void kp_skipToClosingParenthesis(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_INT_STREAM is = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream->istream;
+    long depth = 0;
+    for (;;) {
+        const ANTLR3_UINT32 next = is->_LA(is, 1);
+        if (next == ANTLR3_TOKEN_EOF || next == SEMI || (next == CLOSEPAREN && depth == 0)) {
+            return;
+        }
+        depth += next == OPENPAREN ? 1 : next == CLOSEPAREN ? -1 : 0;
+        is->consume(is);
+    }
+}
+
+// ---- Tree walker: texts and recovery ------------------------------------------
+
+std::string kp_nodeRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from)
+{
+    pANTLR3_TREE_NODE_STREAM nodes = static_cast<pANTLR3_TREE_PARSER>(recognizer->super)->ctnstream->tnstream;
+    const ANTLR3_MARKER to = nodes->istream->index(nodes->istream);
+    std::string text;
+    bool first = true;
+    for (ANTLR3_MARKER i = from; i < to; ++i) {
+        auto node = static_cast<pANTLR3_BASE_TREE>(nodes->get(nodes, static_cast<ANTLR3_INT32>(i)));
+        if (node == nullptr) {
+            continue;
+        }
+        const ANTLR3_UINT32 type = node->getType(node);
+        if (type == ANTLR3_TOKEN_DOWN || type == ANTLR3_TOKEN_UP || type == ANTLR3_TOKEN_EOF) {
+            continue;
+        }
+        if (!first) {
+            text += ' ';
+        }
+        text += kp_nodeText(node);
+        first = false;
+    }
+    return text;
+}
+
+const std::string *kp_keepText(pANTLR3_BASE_RECOGNIZER recognizer, std::string text)
+{
+    ParseSession *session = kp_session(recognizer);
+    if (session == nullptr) {
+        static thread_local std::string scratch;  // only when walked outside a driver
+        scratch = std::move(text);
+        return &scratch;
+    }
+    return session->addCustomValue(std::move(text));
+}
+
+std::string kp_keptText(const std::string *text)
+{
+    return text != nullptr ? *text : std::string();
+}
+
+bool kp_isWordNode(pANTLR3_BASE_TREE node, const char *upperWord)
+{
+    return node != nullptr && kp_isWord(node->getToken(node), upperWord);
+}
+
+void kp_skipToTableEntryEndInTree(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER entryStart)
+{
+    pANTLR3_TREE_NODE_STREAM nodes = static_cast<pANTLR3_TREE_PARSER>(recognizer->super)->ctnstream->tnstream;
+    pANTLR3_INT_STREAM is = nodes->istream;
+    auto depthChange = [](ANTLR3_UINT32 type) { return type == OPENPAREN ? 1 : type == CLOSEPAREN ? -1 : 0; };
+    long depth = 0;
+    for (ANTLR3_MARKER i = entryStart; i < is->index(is); ++i) {
+        auto node = static_cast<pANTLR3_BASE_TREE>(nodes->get(nodes, static_cast<ANTLR3_INT32>(i)));
+        depth += node != nullptr ? depthChange(node->getType(node)) : 0;
+    }
+    recognizer->beginResync(recognizer);
+    for (;;) {
+        const ANTLR3_UINT32 next = is->_LA(is, 1);
+        if (next == ANTLR3_TOKEN_EOF || next == SEMI || (depth <= 0 && (next == COMMA || next == CLOSEPAREN))) {
+            break;
+        }
+        depth += depthChange(next);
+        is->consume(is);
+    }
+    recognizer->endResync(recognizer);
+    recognizer->state->lastErrorIndex = is->index(is);
+    recognizer->state->error = ANTLR3_FALSE;
+    recognizer->state->failed = ANTLR3_FALSE;
 }

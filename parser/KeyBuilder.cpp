@@ -1,8 +1,10 @@
+// The model side of the key rules of a table definition
+// (treegrammar/58-Keys.g): primary keys, unique constraints, indexes and
+// table-level foreign keys.
 #include "KeyBuilder.h"
 
 #include "Log.h"
 #include "ParseSession.h"
-#include "VellumGrammarCParser.h"
 
 #include <SQLAntlrParser/SQLParserC.h>
 
@@ -11,18 +13,6 @@ using sqlantlr::ParseSession;
 
 namespace {
 
-// Name parts as one line: "(s, t)".
-std::string namePartsText(const std::vector<std::string> *parts)
-{
-    std::string text = "(";
-    if (parts != nullptr) {
-        for (size_t i = 0; i < parts->size(); ++i) {
-            text += (i > 0 ? ", " : "") + (*parts)[i];
-        }
-    }
-    return text + ")";
-}
-
 SQLParserC *driverOf(pANTLR3_BASE_RECOGNIZER recognizer)
 {
     ParseSession *session = kp_session(recognizer);
@@ -30,24 +20,6 @@ SQLParserC *driverOf(pANTLR3_BASE_RECOGNIZER recognizer)
 }
 
 } // namespace
-
-// ---- Parser ----------------------------------------------------------------
-
-void kp_skipToClosingParenthesis(pANTLR3_BASE_RECOGNIZER recognizer)
-{
-    pANTLR3_INT_STREAM is = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream->istream;
-    long depth = 0;
-    for (;;) {
-        const ANTLR3_UINT32 next = is->_LA(is, 1);
-        if (next == ANTLR3_TOKEN_EOF || next == SEMI || (next == CLOSEPAREN && depth == 0)) {
-            return;
-        }
-        depth += next == OPENPAREN ? 1 : next == CLOSEPAREN ? -1 : 0;
-        is->consume(is);
-    }
-}
-
-// ---- Keys and indexes of a table definition --------------------------------
 
 void kp_setPrimaryKeyColumn(SQLTable *table, pANTLR3_BASE_TREE columnName)
 {
@@ -116,8 +88,6 @@ void kp_addTableIndex(SQLTable *table, std::unique_ptr<SQLIndex> index)
     }
 }
 
-// ---- Foreign keys ----------------------------------------------------------
-
 SQLReferentialActions *kp_addTableForeignKey(pANTLR3_BASE_RECOGNIZER recognizer, SQLTable *table,
                                              const std::string *constraintName, pANTLR3_BASE_TREE foreignWord,
                                              const KpForeignKeyClause &clause)
@@ -144,106 +114,4 @@ SQLReferentialActions *kp_addTableForeignKey(pANTLR3_BASE_RECOGNIZER recognizer,
         result->setDeleteAction(clause.deleteAction);
     }
     return result;
-}
-
-// ---- CREATE INDEX ----------------------------------------------------------
-
-std::unique_ptr<SQLIndex> kp_newStatementIndex()
-{
-    return kp_newTableIndex(nullptr);
-}
-
-void kp_setIndexType(SQLIndex *index, const char *indexType)
-{
-    if (index != nullptr) {
-        index->setIndexType(indexType);
-    }
-}
-
-void kp_setIndexNameFromParts(SQLIndex *index, const std::vector<std::string> *nameParts)
-{
-    if (index != nullptr && nameParts != nullptr && !nameParts->empty()) {
-        index->setName(nameParts->back());
-    }
-}
-
-void kp_addIndexToNamedTable(SQLContainer *container, const std::vector<std::string> *tableParts,
-                             std::unique_ptr<SQLIndex> index)
-{
-    if (container == nullptr || tableParts == nullptr || tableParts->empty()) {
-        return;
-    }
-    SQLObject *target = tableParts->size() == 1
-                            ? container->getObjectWithSchema((*tableParts)[0], std::nullopt)
-                            : container->getObjectWithSchema((*tableParts)[1], (*tableParts)[0]);
-    if (auto *table = dynamic_cast<SQLTable *>(target)) {
-        table->add(std::move(index));
-    }
-}
-
-// ---- ALTER TABLE -----------------------------------------------------------
-
-SQLTable *kp_findAlterTarget(SQLContainer *container, const std::vector<std::string> *nameParts)
-{
-    if (container == nullptr || nameParts == nullptr) {
-        return nullptr;
-    }
-    SQLObject *target = nullptr;
-    if (nameParts->size() == 1) {
-        target = container->getObjectByName((*nameParts)[0]);
-    } else if (nameParts->size() == 2) {
-        target = container->getObjectWithSchema((*nameParts)[1], (*nameParts)[0]);
-    }
-    return dynamic_cast<SQLTable *>(target);
-}
-
-SQLTable *kp_alterTargetTable(pANTLR3_BASE_RECOGNIZER recognizer, SQLContainer *container,
-                              const std::vector<std::string> *nameParts, pANTLR3_BASE_TREE tableWord)
-{
-    SQLTable *table = kp_findAlterTarget(container, nameParts);
-    if (table != nullptr || tableWord == nullptr) {
-        return table;
-    }
-    const std::string parts = namePartsText(nameParts);
-    const int line = static_cast<int>(tableWord->getLine(tableWord));
-    const int charPos = static_cast<int>(tableWord->getCharPositionInLine(tableWord));
-    const std::string message = "alter table constraint missing target table " + parts + "," +
-                                std::to_string(line) + "," + std::to_string(charPos);
-    logf("warning: target table is nil %s", parts.c_str());
-    logf("warning: %s", message.c_str());
-    if (ParseSession *session = kp_session(recognizer)) {
-        session->addException(message, line, charPos);
-    }
-    return nullptr;
-}
-
-void kp_takeConstraintName(std::optional<std::string> *current, const std::vector<std::string> *nameParts)
-{
-    if (current != nullptr && nameParts != nullptr && !nameParts->empty()) {
-        *current = nameParts->back();
-    }
-}
-
-const std::string *kp_currentConstraintName(const std::optional<std::string> *current)
-{
-    return current != nullptr && current->has_value() ? &**current : nullptr;
-}
-
-void kp_setPrimaryKeyColumns(SQLTable *table, const std::vector<std::string> *columns)
-{
-    if (table != nullptr && columns != nullptr) {
-        table->setPrimaryKeyToFieldNames(*columns);
-    }
-}
-
-void kp_addUniqueKey(SQLTable *table, pANTLR3_BASE_TREE nameNode, const std::vector<std::string> *columns)
-{
-    if (table == nullptr || columns == nullptr) {
-        return;
-    }
-    std::optional<std::string> name;
-    if (nameNode != nullptr) {
-        name = kp_nodeText(nameNode);
-    }
-    table->addParsedIndexWithName(name, *columns, "UNIQUE");
 }

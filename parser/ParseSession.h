@@ -15,6 +15,7 @@ class SQLParserC;
 namespace sqlantlr {
 
 class TokenWindow;
+class RecognizerPipeline;
 
 struct ParseSession {
     SQLParserC *driver = nullptr;
@@ -29,6 +30,8 @@ struct ParseSession {
     // walked one by one, and follow the parser's records at the end.
     bool deferRecords = false;
     std::vector<SQLParserException> deferredRecords;
+    // The recognizers of the call, while the driver runs one.
+    RecognizerPipeline *pipeline = nullptr;
     // The parser's token stream, when it reads tokens lazily.
     TokenWindow *tokenWindow = nullptr;
     // Parses drop blank tokens; token listings keep every token.

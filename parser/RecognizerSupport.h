@@ -125,7 +125,11 @@ sqlantlr::ParseSession *kp_session(pANTLR3_BASE_RECOGNIZER recognizer);
 // Records an ERROR_NODE met by the walker ("error field ...").
 void kp_reportErrorNode(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE errorNode);
 
-// Helpers of the CREATE TABLE, column and data type rules.
-#include "TableBuilder.h"
-// Helpers of the key, index, foreign key and ALTER TABLE rules.
+// Shared action helpers and the model builders, one per grammar family.
+#include "ActionHelpers.h"
+#include "AlterBuilder.h"
+#include "ColumnBuilder.h"
+#include "IndexBuilder.h"
 #include "KeyBuilder.h"
+#include "ReferenceBuilder.h"
+#include "TableBuilder.h"

@@ -1,7 +1,7 @@
 // The model builder: walks the parser's syntax tree and calls the schema
 // model. The build joins the fragments of this folder, in file-name order,
 // into one tree grammar (VellumTreeGrammarC.g). Actions stay thin: each calls
-// a named helper of parser/ModelBuilder.h.
+// a named helper of one of the builders (parser/*Builder.h, see README).
 tree grammar VellumTreeGrammarC;
 
 options {
@@ -12,5 +12,5 @@ options {
 
 @includes {
 #include "RecognizerSupport.h"
-#include "ModelBuilder.h"
+#include "NameBuilder.h"
 }

@@ -30,6 +30,7 @@ struct SQLTreeNodeStream;
 
 namespace sqlantlr {
 struct ParseSession;
+class RecognizerPipeline;
 }
 
 // One token of a script, as the lexer cut it.
@@ -108,17 +109,36 @@ public:
                                          const std::vector<std::string> &localFieldList,
                                          const std::vector<std::string> &foreignFieldList);
 
-    // Switches a subclass may override.
+    // Switches a subclass may override. useCustomErrorDisplay is asked when
+    // the parser and the tree walker of a parse are made; displayTokenStream
+    // once per parse, before parsing; displayNodeList once for each
+    // statement's syntax tree, before it is walked (and for the whole tree
+    // in parseTree).
     virtual bool useCustomErrorDisplay() const { return true; }
     virtual bool displayNodeList() const { return false; }
     virtual bool displayTokenStream() const { return false; }
 
 protected:
-    // The stages of parseString, in the order it runs them. The returned
-    // handles are owned by the caller's parse and freed by it.
+    // The stages of a parse. What a subclass can rely on:
+    // - parseString and syntaxTreeForString call inputStreamFromString,
+    //   lexerForInputStream and parserForTokenStream once each, in this
+    //   order; tokensForString calls the first two. The returned handles
+    //   belong to the call and are freed by it; nullptr fails the call with
+    //   the stage's error (codes 2, 3, 5).
+    // - parseString parses the script one statement at a time and calls
+    //   walkStatement for every statement that built a syntax tree, in
+    //   script order, all into the one container the parse returns.
+    // - parseTree (and from it parseTreeStream) walk a whole syntax tree into
+    //   a new container. parseString calls parseTree only for a script with
+    //   no statement at all (blank or only comments); they are kept for
+    //   subclasses that walk a tree of their own.
     virtual SQLInputStream *inputStreamFromString(std::u16string_view text);
     virtual SQLLexer *lexerForInputStream(SQLInputStream *input);
     virtual SQLRecognizer *parserForTokenStream(SQLTokenStream *tokens);
+    // Walks one statement's syntax tree into the parse's container; false
+    // with *error set fails the parse. The default walks it with the tree
+    // walker that serves every statement of the parse.
+    virtual bool walkStatement(SQLSyntaxTree *tree, SQLContainer &container, KpError *error);
     virtual std::unique_ptr<SQLContainer> parseTree(SQLSyntaxTree *tree, KpError *error);
     virtual std::unique_ptr<SQLContainer> parseTreeStream(SQLTreeNodeStream *nodes, KpError *error);
     // Debugging dumps into the log sink.
@@ -127,13 +147,12 @@ protected:
 
 private:
     // Parses and walks the script one statement at a time.
-    std::unique_ptr<SQLContainer> parseStatements(SQLRecognizer *parser, KpError *error);
-    // Hands the handler how far the parse has got.
-    void reportProgress(SQLRecognizer *parser, const SQLContainer &container) const;
+    std::unique_ptr<SQLContainer> parseStatements(sqlantlr::RecognizerPipeline &pipeline, KpError *error);
     // Walks a syntax tree into the container; false when no walker could be made.
     bool walkTree(SQLTreeNodeStream *nodes, SQLContainer &container, KpError *error);
 
     friend struct sqlantlr::ParseSession;
+    friend class sqlantlr::RecognizerPipeline;
     std::vector<SQLParserException> exceptionsList_;
     sqlantlr::ParseSession *session_ = nullptr;  // the parse in progress, if any
     std::function<void(const SQLParseProgress &)> progressHandler_;

@@ -1,4 +1,5 @@
-#include "ModelBuilder.h"
+// The name-part lists of the name rules (treegrammar/90-Names.g).
+#include "NameBuilder.h"
 
 #include "ParseSession.h"
 #include "VellumTreeGrammarC.h"

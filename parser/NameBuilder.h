@@ -1,5 +1,5 @@
-// Helpers that the tree walker's actions call to build the schema model. Each
-// says what happens to the model; the walker only matches and dispatches.
+// Model helpers of the name rules (treegrammar/90-Names.g): the name-part
+// lists that qualified names and column lists return.
 #pragma once
 
 #include "RecognizerSupport.h"

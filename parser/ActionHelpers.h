@@ -1,0 +1,64 @@
+// Helpers that parser and walker actions of several rules share: the source
+// text that DEFAULT and CHECK tokens carry from the parser to the walker, the
+// parser's recovery inside a table definition and its skips, and the
+// walker's flat-run texts and entry recovery.
+#pragma once
+
+#include "RecognizerSupport.h"
+
+#include <string>
+
+// ---- Parser ----------------------------------------------------------------
+
+// The input's characters from the start of `start` to the end of `stop`,
+// hidden blanks and comments included; empty when the span is empty (stop
+// before start) or has no place in the input.
+std::string kp_sourceText(pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop);
+
+// Attaches the source text of the span start..stop to the carrying token
+// (its custom pointer, a const std::string * kept by the parse session).
+void setCustomStringValueOnToken(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN carrier,
+                                 pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop);
+
+// The source text that setCustomStringValueOnToken attached to a node's
+// token, or nullptr.
+const std::string *kp_customValue(pANTLR3_BASE_TREE node);
+
+// An entry of a table's column list ends at COMMA or CLOSEPAREN (SEMI and
+// the end of input are left to the statement). Anything else raises a
+// mismatch expecting CLOSEPAREN at the next token.
+void kp_requireTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer);
+
+// Recovery of a broken table entry: skips to the COMMA or CLOSEPAREN that
+// ends it, passing over balanced parentheses, and stops early at SEMI or
+// the end of input.
+void kp_recoverToTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer);
+
+
+// The tree read before an error, followed by the error node (one error node
+// at the end at most).
+pANTLR3_BASE_TREE kp_treeEndingInError(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR3_BASE_TREE partial,
+                                       pANTLR3_BASE_TREE errorNode);
+
+// Consumes the tokens after an OPENPAREN up to the CLOSEPAREN that closes it,
+// which is left; stops early at SEMI or the end of input.
+void kp_skipToClosingParenthesis(pANTLR3_BASE_RECOGNIZER recognizer);
+
+// ---- Tree walker -----------------------------------------------------------
+
+// The texts of the nodes from stream index `from` up to the current one,
+// joined by one blank: the rendering of a flat run such as a column type.
+std::string kp_nodeRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from);
+// Keeps a text for the rest of the parse.
+const std::string *kp_keepText(pANTLR3_BASE_RECOGNIZER recognizer, std::string text);
+// A kept text, empty for nullptr.
+std::string kp_keptText(const std::string *text);
+// Case-insensitive check of a node's STRING text against an upper-case word.
+bool kp_isWordNode(pANTLR3_BASE_TREE node, const char *upperWord);
+
+// The walker's recovery of a broken table entry (a key or index whose tree
+// holds an error node where a token was due): skips the nodes up to the
+// COMMA or CLOSEPAREN that ends the entry begun at node index `entryStart`,
+// parentheses balanced from there, stopping early at SEMI or the end of the
+// nodes, and clears the error so that the table's next entries are walked.
+void kp_skipToTableEntryEndInTree(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER entryStart);

@@ -1,0 +1,110 @@
+// The model side of the column, data type and expression rules
+// (treegrammar/30-Columns.g, 40-DataTypes.g, 50-Expressions.g): each column
+// becomes a field of the current table, its options become field settings.
+#include "ColumnBuilder.h"
+
+#include "Log.h"
+#include "ParseSession.h"
+
+#include <SQLAntlrParser/SQLParserC.h>
+#include <SchemaModel/SchemaModel.h>
+
+using sqlantlr::logf;
+using sqlantlr::ParseSession;
+
+SQLField *kp_addField(pANTLR3_BASE_RECOGNIZER recognizer, SQLTable *table, pANTLR3_BASE_TREE nameNode,
+                      const std::string &type, bool accepted)
+{
+    if (!accepted || table == nullptr || nameNode == nullptr) {
+        return nullptr;
+    }
+    std::unique_ptr<SQLField> field = SQLField::fieldWithName(kp_nodeText(nameNode), type);
+    const std::string nameBeforeAdding = field->getName();
+    bool didRename = false;
+    SQLField *added = table->addWithRenaming(std::move(field), &didRename);
+    ParseSession *session = kp_session(recognizer);
+    if (didRename && added != nullptr && session != nullptr && session->driver != nullptr) {
+        session->driver->addDuplicateFieldExceptionMessage(*added, *table, nameBeforeAdding,
+                                                           static_cast<int>(nameNode->getLine(nameNode)),
+                                                           static_cast<int>(nameNode->getCharPositionInLine(nameNode)));
+    }
+    return added;
+}
+
+void kp_traceRejectedType(pANTLR3_BASE_RECOGNIZER, pANTLR3_BASE_TREE typeWord)
+{
+    if (typeWord == nullptr) {
+        return;
+    }
+    logf(" Tree Parser : syntax not recognized... type %s at [%u:%u] is not taken; the column is not built\n",
+         kp_nodeText(typeWord).c_str(), typeWord->getLine(typeWord), typeWord->getCharPositionInLine(typeWord));
+}
+
+void kp_setPrimaryKey(SQLField *field)
+{
+    if (field != nullptr) {
+        field->setPrimaryKey(true);
+    }
+}
+
+void kp_setNotNull(SQLField *field)
+{
+    if (field != nullptr) {
+        field->setNotNull(true);
+    }
+}
+
+void kp_setAutoIncrement(SQLField *field)
+{
+    if (field != nullptr) {
+        field->setAutoIncrement(true);
+    }
+}
+
+void kp_setFieldFlag(SQLField *field, const char *key)
+{
+    if (field != nullptr) {
+        field->setPropertyAsBoolean(key, true);
+    }
+}
+
+void kp_setFieldProperty(SQLField *field, const char *key, pANTLR3_BASE_TREE value)
+{
+    if (field != nullptr && value != nullptr) {
+        field->setProperty(key, kp_nodeText(value));
+    }
+}
+
+void kp_setFieldProperty(SQLField *field, const char *key, const std::string &value)
+{
+    if (field != nullptr) {
+        field->setProperty(key, value);
+    }
+}
+
+void kp_setDefaultFromToken(SQLField *field, pANTLR3_BASE_TREE defaultNode)
+{
+    const std::string *value = kp_customValue(defaultNode);
+    if (field != nullptr && value != nullptr) {
+        field->setDefaultValueFromParsedString(*value);
+    }
+}
+
+void kp_addCheckConstraintFromToken(SQLObject *target, pANTLR3_BASE_TREE checkNode, const std::string *name)
+{
+    const std::string *expression = kp_customValue(checkNode);
+    if (expression == nullptr || target == nullptr) {
+        return;
+    }
+    auto makeConstraint = [&] {
+        std::unique_ptr<SQLConstraint> constraint = SQLConstraint::constraint();
+        constraint->setName(name != nullptr ? *name : std::string("cons_check"));
+        constraint->setCheckConstraintExpression(*expression);
+        return constraint;
+    };
+    if (auto *table = dynamic_cast<SQLTable *>(target)) {
+        table->addCheckConstraint(makeConstraint());
+    } else if (auto *field = dynamic_cast<SQLField *>(target)) {
+        field->addCheckConstraint(makeConstraint());
+    }
+}

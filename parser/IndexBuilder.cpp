@@ -1,0 +1,39 @@
+// The model side of CREATE INDEX (treegrammar/65-IndexSequence.g).
+#include "IndexBuilder.h"
+
+#include "KeyBuilder.h"
+
+#include <SchemaModel/SchemaModel.h>
+
+std::unique_ptr<SQLIndex> kp_newStatementIndex()
+{
+    return kp_newTableIndex(nullptr);
+}
+
+void kp_setIndexType(SQLIndex *index, const char *indexType)
+{
+    if (index != nullptr) {
+        index->setIndexType(indexType);
+    }
+}
+
+void kp_setIndexNameFromParts(SQLIndex *index, const std::vector<std::string> *nameParts)
+{
+    if (index != nullptr && nameParts != nullptr && !nameParts->empty()) {
+        index->setName(nameParts->back());
+    }
+}
+
+void kp_addIndexToNamedTable(SQLContainer *container, const std::vector<std::string> *tableParts,
+                             std::unique_ptr<SQLIndex> index)
+{
+    if (container == nullptr || tableParts == nullptr || tableParts->empty()) {
+        return;
+    }
+    SQLObject *target = tableParts->size() == 1
+                            ? container->getObjectWithSchema((*tableParts)[0], std::nullopt)
+                            : container->getObjectWithSchema((*tableParts)[1], (*tableParts)[0]);
+    if (auto *table = dynamic_cast<SQLTable *>(target)) {
+        table->add(std::move(index));
+    }
+}

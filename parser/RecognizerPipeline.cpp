@@ -1,0 +1,427 @@
+#include "RecognizerPipeline.h"
+
+#include "Log.h"
+#include "RecognizerSupport.h"
+#include "TokenWindow.h"
+#include "VellumGrammarCLexer.h"
+#include "VellumGrammarCParser.h"
+#include "VellumTreeGrammarC.h"
+
+#include <SchemaModel/SchemaModel.h>
+
+using sqlantlr::logf;
+
+namespace sqlantlr {
+
+namespace {
+
+constexpr ANTLR3_UINT32 streamSizeHint = 1025;
+
+pANTLR3_INPUT_STREAM asInput(SQLInputStream *handle) { return reinterpret_cast<pANTLR3_INPUT_STREAM>(handle); }
+pVellumGrammarCLexer asLexer(SQLLexer *handle) { return reinterpret_cast<pVellumGrammarCLexer>(handle); }
+pANTLR3_COMMON_TOKEN_STREAM asTokens(SQLTokenStream *handle)
+{
+    return reinterpret_cast<pANTLR3_COMMON_TOKEN_STREAM>(handle);
+}
+pVellumGrammarCParser asParser(SQLRecognizer *handle) { return reinterpret_cast<pVellumGrammarCParser>(handle); }
+pANTLR3_BASE_TREE asTree(SQLSyntaxTree *handle) { return reinterpret_cast<pANTLR3_BASE_TREE>(handle); }
+pANTLR3_COMMON_TREE_NODE_STREAM asNodes(SQLTreeNodeStream *handle)
+{
+    return reinterpret_cast<pANTLR3_COMMON_TREE_NODE_STREAM>(handle);
+}
+SQLSyntaxTree *treeHandle(pANTLR3_BASE_TREE tree) { return reinterpret_cast<SQLSyntaxTree *>(tree); }
+
+// The runtime leaves the end-of-input token at position 0 of its line; place
+// it after the last character so that errors there point at the right spot.
+pANTLR3_COMMON_TOKEN nextTokenPlacingEnd(pANTLR3_TOKEN_SOURCE source)
+{
+    auto lexer = static_cast<pANTLR3_LEXER>(source->super);
+    auto session = static_cast<ParseSession *>(lexer->rec->state->userp);
+    pANTLR3_COMMON_TOKEN token = session->lexerNextToken(source);
+    if (token != nullptr && token->type == ANTLR3_TOKEN_EOF) {
+        token->line = lexer->input->line;
+        token->charPosition = lexer->input->charPositionInLine;
+    }
+    return token;
+}
+
+// Every token type can start a statement, so after an error inside a
+// statement, recovery stops at the first token that may begin the next one:
+// the follow set the script rule's statement loop gives its statements.
+struct StatementFollowSet {
+    ANTLR3_BITWORD words[(kp_parserTokenCount + 63) / 64] = {};
+    ANTLR3_BITSET_LIST list{};
+    StatementFollowSet()
+    {
+        for (ANTLR3_UINT32 type = 4; type < kp_parserTokenCount; ++type) {
+            words[type / 64] |= ANTLR3_BITWORD(1) << (type % 64);
+        }
+        list.bits = words;
+        list.length = static_cast<ANTLR3_UINT32>(sizeof words / sizeof words[0]);
+    }
+};
+
+// A tree walker over the nodes with the driver's hooks, or nullptr.
+pVellumTreeGrammarC newWalker(pANTLR3_COMMON_TREE_NODE_STREAM nodes, bool customErrorDisplay, ParseSession *session,
+                              KpError *error)
+{
+    pVellumTreeGrammarC walker = VellumTreeGrammarCNew(nodes);
+    if (walker == nullptr) {
+        KpError::handleErrorWithLocalizedString("Failed to create the tree parser (out of memory)", KpErrorTreeParser,
+                                                error);
+        return nullptr;
+    }
+    pANTLR3_BASE_RECOGNIZER recognizer = walker->pTreeParser->rec;
+    recognizer->displayRecognitionError = kp_parser_displayRecognitionError;
+    if (customErrorDisplay) {
+        recognizer->getMissingSymbol = kp_tree_getMissingSymbol;
+        recognizer->recoverFromMismatchedToken = kp_recoverFromMismatchedToken;
+        recognizer->recover = kp_parser_recover2;
+    }
+    recognizer->state->userp = session;
+    return walker;
+}
+
+} // namespace
+
+// One tree node stream and one walker serve every statement of a parse:
+// making them allocates pools of nodes and tokens, too much to repeat for
+// each statement.
+struct StatementWalker {
+    bool customErrorDisplay;
+    ParseSession *session;
+    pANTLR3_COMMON_TREE_NODE_STREAM nodes = nullptr;
+    pVellumTreeGrammarC walker = nullptr;
+
+    StatementWalker(bool custom, ParseSession *parseSession)
+        : customErrorDisplay(custom), session(parseSession)
+    {
+    }
+    ~StatementWalker()
+    {
+        if (walker != nullptr) {
+            walker->free(walker);
+        }
+        if (nodes != nullptr) {
+            nodes->free(nodes);
+        }
+    }
+    StatementWalker(const StatementWalker &) = delete;
+    StatementWalker &operator=(const StatementWalker &) = delete;
+
+    bool walk(pANTLR3_BASE_TREE tree, SQLContainer &container, KpError *error)
+    {
+        if (nodes == nullptr) {
+            nodes = antlr3CommonTreeNodeStreamNewTree(tree, streamSizeHint);
+            if (nodes == nullptr) {
+                logf("empty tree to parse");
+                KpError::handleErrorWithLocalizedString("Tried to parse empty Tree", KpErrorEmptyTree, error);
+                return false;
+            }
+            walker = newWalker(nodes, customErrorDisplay, session, error);
+            if (walker == nullptr) {
+                return false;
+            }
+        } else {
+            // Point the stream at the new tree, as a new stream would start,
+            // and clear what a new walker would not know about.
+            nodes->nodes->clear(nodes->nodes);
+            nodes->root = tree;
+            nodes->p = -1;
+            nodes->currentNode = nullptr;
+            nodes->previousNode = nullptr;
+            nodes->currentChildIndex = 0;
+            nodes->absoluteNodeIndex = 0;
+            nodes->reset(nodes);
+            pANTLR3_RECOGNIZER_SHARED_STATE state = walker->pTreeParser->rec->state;
+            state->lastErrorIndex = -1;
+            state->errorRecovery = ANTLR3_FALSE;
+            state->error = ANTLR3_FALSE;
+            state->failed = ANTLR3_FALSE;
+        }
+        walker->schema(walker, &container);
+        return true;
+    }
+};
+
+SQLInputStream *newInputStream(std::u16string_view text)
+{
+    static const char16_t empty[1] = {u'\0'};
+    const char16_t *data = text.empty() ? empty : text.data();
+    pANTLR3_INPUT_STREAM input =
+        antlr3StringStreamNew(reinterpret_cast<pANTLR3_UINT8>(const_cast<char16_t *>(data)), ANTLR3_ENC_UTF16,
+                              static_cast<ANTLR3_UINT32>(text.size() * sizeof(char16_t)),
+                              reinterpret_cast<pANTLR3_UINT8>(const_cast<char *>("-memory-")));
+    if (input == nullptr) {
+        return nullptr;
+    }
+    input->istream->_LA = lc_antlr3UCS2LA;
+    input->istream->consume = kp_utf16Consume;
+    input->reset(input);  // line 1, position 0 at the first unit
+    return reinterpret_cast<SQLInputStream *>(input);
+}
+
+SQLLexer *newLexer(SQLInputStream *input, ParseSession *session)
+{
+    pVellumGrammarCLexer lexer = VellumGrammarCLexerNew(asInput(input));
+    if (lexer == nullptr) {
+        return nullptr;
+    }
+    // Creating the lexer leaves the stream one position before the first
+    // character of line 1; the first character is at position 0.
+    pANTLR3_INPUT_STREAM stream = asInput(input);
+    if (stream->nextChar == stream->data) {
+        stream->charPositionInLine = 0;
+    }
+    pANTLR3_BASE_RECOGNIZER recognizer = lexer->pLexer->rec;
+    // The runtime's own display cannot read UTF-16 input: always replace it.
+    recognizer->displayRecognitionError = kp_lexer_displayRecognitionError;
+    if (session != nullptr) {
+        recognizer->state->userp = session;
+        session->lexerNextToken = recognizer->state->tokSource->nextToken;
+        recognizer->state->tokSource->nextToken = nextTokenPlacingEnd;
+    }
+    return reinterpret_cast<SQLLexer *>(lexer);
+}
+
+SQLRecognizer *newParser(SQLTokenStream *tokens, ParseSession *session, bool customErrorDisplay)
+{
+    pVellumGrammarCParser parser = VellumGrammarCParserNew(asTokens(tokens));
+    if (parser == nullptr) {
+        return nullptr;
+    }
+    pANTLR3_BASE_RECOGNIZER recognizer = parser->pParser->rec;
+    recognizer->displayRecognitionError = kp_parser_displayRecognitionError;
+    if (customErrorDisplay) {
+        recognizer->recover = kp_parser_recover2;
+        recognizer->state->userp = session;
+        parser->adaptor->errorNode = kp_errorNode;
+    }
+    return reinterpret_cast<SQLRecognizer *>(parser);
+}
+
+void logTokenStream(SQLTokenStream *handle)
+{
+    pANTLR3_COMMON_TOKEN_STREAM tokens = asTokens(handle);
+    pANTLR3_TOKEN_STREAM stream = tokens->tstream;
+    if (TokenWindow *window = TokenWindow::of(stream)) {
+        window->readAll();
+        logf("%ld tokens found", static_cast<long>(window->readCount()));
+        for (ANTLR3_MARKER i = 0; i < window->readCount(); ++i) {
+            logf("%ld: %s", static_cast<long>(i), kp_tokenText(window->raw(i)).c_str());
+        }
+        return;
+    }
+    stream->_LT(stream, 1);
+    pANTLR3_VECTOR vector = tokens->tokens;
+    if (vector == nullptr) {
+        logf("tokens appear to be null");
+        return;
+    }
+    logf("%u tokens found", vector->count);
+    for (ANTLR3_UINT32 i = 0; i < vector->count; ++i) {
+        logf("%u: %s", i, kp_tokenText(static_cast<pANTLR3_COMMON_TOKEN>(vector->get(vector, i))).c_str());
+    }
+}
+
+std::string syntaxTreeString(SQLSyntaxTree *tree)
+{
+    return AntlrTreeString(asTree(tree));
+}
+
+void logSyntaxTree(SQLSyntaxTree *tree)
+{
+    const std::string text = syntaxTreeString(tree);
+    if (text.empty()) {
+        logf("tree string is nil");
+    } else {
+        logf("Nodes: %s\n--\n", text.c_str());
+    }
+}
+
+SQLTreeNodeStream *newTreeNodeStream(SQLSyntaxTree *tree)
+{
+    return reinterpret_cast<SQLTreeNodeStream *>(antlr3CommonTreeNodeStreamNewTree(asTree(tree), streamSizeHint));
+}
+
+void freeTreeNodeStream(SQLTreeNodeStream *handle)
+{
+    if (pANTLR3_COMMON_TREE_NODE_STREAM nodes = asNodes(handle)) {
+        nodes->free(nodes);
+    }
+}
+
+bool walkTreeStream(SQLTreeNodeStream *handle, SQLContainer &container, ParseSession *session,
+                    bool customErrorDisplay, KpError *error)
+{
+    pVellumTreeGrammarC walker = newWalker(asNodes(handle), customErrorDisplay, session, error);
+    if (walker == nullptr) {
+        return false;
+    }
+    walker->schema(walker, &container);
+    walker->free(walker);
+    return true;
+}
+
+RecognizerPipeline::RecognizerPipeline(SQLParserC &driver, Use use)
+    : driver_(driver), previousSession_(driver.session_), use_(use)
+{
+    session_.driver = &driver;
+    session_.pipeline = this;
+    if (use == Use::Parse) {
+        session_.stackBase = static_cast<const char *>(__builtin_frame_address(0));
+        session_.dropBlanks = true;
+    }
+    driver_.session_ = &session_;
+}
+
+RecognizerPipeline::~RecognizerPipeline()
+{
+    walker_.reset();
+    if (parser_ != nullptr) {
+        asParser(parser_)->free(asParser(parser_));
+    }
+    window_.reset();  // before the stream whose functions it replaced
+    if (tokens_ != nullptr) {
+        asTokens(tokens_)->free(asTokens(tokens_));
+    }
+    if (lexer_ != nullptr) {
+        asLexer(lexer_)->free(asLexer(lexer_));
+    }
+    if (input_ != nullptr) {
+        asInput(input_)->close(asInput(input_));
+    }
+    driver_.session_ = previousSession_;
+}
+
+bool RecognizerPipeline::openTokens(std::u16string_view text, KpError *error)
+{
+    input_ = driver_.inputStreamFromString(text);
+    if (input_ == nullptr) {
+        KpError::handleErrorWithLocalizedString("Failed to create parser input stream (out of memory?)",
+                                                KpErrorInputStream, error);
+        return false;
+    }
+    lexer_ = driver_.lexerForInputStream(input_);
+    if (lexer_ == nullptr) {
+        KpError::handleErrorWithLocalizedString("Failed to create the lexer (malloc failure)", KpErrorLexer, error);
+        return false;
+    }
+    tokens_ = reinterpret_cast<SQLTokenStream *>(
+        antlr3CommonTokenStreamSourceNew(streamSizeHint, TOKENSOURCE(asLexer(lexer_))));
+    if (tokens_ == nullptr) {
+        KpError::handleErrorWithLocalizedString("Failed to create token stream (out of memory?)", KpErrorTokenStream,
+                                                error);
+        return false;
+    }
+    if (use_ == Use::Parse) {
+        window_ = std::make_unique<TokenWindow>(asTokens(tokens_), asLexer(lexer_)->pLexer);
+    }
+    return true;
+}
+
+bool RecognizerPipeline::openParser(KpError *error)
+{
+    parser_ = driver_.parserForTokenStream(tokens_);
+    if (parser_ == nullptr) {
+        KpError::handleErrorWithLocalizedString("Failed to allocate parser (out of memory?)", KpErrorParser, error);
+        return false;
+    }
+    return true;
+}
+
+SQLTokenStream *RecognizerPipeline::tokenStream() const
+{
+    return tokens_;
+}
+
+std::vector<SQLToken> RecognizerPipeline::tokenList()
+{
+    std::vector<SQLToken> result;
+    pANTLR3_TOKEN_STREAM stream = asTokens(tokens_)->tstream;
+    stream->_LT(stream, 1);  // the stream reads the whole input on first use
+    pANTLR3_VECTOR vector = asTokens(tokens_)->tokens;
+    result.reserve(vector->count);
+    for (ANTLR3_UINT32 i = 0; i < vector->count; ++i) {
+        auto token = static_cast<pANTLR3_COMMON_TOKEN>(vector->get(vector, i));
+        SQLToken info;
+        info.index = static_cast<long>(i);
+        info.type = static_cast<int>(token->type);
+        info.name = token->type < kp_parserTokenCount
+                        ? reinterpret_cast<const char *>(VellumGrammarCParserTokenNames[token->type])
+                        : "<unknown>";
+        info.channel = static_cast<int>(token->channel);
+        info.line = static_cast<int>(token->line);
+        info.pos = token->charPosition;
+        info.text = kp_tokenText(token);
+        result.push_back(std::move(info));
+    }
+    return result;
+}
+
+bool RecognizerPipeline::atEnd() const
+{
+    pANTLR3_INT_STREAM stream = asParser(parser_)->pParser->tstream->istream;
+    return stream->_LA(stream, 1) == ANTLR3_TOKEN_EOF;
+}
+
+SQLParseProgress RecognizerPipeline::progress() const
+{
+    // A token's start is a pointer into its input's text.
+    pANTLR3_TOKEN_STREAM stream = asParser(parser_)->pParser->tstream;
+    pANTLR3_COMMON_TOKEN next = stream->_LT(stream, 1);
+    SQLParseProgress progress;
+    if (next != nullptr && next->input != nullptr && next->input->data != nullptr) {
+        const auto *data = static_cast<const char *>(next->input->data);
+        const auto *start = reinterpret_cast<const char *>(next->start);
+        progress.total = next->input->sizeBuf;
+        progress.done = next->type == ANTLR3_TOKEN_EOF || start < data || start > data + progress.total
+                            ? progress.total
+                            : static_cast<std::size_t>(start - data);
+    }
+    return progress;
+}
+
+SQLSyntaxTree *RecognizerPipeline::parseScript()
+{
+    pVellumGrammarCParser parser = asParser(parser_);
+    return treeHandle(parser->schema(parser).tree);
+}
+
+SQLSyntaxTree *RecognizerPipeline::parseStatement()
+{
+    static const StatementFollowSet follow;
+    pVellumGrammarCParser parser = asParser(parser_);
+    pANTLR3_STACK following = parser->pParser->rec->state->following;
+    following->push(following, const_cast<ANTLR3_BITSET_LIST *>(&follow.list), nullptr);
+    VellumGrammarCParser_schemaEntry_return entry = parser->schemaEntry(parser);
+    following->pop(following);
+    return treeHandle(entry.tree);
+}
+
+bool RecognizerPipeline::walkStatement(SQLSyntaxTree *tree, SQLContainer &container, KpError *error)
+{
+    if (walker_ == nullptr) {
+        walker_ = std::make_unique<StatementWalker>(driver_.useCustomErrorDisplay(), &session_);
+    }
+    return walker_->walk(asTree(tree), container, error);
+}
+
+void RecognizerPipeline::releaseFinishedStatements()
+{
+    pANTLR3_BASE_TREE_ADAPTOR adaptor = asParser(parser_)->adaptor;
+    auto common = static_cast<pANTLR3_COMMON_TREE_ADAPTOR>(adaptor->super);
+    pANTLR3_ARBORETUM fresh = antlr3ArboretumNew(adaptor->strFactory);
+    if (fresh != nullptr) {  // else keep the old factory; memory is only held longer
+        common->arboretum->close(common->arboretum);
+        common->arboretum = fresh;
+        if (adaptor->tokenFactory != nullptr) {
+            adaptor->tokenFactory->reset(adaptor->tokenFactory);
+        }
+    }
+    if (window_ != nullptr) {
+        window_->releaseConsumed();
+    }
+}
+
+} // namespace sqlantlr
