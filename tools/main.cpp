@@ -16,6 +16,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -190,15 +192,25 @@ int runModel(const InputOptions &input, bool pretty)
 }
 
 // "[line:pos] message" as "FILE:LINE:COL: message", the column from 1.
+// Parsed by hand: a record's message may be long.
 std::string compilerStyle(const FileRecord &record)
 {
-    static const std::regex located(R"(^\[(\d+):(\d+)\] ?([\s\S]*)$)");
-    std::smatch match;
-    if (!std::regex_match(record.reason, match, located)) {
-        return displayName(record.file) + ": " + record.reason;
+    const std::string &reason = record.reason;
+    const std::size_t colon = reason.find(':');
+    const std::size_t close = reason.find(']');
+    const auto digits = [&](std::size_t from, std::size_t to) {
+        return to > from && to - from <= 9 &&
+               std::all_of(reason.begin() + static_cast<std::ptrdiff_t>(from),
+                           reason.begin() + static_cast<std::ptrdiff_t>(to),
+                           [](unsigned char c) { return std::isdigit(c) != 0; });
+    };
+    if (reason.empty() || reason[0] != '[' || colon == std::string::npos || close == std::string::npos ||
+        !digits(1, colon) || !digits(colon + 1, close)) {
+        return displayName(record.file) + ": " + reason;
     }
-    return displayName(record.file) + ":" + match[1].str() + ":" + std::to_string(std::stol(match[2].str()) + 1) +
-           ": " + match[3].str();
+    const std::size_t text = close + 1 < reason.size() && reason[close + 1] == ' ' ? close + 2 : close + 1;
+    return displayName(record.file) + ":" + reason.substr(1, colon - 1) + ":" +
+           std::to_string(std::stol(reason.substr(colon + 1, close - colon - 1)) + 1) + ": " + reason.substr(text);
 }
 
 int runCheck(const InputOptions &input, std::size_t maxRecords)
@@ -343,7 +355,8 @@ std::string versionText()
 void addInputOptions(CLI::App &command, InputOptions &input, bool &trace)
 {
     command.add_option("FILE", input.files, "SQL scripts, parsed in order into one model (- is standard input)")
-        ->required();
+        ->required()
+        ->type_name("FILE");
     command.add_flag("--trace", trace, "Send the library's traces to standard error");
     command.add_flag("-q,--quiet", input.quiet, "No progress line, notes or warnings on standard error");
 }
@@ -377,7 +390,8 @@ int main(int argc, char **argv)
     CLI::App *check = app.add_subcommand(
         "check", "Print every record as FILE:LINE:COL: message (column from 1); exit 0 without records, 3 with "
                  "records, 1 when a file cannot be read or parsed (the other files are still checked)");
-    check->add_option("--max", maxRecords, "Stop after N records")->check(CLI::Range(std::size_t{1}, std::size_t{1000000000}));
+    check->add_option("--max", maxRecords, "Stop after N records")->check(CLI::Range(std::size_t{1}, std::size_t{1000000000}))
+        ->type_name("N");
     addInputOptions(*check, input, trace);
 
     DiagramRequest request;
@@ -390,11 +404,13 @@ int main(int argc, char **argv)
     diagram->add_option("--format", request.format,
                         "svg (default), png, dot (Graphviz source) or mermaid (erDiagram for Markdown); without "
                         "it, -o's extension .png, .dot/.gv or .mmd picks the format")
-        ->check(CLI::IsMember({"svg", "png", "dot", "mermaid"}));
-    diagram->add_option("-o,--output", request.output, "Write to FILE instead of standard output");
-    diagram->add_option("--schema", schemaFilter, "Only objects of schema NAME (any case)");
+        ->check(CLI::IsMember({"svg", "png", "dot", "mermaid"}))
+        ->type_name("FORMAT");
+    diagram->add_option("-o,--output", request.output, "Write to OUT instead of standard output")->type_name("OUT");
+    diagram->add_option("--schema", schemaFilter, "Only objects of schema NAME (any case)")->type_name("NAME");
     diagram->add_option("--tables", tablesFilter,
-                        "Only objects whose name or schema.name contains a match of REGEX (ECMAScript, any case)");
+                        "Only objects whose name or schema.name contains a match of REGEX (ECMAScript, any case)")
+        ->type_name("REGEX");
     addInputOptions(*diagram, input, trace);
 
     std::string file;
