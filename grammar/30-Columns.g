@@ -45,9 +45,9 @@ optionList
     : optionEntry ( COMMA optionEntry )*
     ;
 
+// Any other token is a mismatched set.
 optionEntry
-    : STRING
-    | QUOTED_STRING ( type_precision )?
+    : ( STRING | QUOTED_STRING ) ( type_precision )?
     ;
 
 fieldOptions

@@ -20,7 +20,8 @@ tablePKey
     : tablePKeyEntry ( COMMA tablePKeyEntry )*
     ;
 
-// A bare column name: no prefix length (that form belongs to indexes).
+// A bare column name: no prefix length (that form belongs to indexes). A
+// sort order is reported and dropped; the key keeps the column.
 tablePKeyEntry
     : objectName ( keySortOrder )?
     ;
@@ -30,7 +31,7 @@ keyClustering
     ;
 
 keySortOrder
-    : ( 'ASC' | 'DESC' ) ->
+    : order=( 'ASC' | 'DESC' ) { kp_reportDroppedToken(RECOGNIZER, $order); } ->
     ;
 
 foreignKeyConstraint

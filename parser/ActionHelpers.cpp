@@ -109,6 +109,18 @@ std::string kp_tokenText(pANTLR3_COMMON_TOKEN token)
     return kp_utf16Slice(reinterpret_cast<const char16_t *>(start), static_cast<size_t>(end - start) / 2);
 }
 
+bool kp_isRecoveryNode(pANTLR3_BASE_TREE node)
+{
+    if (node == nullptr) {
+        return false;
+    }
+    if (node->getType(node) == ERROR_NODE) {
+        return true;
+    }
+    pANTLR3_COMMON_TOKEN token = node->getToken(node);
+    return token != nullptr && token->user1 == kp_recoveryMark;
+}
+
 std::string kp_nodeText(pANTLR3_BASE_TREE node)
 {
     if (node == nullptr) {
@@ -264,7 +276,13 @@ void setCustomStringValueOnToken(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COM
     if (carrier == nullptr || session == nullptr) {
         return;
     }
-    carrier->custom = const_cast<std::string *>(session->addCustomValue(kp_sourceText(start, stop)));
+    // A value that failed to parse before its first token has no text: the
+    // carrier then carries none, and the value stays unset.
+    std::string text = kp_sourceText(start, stop);
+    if (text.empty()) {
+        return;
+    }
+    carrier->custom = const_cast<std::string *>(session->addCustomValue(std::move(text)));
 }
 
 const std::string *kp_customValue(pANTLR3_BASE_TREE node)
@@ -375,6 +393,9 @@ std::string kp_nodeRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER fro
         if (type == ANTLR3_TOKEN_DOWN || type == ANTLR3_TOKEN_UP || type == ANTLR3_TOKEN_EOF) {
             continue;
         }
+        if (kp_isRecoveryNode(node)) {
+            return {};
+        }
         if (!first) {
             text += ' ';
         }
@@ -395,9 +416,13 @@ const std::string *kp_keepText(pANTLR3_BASE_RECOGNIZER recognizer, std::string t
     return session->addCustomValue(std::move(text));
 }
 
-std::string kp_keptText(const std::string *text)
+const std::string *kp_keepRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from, bool parenthesised)
 {
-    return text != nullptr ? *text : std::string();
+    std::string text = kp_nodeRunText(recognizer, from);
+    if (text.empty()) {
+        return nullptr;
+    }
+    return kp_keepText(recognizer, parenthesised ? "(" + text + ")" : std::move(text));
 }
 
 bool kp_isWordNode(pANTLR3_BASE_TREE node, const char *upperWord)

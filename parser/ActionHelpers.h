@@ -48,11 +48,13 @@ void kp_skipToClosingParenthesis(pANTLR3_BASE_RECOGNIZER recognizer);
 
 // The texts of the nodes from stream index `from` up to the current one,
 // joined by one blank: the rendering of a flat run such as a column type.
+// Empty when the run holds a node made by recovery.
 std::string kp_nodeRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from);
 // Keeps a text for the rest of the parse.
 const std::string *kp_keepText(pANTLR3_BASE_RECOGNIZER recognizer, std::string text);
-// A kept text, empty for nullptr.
-std::string kp_keptText(const std::string *text);
+// The run's text kept for the parse (in parentheses if asked), or nullptr
+// when the run is empty or holds a node made by recovery.
+const std::string *kp_keepRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from, bool parenthesised);
 // Case-insensitive check of a node's STRING text against an upper-case word.
 bool kp_isWordNode(pANTLR3_BASE_TREE node, const char *upperWord);
 

@@ -70,15 +70,15 @@ void kp_setFieldFlag(SQLField *field, const char *key)
 
 void kp_setFieldProperty(SQLField *field, const char *key, pANTLR3_BASE_TREE value)
 {
-    if (field != nullptr && value != nullptr) {
+    if (field != nullptr && value != nullptr && !kp_isRecoveryNode(value)) {
         field->setProperty(key, kp_nodeText(value));
     }
 }
 
-void kp_setFieldProperty(SQLField *field, const char *key, const std::string &value)
+void kp_setFieldProperty(SQLField *field, const char *key, const std::string *value)
 {
-    if (field != nullptr) {
-        field->setProperty(key, value);
+    if (field != nullptr && value != nullptr) {
+        field->setProperty(key, *value);
     }
 }
 

@@ -23,7 +23,7 @@ void kp_setAutoIncrement(SQLField *field);
 void kp_setFieldFlag(SQLField *field, const char *key);
 // A string property ("field_character_set", "field_collation", "onUpdateFieldValue").
 void kp_setFieldProperty(SQLField *field, const char *key, pANTLR3_BASE_TREE value);
-void kp_setFieldProperty(SQLField *field, const char *key, const std::string &value);
+void kp_setFieldProperty(SQLField *field, const char *key, const std::string *value);
 // The default value's text carried on the DEFAULT token; nothing without one.
 void kp_setDefaultFromToken(SQLField *field, pANTLR3_BASE_TREE defaultNode);
 // A check constraint from the text carried on the CHECK token, on a table or

@@ -9,6 +9,7 @@
 #include "VellumGrammarCParser.h"
 
 #include <string>
+#include <vector>
 
 using sqlantlr::logf;
 using sqlantlr::ParseSession;
@@ -294,7 +295,7 @@ void *kp_errorNode(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR3_TOKEN_STREAM, pANT
     }
     pANTLR3_COMMON_TOKEN token = node->getToken(node);
     if (token != nullptr) {
-        token->user1 = 99999999;  // marks a token made for an error node
+        token->user1 = kp_recoveryMark;
         if (start != nullptr) {
             token->line = start->line;
             token->charPosition = start->charPosition;
@@ -323,6 +324,7 @@ void *kp_tree_getMissingSymbol(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_INT_S
         pANTLR3_COMMON_TOKEN token = missing->getToken(missing);
         token->line = current->getLine(current);
         token->charPosition = static_cast<ANTLR3_INT32>(current->getCharPositionInLine(current));
+        token->user1 = kp_recoveryMark;
     }
     return missing;
 }
@@ -337,11 +339,76 @@ void *kp_recoverFromMismatchedToken(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_U
              "for this function\n");
         return nullptr;
     }
-    if (recognizer->state->exception == nullptr) {
-        recognizer->exConstruct(recognizer);
-    }
+    // A pending exception belongs to an earlier error: this one gets its own,
+    // at the node that did not match.
+    kp_forgetRecognitionError(recognizer);
+    recognizer->exConstruct(recognizer);
     recognizer->state->error = ANTLR3_TRUE;
     return nullptr;
+}
+
+namespace {
+
+using MismatchRecovery = void *(*)(pANTLR3_BASE_RECOGNIZER, ANTLR3_UINT32, pANTLR3_BITSET_LIST);
+using MissingSymbol = void *(*)(pANTLR3_BASE_RECOGNIZER, pANTLR3_INT_STREAM, pANTLR3_EXCEPTION, ANTLR3_UINT32,
+                                pANTLR3_BITSET_LIST);
+
+// The runtime's own functions, the same for every parser: the hooks below
+// wrap them.
+MismatchRecovery runtimeRecoverFromMismatchedToken = nullptr;
+MissingSymbol runtimeGetMissingSymbol = nullptr;
+
+// The runtime repairs a single missing or extra token in place: it reports
+// the error and goes on, but only builds an exception when none is pending,
+// and leaves the one it used behind, in error recovery, so that the next
+// error goes unreported. The pending exception is dropped before (so that the
+// error is reported at its own token), and after a repair the error is over.
+void *parserRecoverFromMismatchedToken(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_UINT32 expected,
+                                       pANTLR3_BITSET_LIST follow)
+{
+    kp_forgetRecognitionError(recognizer);
+    void *matched = runtimeRecoverFromMismatchedToken(recognizer, expected, follow);
+    if (recognizer->state->error == ANTLR3_FALSE) {
+        kp_forgetRecognitionError(recognizer);
+        recognizer->state->errorRecovery = ANTLR3_FALSE;
+    }
+    return matched;
+}
+
+// A token the runtime makes up for a missing one carries the recovery mark,
+// so that no model value is ever made of it.
+void *parserGetMissingSymbol(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_INT_STREAM input,
+                             pANTLR3_EXCEPTION exception, ANTLR3_UINT32 expected, pANTLR3_BITSET_LIST follow)
+{
+    auto token = static_cast<pANTLR3_COMMON_TOKEN>(
+        runtimeGetMissingSymbol(recognizer, input, exception, expected, follow));
+    if (token != nullptr) {
+        token->user1 = kp_recoveryMark;
+    }
+    return token;
+}
+
+} // namespace
+
+void kp_installParserRecovery(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    // Taken once, from the first parser (whose hooks are still the runtime's).
+    static const bool captured = [recognizer] {
+        runtimeRecoverFromMismatchedToken = recognizer->recoverFromMismatchedToken;
+        runtimeGetMissingSymbol = recognizer->getMissingSymbol;
+        return true;
+    }();
+    (void)captured;
+    recognizer->recoverFromMismatchedToken = parserRecoverFromMismatchedToken;
+    recognizer->getMissingSymbol = parserGetMissingSymbol;
+}
+
+void kp_resetRecognitionState(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    kp_forgetRecognitionError(recognizer);
+    recognizer->state->error = ANTLR3_FALSE;
+    recognizer->state->failed = ANTLR3_FALSE;
+    recognizer->state->errorRecovery = ANTLR3_FALSE;
 }
 
 void kp_forgetRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer)
@@ -372,6 +439,28 @@ void kp_raiseNoViableAlternative(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COM
     recognizer->state->error = ANTLR3_TRUE;
 }
 
+void kp_reportDroppedToken(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN token)
+{
+    if (token == nullptr) {
+        return;
+    }
+    kp_forgetRecognitionError(recognizer);
+    recognizer->exConstruct(recognizer);
+    pANTLR3_EXCEPTION ex = recognizer->state->exception;
+    const ANTLR3_UINT32 next = recognizerStream(recognizer)->_LA(recognizerStream(recognizer), 1);
+    ex->type = ANTLR3_UNWANTED_TOKEN_EXCEPTION;
+    ex->name = const_cast<char *>(ANTLR3_UNWANTED_TOKEN_EXCEPTION_NAME);
+    ex->expecting = next == COMMA ? COMMA : CLOSEPAREN;
+    ex->token = token;
+    ex->line = token->line;
+    ex->charPositionInLine = token->charPosition;
+    ex->index = token->index;
+    recognizer->reportError(recognizer);
+    kp_forgetRecognitionError(recognizer);
+    recognizer->state->error = ANTLR3_FALSE;
+    recognizer->state->errorRecovery = ANTLR3_FALSE;
+}
+
 void kp_raiseNestingTooDeep(pANTLR3_BASE_RECOGNIZER recognizer)
 {
     recognizer->exConstruct(recognizer);
@@ -391,15 +480,38 @@ bool kp_nestingTooDeep(pANTLR3_BASE_RECOGNIZER recognizer)
     return session->stackBase - here > ParseSession::stackBudget;
 }
 
-void kp_reportErrorNode(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE errorNode)
+void kp_reportErrorNodes(pANTLR3_BASE_RECOGNIZER recognizer)
 {
-    const std::string text = kp_nodeText(errorNode);
-    logf("found error node %s", text.c_str());
-    logf("found error node");
     ParseSession *session = kp_session(recognizer);
-    if (session != nullptr && errorNode != nullptr) {
-        session->addException("error field " + text, static_cast<int>(errorNode->getLine(errorNode)),
-                              static_cast<int>(errorNode->getCharPositionInLine(errorNode)));
+    if (recognizer == nullptr || recognizer->type != ANTLR3_TYPE_TREE_PARSER) {
+        return;
+    }
+    auto root = static_cast<pANTLR3_BASE_TREE>(static_cast<pANTLR3_TREE_PARSER>(recognizer->super)->ctnstream->root);
+    // Depth first, children in order, without recursion (trees may be deep);
+    // an error subtree counts once, whatever it holds.
+    std::vector<pANTLR3_BASE_TREE> pending;
+    if (root != nullptr) {
+        pending.push_back(root);
+    }
+    while (!pending.empty()) {
+        pANTLR3_BASE_TREE node = pending.back();
+        pending.pop_back();
+        if (node->getType(node) == ERROR_NODE) {
+            const std::string text = kp_nodeText(node);
+            logf("found error node %s", text.c_str());
+            logf("found error node");
+            if (session != nullptr) {
+                session->addException("error field " + text, static_cast<int>(node->getLine(node)),
+                                      static_cast<int>(node->getCharPositionInLine(node)));
+            }
+            continue;
+        }
+        for (ANTLR3_UINT32 i = node->getChildCount(node); i > 0; --i) {
+            auto child = static_cast<pANTLR3_BASE_TREE>(node->getChild(node, i - 1));
+            if (child != nullptr) {
+                pending.push_back(child);
+            }
+        }
     }
 }
 

@@ -24,7 +24,7 @@ SQLParserC *driverOf(pANTLR3_BASE_RECOGNIZER recognizer)
 void kp_setPrimaryKeyColumn(SQLTable *table, pANTLR3_BASE_TREE columnName)
 {
     const std::string name = kp_nodeText(columnName);
-    SQLField *field = table != nullptr ? table->getFieldByName(name) : nullptr;
+    SQLField *field = table != nullptr && !kp_isRecoveryNode(columnName) ? table->getFieldByName(name) : nullptr;
     if (field == nullptr) {
         logf("can't find primary key entry. %s", name.c_str());
         return;
@@ -57,7 +57,7 @@ std::unique_ptr<SQLIndex> kp_newClusteredIndex()
 
 void kp_setIndexName(SQLIndex *index, pANTLR3_BASE_TREE nameNode)
 {
-    if (index != nullptr && nameNode != nullptr) {
+    if (index != nullptr && nameNode != nullptr && !kp_isRecoveryNode(nameNode)) {
         index->setName(kp_nodeText(nameNode));
     }
 }
@@ -65,7 +65,8 @@ void kp_setIndexName(SQLIndex *index, pANTLR3_BASE_TREE nameNode)
 void kp_addIndexEntry(SQLIndex *index, pANTLR3_BASE_TREE column, pANTLR3_BASE_TREE prefixSize,
                       pANTLR3_BASE_TREE innerName)
 {
-    if (index == nullptr || column == nullptr) {
+    if (index == nullptr || column == nullptr || kp_isRecoveryNode(column) || kp_isRecoveryNode(prefixSize) ||
+        kp_isRecoveryNode(innerName)) {
         return;
     }
     auto entry = std::make_unique<SQLIndexEntry>();

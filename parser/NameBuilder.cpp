@@ -17,7 +17,7 @@ std::vector<std::string> *kp_newNameList(pANTLR3_BASE_RECOGNIZER recognizer)
 
 void kp_appendNamePart(std::vector<std::string> *parts, pANTLR3_BASE_TREE node)
 {
-    if (parts == nullptr || node == nullptr || node->getType(node) == ERROR_NODE) {
+    if (parts == nullptr || node == nullptr || kp_isRecoveryNode(node)) {
         return;
     }
     parts->push_back(kp_nodeText(node));

@@ -133,11 +133,8 @@ struct StatementWalker {
             nodes->currentChildIndex = 0;
             nodes->absoluteNodeIndex = 0;
             nodes->reset(nodes);
-            pANTLR3_RECOGNIZER_SHARED_STATE state = walker->pTreeParser->rec->state;
-            state->lastErrorIndex = -1;
-            state->errorRecovery = ANTLR3_FALSE;
-            state->error = ANTLR3_FALSE;
-            state->failed = ANTLR3_FALSE;
+            walker->pTreeParser->rec->state->lastErrorIndex = -1;
+            kp_resetRecognitionState(walker->pTreeParser->rec);
         }
         walker->schema(walker, &container);
         return true;
@@ -192,6 +189,7 @@ SQLRecognizer *newParser(SQLTokenStream *tokens, ParseSession *session, bool cus
     }
     pANTLR3_BASE_RECOGNIZER recognizer = parser->pParser->rec;
     recognizer->displayRecognitionError = kp_parser_displayRecognitionError;
+    kp_installParserRecovery(recognizer);
     if (customErrorDisplay) {
         recognizer->recover = kp_parser_recover2;
         recognizer->state->userp = session;
@@ -392,6 +390,7 @@ SQLSyntaxTree *RecognizerPipeline::parseStatement()
 {
     static const StatementFollowSet follow;
     pVellumGrammarCParser parser = asParser(parser_);
+    kp_resetRecognitionState(parser->pParser->rec);  // an error ends with its statement
     pANTLR3_STACK following = parser->pParser->rec->state->following;
     following->push(following, const_cast<ANTLR3_BITSET_LIST *>(&follow.list), nullptr);
     VellumGrammarCParser_schemaEntry_return entry = parser->schemaEntry(parser);

@@ -45,6 +45,16 @@ void kp_parser_recover(pANTLR3_BASE_RECOGNIZER recognizer);
 // Drops the exception of an error that was reported and recovered from, so
 // that a later error never reports its position.
 void kp_forgetRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer);
+// Ends the error state between statements: no pending exception, no error
+// flags, out of error recovery (so that the next error is reported).
+void kp_resetRecognitionState(pANTLR3_BASE_RECOGNIZER recognizer);
+// Replaces the runtime's single-token repair in a parser by one that reports
+// each error at its own token and leaves no exception behind, and marks the
+// tokens it makes up for missing ones.
+void kp_installParserRecovery(pANTLR3_BASE_RECOGNIZER recognizer);
+// The mark (in user1) of a token that recovery made: an error node's token or
+// a token the parser made up for a missing one.
+constexpr ANTLR3_UINT32 kp_recoveryMark = 99999999;
 void kp_lexer_recover(pANTLR3_LEXER lexer);
 void *kp_errorNode(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR3_TOKEN_STREAM input, pANTLR3_COMMON_TOKEN start,
                    pANTLR3_COMMON_TOKEN stop, pANTLR3_EXCEPTION exception);
@@ -57,6 +67,10 @@ void *kp_recoverFromMismatchedToken(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_U
 // Raises a failed prediction at a token already matched (a token that can
 // start no statement), so the rule reports it and leaves an ERROR_NODE.
 void kp_raiseNoViableAlternative(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN token);
+// Reports a token that was matched but has no place there (an extraneous
+// token, expected the COMMA or CLOSEPAREN that follows it) and drops it; the
+// parse goes on as if it were not written.
+void kp_reportDroppedToken(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN token);
 // Raises a recognition error at the next token because the input nests
 // deeper than the parser allows (stack safety).
 void kp_raiseNestingTooDeep(pANTLR3_BASE_RECOGNIZER recognizer);
@@ -103,6 +117,9 @@ bool kp_nestingTooDeep(pANTLR3_BASE_RECOGNIZER recognizer);
 // the input it covers ("<EOF>" for the end of input).
 std::string kp_tokenText(pANTLR3_COMMON_TOKEN token);
 std::string kp_nodeText(pANTLR3_BASE_TREE node);
+// True for a node that recovery made (an error node, or a token made up for
+// a missing one): its text is no input, and no model value is made of it.
+bool kp_isRecoveryNode(pANTLR3_BASE_TREE node);
 // UTF-16 units as UTF-8.
 std::string kp_utf16Slice(const char16_t *units, size_t count);
 // Case-insensitive check of a token's text against an ASCII upper-case word.
@@ -122,8 +139,9 @@ void kp_logUnknownObjectType(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_
 
 // ---- Tree walker support --------------------------------------------------
 sqlantlr::ParseSession *kp_session(pANTLR3_BASE_RECOGNIZER recognizer);
-// Records an ERROR_NODE met by the walker ("error field ...").
-void kp_reportErrorNode(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE errorNode);
+// Records every error subtree of the tree the walker is about to walk ("error
+// field ..." at the error node), each once, in tree order.
+void kp_reportErrorNodes(pANTLR3_BASE_RECOGNIZER recognizer);
 
 // Shared action helpers and the model builders, one per grammar family.
 #include "ActionHelpers.h"

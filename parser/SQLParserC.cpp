@@ -271,14 +271,13 @@ SQLReferentialActions *SQLParserC::addForeignKey(SQLTable *table, const std::opt
             foreign = foreignFieldList.front();
         }
         if (table == nullptr) {
-            logf("table is nil");
-            return nullptr;
+            logf("table is nil");  // no field can be found: the record below follows
         }
-        SQLField *field = table->getFieldByName(local);
+        SQLField *field = table != nullptr ? table->getFieldByName(local) : nullptr;
         if (field == nullptr) {
             addExceptionWithMessage("[" + std::to_string(line) + "], local field not found when parsing foreign key:'" +
                                         local + "' -> '" + (foreign ? std::string(*foreign) : std::string("(null)")) +
-                                        "' -- " + table->getFieldNameListString(),
+                                        "' -- " + (table != nullptr ? table->getFieldNameListString() : "(null)"),
                                     line, charPos);
             return nullptr;
         }
@@ -299,18 +298,16 @@ SQLReferentialActions *SQLParserC::addForeignKey(SQLTable *table, const std::opt
     if (foreignFieldList.empty()) {
         foreignKey->setPropertyAsBoolean("targetsPrimaryKey", true);
     }
-    if (table == nullptr) {
-        logf("table is nil");
-        return nullptr;
-    }
-    SQLForeignKey *added = table->add(std::move(foreignKey));
+    // Without a table the key is dropped, but every column is still reported.
+    SQLForeignKey *added = table != nullptr ? table->add(std::move(foreignKey)) : nullptr;
     for (size_t i = 0; i < localFieldList.size(); ++i) {
         const std::string *foreign = i < foreignFieldList.size() ? &foreignFieldList[i] : nullptr;
-        SQLField *field = table->getFieldByName(localFieldList[i]);
+        SQLField *field = table != nullptr ? table->getFieldByName(localFieldList[i]) : nullptr;
         if (field == nullptr) {
             addExceptionWithMessage("Table Constraint foreign key Field Name " +
                                         (foreign != nullptr ? *foreign : std::string("(null)")) +
-                                        " not found in table " + table->getName() + "\n",
+                                        " not found in table " + (table != nullptr ? table->getName() : "(null)") +
+                                        "\n",
                                     line, charPos);
             continue;
         }

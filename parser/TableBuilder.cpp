@@ -21,14 +21,14 @@ SQLTable *kp_beginTable(SQLContainer *container, const std::vector<std::string> 
 
 void kp_setTableType(SQLTable *table, pANTLR3_BASE_TREE engine)
 {
-    if (table != nullptr && engine != nullptr) {
+    if (table != nullptr && engine != nullptr && !kp_isRecoveryNode(engine)) {
         table->setTableType(kp_nodeText(engine));
     }
 }
 
 void kp_setTableProperty(SQLTable *table, const char *key, pANTLR3_BASE_TREE value)
 {
-    if (table != nullptr && value != nullptr) {
+    if (table != nullptr && value != nullptr && !kp_isRecoveryNode(value)) {
         table->setProperty(key, kp_nodeText(value));
     }
 }

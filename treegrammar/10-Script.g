@@ -1,7 +1,9 @@
-// Statement dispatch. Only CREATE and ALTER reach the model; an ERROR_NODE
-// left by the parser's recovery becomes a record and the walk goes on.
+// Statement dispatch. Only CREATE and ALTER reach the model. Every
+// ERROR_NODE left by the parser's recovery becomes one record, wherever it
+// stands in the tree, before the walk; the rules pass over error nodes.
 
 schema[SQLContainer *c]
+@init { kp_reportErrorNodes(RECOGNIZER); }
     : ( schemaEntry[c] )*
     ;
 
@@ -16,7 +18,7 @@ schemaEntry[SQLContainer *c]
     ;
 
 errorNode
-    : ^( e=ERROR_NODE ( . )* ) { kp_reportErrorNode(RECOGNIZER, $e); }
+    : ^( ERROR_NODE ( . )* )
     ;
 
 otherObject

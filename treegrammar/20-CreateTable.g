@@ -19,10 +19,18 @@ tableName
     : objectName
     ;
 
+// A column whose tree does not fit is skipped to its end, as in
+// subsequentTableEntry.
 tableEntry[SQLTable *table]
+@init { ANTLR3_MARKER entryStart = INDEX(); }
     : fieldBlock[table] ( errorNode )*
     | ( errorNode )+
     ;
+    catch [ANTLR3_RECOGNITION_EXCEPTION] {
+        PREPORTERROR();
+        kp_skipToTableEntryEndInTree(RECOGNIZER, entryStart);
+        kp_forgetRecognitionError(RECOGNIZER);
+    }
 
 // A key or index entry that does not fit its pattern is skipped to its end.
 subsequentTableEntry[SQLTable *table]

@@ -49,9 +49,11 @@ optionList
     : optionEntry ( COMMA optionEntry )*
     ;
 
+// An entry that failed to parse leaves the type without a text.
 optionEntry
     : STRING
     | QUOTED_STRING ( type_precision )?
+    | ERROR_NODE
     ;
 
 // UNICODE and ASCII are matched only.
@@ -77,7 +79,7 @@ fieldDefaultValue[SQLField *field]
 
 fieldOnUpdate[SQLField *field]
     : 'ON' 'UPDATE' entry=fieldDefaultValueEntry
-      { kp_setFieldProperty(field, "onUpdateFieldValue", kp_keptText($entry.value)); }
+      { kp_setFieldProperty(field, "onUpdateFieldValue", $entry.value); }
     ;
 
 // The text of a value: a parenthesised expression in parentheses, or the
@@ -86,14 +88,14 @@ fieldOnUpdate[SQLField *field]
 fieldDefaultValueEntry returns [const std::string *value = NULL]
 @init { ANTLR3_MARKER from = INDEX(); }
     : ( OPENPAREN { from = INDEX(); } boolean_expression
-        { $value = kp_keepText(RECOGNIZER, "(" + kp_nodeRunText(RECOGNIZER, from) + ")"); }
+        { $value = kp_keepRunText(RECOGNIZER, from, true); }
         CLOSEPAREN
       | ( INT | 'NULL' | T_TRUE | T_FALSE )
-        { $value = kp_keepText(RECOGNIZER, kp_nodeRunText(RECOGNIZER, from)); }
+        { $value = kp_keepRunText(RECOGNIZER, from, false); }
       | ( 'CURRENT_TIMESTAMP' | 'LOCALTIME' | 'LOCALTIMESTAMP' ) ( OPENPAREN ( INT )? CLOSEPAREN )?
-        { $value = kp_keepText(RECOGNIZER, kp_nodeRunText(RECOGNIZER, from)); }
+        { $value = kp_keepRunText(RECOGNIZER, from, false); }
       | objectName ( defaultFunctionArguments )?
-        { $value = kp_keepText(RECOGNIZER, kp_nodeRunText(RECOGNIZER, from)); }
+        { $value = kp_keepRunText(RECOGNIZER, from, false); }
       )
       ( typeValueSpecifier )?
     ;

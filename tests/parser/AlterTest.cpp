@@ -105,6 +105,8 @@ TEST(AlterTable, AMissingTargetIsRecordedOncePerAddAndChangesNothing)
                                      "ALTER TABLE a.b.t ADD CHECK (a > 0);\n");
     EXPECT_EQ(result.records, (Names{"[1:6] alter table constraint missing target table (t),1,6",
                                      "[1:6] alter table constraint missing target table (t),1,6",
+                                     "[2:19] Table Constraint foreign key Field Name x not found in table (null)\n",
+                                     "[2:19] Table Constraint foreign key Field Name y not found in table (null)\n",
                                      "[4:7] alter table constraint missing target table (s, missing),4,7",
                                      "[5:6] alter table constraint missing target table (a, b, t),5,6"}));
     const SQLTable &t = tableNamed(result, "t");

@@ -24,7 +24,7 @@ TEST(TableKeys, PrimaryKeyFlagsItsColumnsAndDropsNameAndStateOptions)
 {
     const ParseResult result = parse(
         "CREATE TABLE t (a INT, b INT, c INT, PRIMARY KEY pk_name (a, b) DEFERRABLE INITIALLY DEFERRED ENABLE);\n"
-        "CREATE TABLE s (a INT, b INT, CONSTRAINT PK_s PRIMARY KEY CLUSTERED (b ASC));\n"
+        "CREATE TABLE s (a INT, b INT, CONSTRAINT PK_s PRIMARY KEY CLUSTERED (b));\n"
         "CREATE TABLE m (a INT, PRIMARY KEY (missing));\n");
     EXPECT_EQ(result.records, Names{});
     EXPECT_EQ(primaryKeyNames(tableNamed(result, "t")), (Names{"a", "b"}));
