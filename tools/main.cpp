@@ -10,6 +10,7 @@
 // standard error; --quiet silences progress, notes and warnings there.
 #include "Diagram.h"
 #include "ModelJson.h"
+#include "ParseProgress.h"
 #include "Versions.h"
 
 #include <SQLAntlrParser/SQLAntlrParser.h>
@@ -18,8 +19,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <chrono>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -58,65 +57,6 @@ std::string displayName(const std::string &file)
     return file == "-" ? std::string("<stdin>") : file;
 }
 
-// A progress line on standard error while a large script is parsed, only
-// when standard error is a terminal and not --quiet: percentage of the
-// script, speed, tables so far. Redrawn at most five times a second and
-// cleared when the parse ends.
-class ParseProgress {
-public:
-    static constexpr std::size_t minimumBytes = 4U << 20U;
-
-    ParseProgress(SQLParserC &driver, const std::string &file, std::size_t bytes, bool quiet)
-        : driver_(driver), file_(displayName(file)), bytes_(bytes)
-    {
-        if (quiet || bytes < minimumBytes || isatty(STDERR_FILENO) == 0) {
-            return;
-        }
-        active_ = true;
-        started_ = Clock::now();
-        driver_.setProgressHandler([this](const SQLParseProgress &progress) { report(progress); });
-    }
-    ~ParseProgress()
-    {
-        if (active_) {
-            driver_.setProgressHandler(nullptr);
-            if (drawn_) {
-                std::cerr << "\r\033[K" << std::flush;
-            }
-        }
-    }
-    ParseProgress(const ParseProgress &) = delete;
-    ParseProgress &operator=(const ParseProgress &) = delete;
-
-private:
-    using Clock = std::chrono::steady_clock;
-
-    void report(const SQLParseProgress &progress)
-    {
-        const Clock::time_point now = Clock::now();
-        if (drawn_ && now - lastDrawn_ < std::chrono::milliseconds(200)) {
-            return;
-        }
-        const double fraction = progress.total == 0 ? 1.0 : static_cast<double>(progress.done) / progress.total;
-        const double seconds = std::chrono::duration<double>(now - started_).count();
-        const double megabytes = fraction * static_cast<double>(bytes_) / (1024.0 * 1024.0);
-        char line[160];
-        std::snprintf(line, sizeof line, "\rsqlantlr: %s %3.0f%%  %.1f MB/s  %zu tables\033[K", file_.c_str(),
-                      fraction * 100.0, seconds > 0 ? megabytes / seconds : 0.0, progress.tables);
-        std::cerr << line << std::flush;
-        drawn_ = true;
-        lastDrawn_ = now;
-    }
-
-    SQLParserC &driver_;
-    std::string file_;
-    std::size_t bytes_;
-    bool active_ = false;
-    bool drawn_ = false;
-    Clock::time_point started_;
-    Clock::time_point lastDrawn_;
-};
-
 // What the commands that read whole models share.
 struct InputOptions {
     std::vector<std::string> files;
@@ -150,7 +90,7 @@ LoadedModel loadModel(const InputOptions &input, bool stopOnFailure)
             std::cerr << "sqlantlr: " << file << ": is a directory\n";
         } else if (readScript(file, text)) {
             const std::size_t before = parser.getExceptionList().size();
-            ParseProgress progress(parser.driver(), file, text.size(), input.quiet);
+            sqlantlr::ParseProgress progress(parser.driver(), displayName(file), text.size(), input.quiet);
             KpError error;
             std::unique_ptr<SQLContainer> container = parser.driver().parseString(text, &error);
             const auto &list = parser.getExceptionList();
