@@ -60,7 +60,7 @@ sourceInstruction
 anonymousProcedure
     : T_DECLARE ( ~T_BEGIN )* T_BEGIN inner_block T_END ( objectName )? SEMI ( options { greedy = true; } : FORWARD_SLASH )?
     | ( T_BEGIN ( transactionWord )* SEMI )=> T_BEGIN ( transactionWord )* SEMI
-    | T_BEGIN inner_block T_END ( objectName )? SEMI ( options { greedy = true; } : FORWARD_SLASH )?
+    | begin_end_block ( objectName )? SEMI ( options { greedy = true; } : FORWARD_SLASH )?
     ;
 
 transactionWord
@@ -72,28 +72,17 @@ transactionWord
 
 // Skips a block body up to its closing END. BEGIN ... END and CASE ... END
 // nest; END IF, END LOOP, END REPEAT and END WHILE close constructs that do
-// not open a level here, so they are plain tokens.
+// not open a level here, so they are plain tokens. The helper balances the
+// nested blocks without recursion and builds no tree. The loop after it
+// never runs (the helper stops at END or the end of input); it tells the
+// decisions that predict a block that its body may hold any token.
 inner_block
-    : ( begin_end_block
-      | { kp_isWord(LT(1), "CASE") }?=> case_block
-      | { kp_isConstructEnd(LT(1), LT(2)) }?=> T_END blockConstructWord
-      | ~( T_BEGIN | T_END )
-      )*
+    : { kp_skipBlockBody(RECOGNIZER); } ( ~T_END )*
     ;
 
+// A whole block, BEGIN to its END.
 begin_end_block
     : T_BEGIN inner_block T_END
-    ;
-
-case_block
-    : STRING inner_block T_END ( options { greedy = true; } : { kp_isWord(LT(1), "CASE") }?=> STRING )?
-    ;
-
-blockConstructWord
-    : 'IF'
-    | 'LOOP'
-    | 'REPEAT'
-    | { kp_isWord(LT(1), "WHILE") }?=> STRING
     ;
 
 insertStatement

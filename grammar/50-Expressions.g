@@ -13,6 +13,7 @@ boolean_expression
     ;
 
 boolean_expression_block
+@init { KP_GUARD_NESTING(boolean_expression_block); }
     : ( T_NOT | '!' )? boolean_expression_match
       ( ( EQUALS ( EQUALS )? | '==' | '<' | '>' | '%' | T_NOT 'IN' | 'IN' | 'IS' ( T_NOT )?
         | '<=' | '>=' | '<=>' | '<>' | '!=' | ( T_NOT )? comparisonWord
@@ -56,6 +57,7 @@ boolean_expression_inner
 
 // Built-in functions whose arguments are not a plain list.
 specific_function_call
+@init { KP_GUARD_NESTING(specific_function_call); }
     : ( 'SUBSTRING' | 'SUBSTRING_INDEX' ) OPENPAREN boolean_expression ( ( COMMA | 'FROM' | 'FOR' ) boolean_expression )* CLOSEPAREN
     | 'GROUP_CONCAT' OPENPAREN ( 'DISTINCT' )? boolean_expression ( COMMA boolean_expression )*
       ( 'SEPARATOR' QUOTED_STRING )? CLOSEPAREN

@@ -13,25 +13,28 @@ tableKeyConstraint
 // The key's name is carried but never used. SQL Server's CLUSTERED and
 // sort order words leave nothing.
 primaryKey
-    : T_PRIMARY T_KEY ( keyClustering )? ( objectName )? OPENPAREN tablePKey CLOSEPAREN ( constraint_state )?
+@init { ANTLR3_BOOLEAN clustered = ANTLR3_FALSE; }
+    : T_PRIMARY T_KEY ( keyClustering { clustered = ANTLR3_TRUE; } )? ( objectName )?
+      OPENPAREN tablePKey[clustered] CLOSEPAREN ( constraint_state )?
     ;
 
-tablePKey
-    : tablePKeyEntry ( COMMA tablePKeyEntry )*
+tablePKey[ANTLR3_BOOLEAN sortOrderAllowed]
+    : tablePKeyEntry[sortOrderAllowed] ( COMMA tablePKeyEntry[sortOrderAllowed] )*
     ;
 
 // A bare column name: no prefix length (that form belongs to indexes). A
-// sort order is reported and dropped; the key keeps the column.
-tablePKeyEntry
-    : objectName ( keySortOrder )?
+// sort order is reported and dropped, except after SQL Server's CLUSTERED or
+// NONCLUSTERED, whose key columns take ASC and DESC; the key keeps the column.
+tablePKeyEntry[ANTLR3_BOOLEAN sortOrderAllowed]
+    : objectName ( keySortOrder[sortOrderAllowed] )?
     ;
 
 keyClustering
     : ( 'CLUSTERED' | 'NONCLUSTERED' ) ->
     ;
 
-keySortOrder
-    : order=( 'ASC' | 'DESC' ) { kp_reportDroppedToken(RECOGNIZER, $order); } ->
+keySortOrder[ANTLR3_BOOLEAN allowed]
+    : order=( 'ASC' | 'DESC' ) { if (!allowed) { kp_reportDroppedToken(RECOGNIZER, $order); } } ->
     ;
 
 foreignKeyConstraint

@@ -43,12 +43,15 @@ addedConstraint
       ( ignored_enable_disable_clause )*
     ;
 
-// PRIMARY KEY or UNIQUE (MySQL adds KEY or INDEX after UNIQUE); the column
-// list takes sort order words, which leave nothing, so the walker reads it
-// as a list of names.
+// PRIMARY KEY or UNIQUE (MySQL adds KEY or INDEX after UNIQUE); the walker
+// reads the column list as a list of names. Sort order words leave nothing;
+// they are reported unless SQL Server's CLUSTERED or NONCLUSTERED allows them.
 alterPrimaryKey
-    : ( T_PRIMARY T_KEY ( keyClustering )? | 'UNIQUE' ( keyClustering )? ( 'INDEX' | T_KEY )? ) ( objectName )?
-      OPENPAREN tablePKey CLOSEPAREN ( alterPrimaryKeyOptions )*
+@init { ANTLR3_BOOLEAN clustered = ANTLR3_FALSE; }
+    : ( T_PRIMARY T_KEY ( keyClustering { clustered = ANTLR3_TRUE; } )?
+      | 'UNIQUE' ( keyClustering { clustered = ANTLR3_TRUE; } )? ( 'INDEX' | T_KEY )?
+      ) ( objectName )?
+      OPENPAREN tablePKey[clustered] CLOSEPAREN ( alterPrimaryKeyOptions )*
     ;
 
 alterPrimaryKeyOptions

@@ -12,6 +12,7 @@
 
 #include <cctype>
 #include <cstring>
+#include <vector>
 
 using sqlantlr::ParseSession;
 
@@ -165,6 +166,38 @@ bool kp_isConstructEnd(pANTLR3_COMMON_TOKEN end, pANTLR3_COMMON_TOKEN next)
         }
     }
     return false;
+}
+
+void kp_skipBlockBody(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    pANTLR3_INT_STREAM input = stream->istream;
+    // One entry per open nested block: true for CASE, whose END may be
+    // followed by the word CASE.
+    std::vector<bool> open;
+    for (;;) {
+        pANTLR3_COMMON_TOKEN token = stream->_LT(stream, 1);
+        const ANTLR3_UINT32 type = token->type;
+        if (type == ANTLR3_TOKEN_EOF) {
+            return;
+        }
+        if (type == T_END) {
+            if (kp_isConstructEnd(token, stream->_LT(stream, 2))) {
+                input->consume(input);
+            } else if (open.empty()) {
+                return;
+            } else {
+                const bool closesCase = open.back();
+                open.pop_back();
+                if (closesCase && kp_isWord(stream->_LT(stream, 2), "CASE")) {
+                    input->consume(input);
+                }
+            }
+        } else if (type == T_BEGIN || kp_isWord(token, "CASE")) {
+            open.push_back(type != T_BEGIN);
+        }
+        input->consume(input);
+    }
 }
 
 namespace {

@@ -127,6 +127,11 @@ bool kp_isWord(pANTLR3_COMMON_TOKEN token, const char *upperWord);
 // True for END followed by IF, LOOP, REPEAT or WHILE: the end of a construct
 // inside a block, not the end of the block.
 bool kp_isConstructEnd(pANTLR3_COMMON_TOKEN end, pANTLR3_COMMON_TOKEN next);
+// Consumes the body of a BEGIN or CASE block up to the END that closes it,
+// which is left, or to the end of the input. Nested BEGIN ... END and
+// CASE ... END [CASE] blocks are balanced with a counter, not recursion, so
+// any depth costs linear time, no stack and no tree.
+void kp_skipBlockBody(pANTLR3_BASE_RECOGNIZER recognizer);
 // A runtime string as UTF-8; empty for NULL.
 std::string AntlrCocoaString(pANTLR3_STRING string);
 // The tree-string rendering of a subtree; empty for NULL.

@@ -14,17 +14,24 @@ using sqlantlr::logf;
 
 namespace {
 
+// The file's bytes, or nothing when it cannot be opened or read (a
+// directory opens but fails on the first read, which the stream library
+// reports by throwing).
 std::optional<std::string> readBytes(const std::string &path)
 {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
+    try {
+        std::ifstream file(path, std::ios::binary);
+        if (!file) {
+            return std::nullopt;
+        }
+        std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+        if (file.bad()) {
+            return std::nullopt;
+        }
+        return bytes;
+    } catch (const std::ios_base::failure &) {
         return std::nullopt;
     }
-    std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    if (file.bad()) {
-        return std::nullopt;
-    }
-    return bytes;
 }
 
 // The file's text in one encoding, or nothing when the bytes are not valid in it.
@@ -51,10 +58,34 @@ std::unique_ptr<SQLParser> SQLParser::parser()
 
 std::unique_ptr<SQLContainer> SQLParser::parseString(std::string_view sql)
 {
-    KpError error;
-    std::unique_ptr<SQLContainer> container = parser_->parseString(sql, &error);
+    return parseString(sql, nullptr);
+}
+
+std::unique_ptr<SQLContainer> SQLParser::parseString(const char *sql)
+{
+    return parseString(sql, nullptr);
+}
+
+std::unique_ptr<SQLContainer> SQLParser::parseString(const char *sql, KpError *error)
+{
+    KpError failure;
+    return finishParse(parser_->parseString(sql, &failure), failure, error);
+}
+
+std::unique_ptr<SQLContainer> SQLParser::parseString(std::string_view sql, KpError *error)
+{
+    KpError failure;
+    return finishParse(parser_->parseString(sql, &failure), failure, error);
+}
+
+std::unique_ptr<SQLContainer> SQLParser::finishParse(std::unique_ptr<SQLContainer> container, const KpError &failure,
+                                                     KpError *error)
+{
     if (container == nullptr) {
-        logf("Error: %s (%s %d)", error.message.c_str(), error.domain.c_str(), error.code);
+        logf("Error: %s (%s %d)", failure.message.c_str(), failure.domain.c_str(), failure.code);
+        if (error != nullptr) {
+            *error = failure;
+        }
         return nullptr;
     }
     container->postLoadProcess();

@@ -92,7 +92,7 @@ LoadedModel loadModel(const InputOptions &input, bool stopOnFailure)
             const std::size_t before = parser.getExceptionList().size();
             sqlantlr::ParseProgress progress(parser.driver(), displayName(file), text.size(), input.quiet);
             KpError error;
-            std::unique_ptr<SQLContainer> container = parser.driver().parseString(text, &error);
+            std::unique_ptr<SQLContainer> container = parser.parseString(text, &error);
             const auto &list = parser.getExceptionList();
             for (std::size_t i = before; i < list.size(); ++i) {
                 loaded.records.push_back({file, list[i].reason});

@@ -8,6 +8,7 @@ boolean_expression
     ;
 
 boolean_expression_block
+@init { KP_GUARD_TREE_NESTING(boolean_expression_block); }
     : ( T_NOT | '!' )? boolean_expression_match
       ( ( EQUALS ( EQUALS )? | '==' | '<' | '>' | '%' | T_NOT 'IN' | 'IN' | 'IS' ( T_NOT )?
         | '<=' | '>=' | '<=>' | '<>' | '!=' | ( T_NOT )? comparisonWord
@@ -48,6 +49,7 @@ boolean_expression_inner
     ;
 
 specific_function_call
+@init { KP_GUARD_TREE_NESTING(specific_function_call); }
     : ( 'SUBSTRING' | 'SUBSTRING_INDEX' ) OPENPAREN boolean_expression ( ( COMMA | 'FROM' | 'FOR' ) boolean_expression )* CLOSEPAREN
     | 'GROUP_CONCAT' OPENPAREN ( 'DISTINCT' )? boolean_expression ( COMMA boolean_expression )*
       ( 'SEPARATOR' QUOTED_STRING )? CLOSEPAREN

@@ -58,6 +58,11 @@ TEST(Cli, ExitCodesForUnreadableFilesFailedParsesAndUsage)
     EXPECT_EQ(std::count(missing.err.begin(), missing.err.end(), '\n'), 1) << missing.err;
     EXPECT_NE(missing.err.find("Unable to identify text encoding during parsing"), std::string::npos);
 
+    const CliRun directory = runCli("model " + std::filesystem::temp_directory_path().string());
+    EXPECT_EQ(directory.exitCode, 1);
+    EXPECT_EQ(std::count(directory.err.begin(), directory.err.end(), '\n'), 1) << directory.err;
+    EXPECT_NE(directory.err.find("UnknownFileEncoding"), std::string::npos) << directory.err;
+
     const CliRun empty = runCli("model -", "GRANT a ON b TO c;");
     EXPECT_EQ(empty.exitCode, 1);
     EXPECT_NE(empty.err.find("279"), std::string::npos) << empty.err;

@@ -35,6 +35,27 @@ TEST(TableKeys, PrimaryKeyFlagsItsColumnsAndDropsNameAndStateOptions)
               "CREATE TABLE t ( a INT , PRIMARY KEY pk ( a ) ) ;");
 }
 
+// A sort order on a primary-key column is reported, except in SQL Server's
+// CLUSTERED / NONCLUSTERED form, whose generated scripts write one on every key
+// column; either way the key keeps its columns.
+TEST(TableKeys, SortOrderOnKeyColumnsIsReportedUnlessClustered)
+{
+    const ParseResult clustered = parse(
+        "CREATE TABLE s (a INT, b INT, CONSTRAINT PK_s PRIMARY KEY CLUSTERED (a ASC, b DESC));\n"
+        "CREATE TABLE n (a INT, PRIMARY KEY NONCLUSTERED (a DESC));\n"
+        "ALTER TABLE s ADD CONSTRAINT UQ_s UNIQUE NONCLUSTERED (b ASC);\n");
+    EXPECT_EQ(clustered.records, Names{});
+    EXPECT_EQ(primaryKeyNames(tableNamed(clustered, "s")), (Names{"a", "b"}));
+    EXPECT_EQ(primaryKeyNames(tableNamed(clustered, "n")), Names{"a"});
+
+    const ParseResult plain = parse("CREATE TABLE p (a INT, b INT, PRIMARY KEY (a, b DESC));\n"
+                                    "ALTER TABLE p ADD CONSTRAINT u UNIQUE (a ASC);\n");
+    ASSERT_EQ(plain.records.size(), 4u);
+    EXPECT_NE(plain.records[0].find("[1:48]"), std::string::npos) << plain.records[0];
+    EXPECT_NE(plain.records[2].find("[2:41]"), std::string::npos) << plain.records[2];
+    EXPECT_EQ(primaryKeyNames(tableNamed(plain, "p")), (Names{"a", "b"}));
+}
+
 // A primary-key column takes no prefix length; a broken key entry is
 // reported and the table keeps its other entries, later ones included.
 TEST(TableKeys, BrokenKeyEntriesAreReportedAndTheTableKeepsTheRest)
