@@ -86,9 +86,7 @@ LoadedModel loadModel(const InputOptions &input, bool stopOnFailure)
     SQLParser parser;
     for (const std::string &file : input.files) {
         std::string text;
-        if (file != "-" && std::filesystem::is_directory(file)) {
-            std::cerr << "sqlantlr: " << file << ": is a directory\n";
-        } else if (readScript(file, text)) {
+        if (readScript(file, text)) {
             const std::size_t before = parser.getExceptionList().size();
             sqlantlr::ParseProgress progress(parser.driver(), displayName(file), text.size(), input.quiet);
             KpError error;

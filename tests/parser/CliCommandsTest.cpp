@@ -191,7 +191,8 @@ TEST(CliDiagram, BadInputGivesOneLineOrAnEmptyDiagramNeverACrash)
     EXPECT_EQ(lines(missing.err), 1U) << missing.err;
     const CliRun directory = runCli("diagram " + scripts.dir());
     EXPECT_EQ(directory.exitCode, 1);
-    EXPECT_EQ(directory.err, "sqlantlr: " + scripts.dir() + ": is a directory\n");
+    EXPECT_EQ(lines(directory.err), 1U) << directory.err;
+    EXPECT_EQ(directory.err.rfind("sqlantlr: " + scripts.dir() + ": ", 0), 0U) << directory.err;
 
     const CliRun empty = runCli("diagram --format mermaid " + scripts.add("empty.sql", ""));
     EXPECT_EQ(empty.exitCode, 0) << empty.err;
