@@ -8,7 +8,8 @@ FUZZ_BUILD ?= build-fuzz
 FUZZ_SECONDS ?= 600
 JOBS      ?= $(shell nproc 2>/dev/null || echo 2)
 PACKAGES  := cmake make g++ pkg-config python3 antlr3 libantlr3c-dev libicu-dev googletest libgtest-dev \
-             libbenchmark-dev nlohmann-json3-dev libcli11-dev
+             libbenchmark-dev nlohmann-json3-dev libcli11-dev libgraphviz-dev fonts-dejavu-core \
+             python3-jsonschema
 
 .PHONY: all deps fuzz-deps configure build demo test test-asan fuzz bench bench-hostile install clean
 
@@ -34,8 +35,12 @@ configure: deps
 build: configure
 	cmake --build $(BUILD) -j$(JOBS)
 
+# Prints the demo's model and writes its diagram to examples/demo.svg.
 demo: build
 	$(BUILD)/sqlantlr model --pretty examples/demo.sql
+	$(BUILD)/sqlantlr diagram -o examples/demo.svg examples/demo.sql
+	@echo "Wrote examples/demo.svg"
+
 
 # Every test; under CI=true a second run with AddressSanitizer and
 # UndefinedBehaviorSanitizer follows.

@@ -112,6 +112,11 @@ std::unique_ptr<SQLContainer> SQLParserC::parseStatements(RecognizerPipeline &pi
             }
         }
         pipeline.releaseFinishedStatements();
+        if (progressHandler_) {
+            SQLParseProgress progress = pipeline.progress();
+            progress.tables = container->tables().size();
+            progressHandler_(progress);
+        }
     }
     if (!built) {
         logf("tree is nil");

@@ -1,5 +1,6 @@
 // The command-line tool as a process: output shapes, exit codes, standard
 // input, and that traces go to standard error only with --trace.
+#include "CliSupport.h"
 #include "ParserTestSupport.h"
 
 #include <nlohmann/json.hpp>
@@ -12,36 +13,6 @@
 #include <unistd.h>
 
 namespace {
-
-struct CliRun {
-    int exitCode = -1;
-    std::string out;
-    std::string err;
-};
-
-CliRun runCli(const std::string &arguments, const std::string &input = "")
-{
-    static int counter = 0;
-    const std::string base = (std::filesystem::temp_directory_path() /
-                              ("sqlantlr-cli-" + std::to_string(getpid()) + "-" + std::to_string(counter++)))
-                                 .string();
-    std::ofstream(base + ".in", std::ios::binary) << input;
-    const std::string command = std::string(SQLANTLR_CLI) + " " + arguments + " < " + base + ".in > " + base +
-                                ".out 2> " + base + ".err";
-    const int status = std::system(command.c_str());
-    CliRun run;
-    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    auto slurp = [](const std::string &path) {
-        std::ifstream file(path, std::ios::binary);
-        return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    };
-    run.out = slurp(base + ".out");
-    run.err = slurp(base + ".err");
-    for (const char *suffix : {".in", ".out", ".err"}) {
-        std::filesystem::remove(base + suffix);
-    }
-    return run;
-}
 
 TEST(Cli, ModelPrintsOneJsonObjectFromStandardInput)
 {
