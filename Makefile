@@ -8,9 +8,10 @@ FUZZ_BUILD ?= build-fuzz
 FUZZ_SECONDS ?= 600
 JOBS      ?= $(shell nproc 2>/dev/null || echo 2)
 PACKAGES  := cmake make g++ pkg-config python3 antlr3 libantlr3c-dev libicu-dev googletest libgtest-dev \
-             libbenchmark-dev nlohmann-json3-dev libcli11-dev
+             libbenchmark-dev nlohmann-json3-dev libcli11-dev libgraphviz-dev fonts-dejavu-core \
+             python3-jsonschema
 
-.PHONY: all deps fuzz-deps configure build demo test test-asan fuzz bench install clean
+.PHONY: all deps fuzz-deps configure build demo test test-asan fuzz bench bench-hostile install clean
 
 all: build
 
@@ -34,8 +35,12 @@ configure: deps
 build: configure
 	cmake --build $(BUILD) -j$(JOBS)
 
+# Prints the demo's model and writes its diagram to examples/demo.svg.
 demo: build
 	$(BUILD)/sqlantlr model --pretty examples/demo.sql
+	$(BUILD)/sqlantlr diagram -o examples/demo.svg examples/demo.sql
+	@echo "Wrote examples/demo.svg"
+
 
 # Every test; under CI=true a second run with AddressSanitizer and
 # UndefinedBehaviorSanitizer follows.
@@ -70,6 +75,11 @@ fuzz: fuzz-deps
 
 bench: build
 	$(BUILD)/bench/sqlantlr_bench
+
+# Deep nesting, duplicate names and huge tokens: time and peak memory per case.
+# The build type matters: configure with -DCMAKE_BUILD_TYPE=Release for figures.
+bench-hostile: build
+	$(BUILD)/bench/sqlantlr_hostile_bench
 
 install: build
 	cmake --install $(BUILD)

@@ -102,7 +102,8 @@ comment
 
 createObject
     : 'CREATE' ( 'OR' 'REPLACE' )?
-      ( ( 'TEMPORARY'! )? ( createTable | createIndex | createUnsupportedObject | createSequence ) SEMI
+      ( ( viewStart )=> createView SEMI
+      | ( 'TEMPORARY'! )? ( createTable | createIndex | createUnsupportedObject | createSequence ) SEMI
       | unknown_createObject
       )
     ;
@@ -125,7 +126,7 @@ unknownCreateObject
 @init { pANTLR3_COMMON_TOKEN first = LT(1); }
     : ~( 'PROCEDURE' | 'VIEW' | 'USER' | 'UNIQUE' | 'FUNCTION' | 'INDEX' | 'TABLE' | 'SEQUENCE'
          | 'OR' | 'ALGORITHM' | 'DEFINER' | 'SQL' | 'TEMPORARY' | 'TRIGGER' | 'EXTENSION'
-         | 'CLUSTERED' | SEMI )
+         | 'CLUSTERED' | 'NONCLUSTERED' | SEMI )
       ( ~SEMI )* SEMI
       { kp_logUnknownObjectType(RECOGNIZER, first, "CREATE"); }
     ;

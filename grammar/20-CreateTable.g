@@ -93,6 +93,12 @@ tableOptionEntry
       | 'COLLATE' ( EQUALS )? boolean_expression_match
       )
     | table_properties_ignore
+    | fileGroupOption
+    ;
+
+// SQL Server's file groups: ON [PRIMARY], TEXTIMAGE_ON [PRIMARY].
+fileGroupOption
+    : ( 'ON' | { kp_isWord(LT(1), "TEXTIMAGE_ON") }?=> STRING ) ( T_PRIMARY | objectName ) ->
     ;
 
 tableComment

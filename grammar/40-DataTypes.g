@@ -55,9 +55,11 @@ type_precision
     : OPENPAREN precision ( COMMA scale )? CLOSEPAREN
     ;
 
+// MAX: SQL Server's (max) after a bracketed type name, [varbinary] (max).
 precision
     : unsigned_integer
     | '*'
+    | 'MAX'
     ;
 
 scale

@@ -8,8 +8,11 @@ createIndex
 
 // Index and table names may be schema-qualified. CONCURRENTLY, ONLY (an
 // index of a partitioned table) and the method are accepted and ignored.
+// SQL Server's NONCLUSTERED (the default) leaves no node, nor does CLUSTERED
+// after UNIQUE: the index type is one word.
 createIndexCore
-    : ( 'UNIQUE' | 'CLUSTERED' )? 'INDEX' ( 'CONCURRENTLY' )? qualifiedObjectName
+    : ( 'UNIQUE' ( 'CLUSTERED'! | 'NONCLUSTERED'! )? | 'CLUSTERED' | 'NONCLUSTERED'! )?
+      'INDEX' ( 'CONCURRENTLY' )? qualifiedObjectName
       'ON' ( 'ONLY' )? qualifiedObjectName ( 'USING' using_index_method )?
       OPENPAREN indexEntry ( COMMA indexEntry )* CLOSEPAREN
     ;

@@ -1,7 +1,7 @@
 // The lexer's character stream: UTF-16 code units of the script, read in
 // place. Look-ahead answers with upper-cased units so that the upper-case
 // keyword rules match any spelling, while token texts are cut from the
-// unchanged buffer. Positions count UTF-16 units, a line feed starts a line.
+// unchanged buffer. Positions count UTF-16 units; LF, CRLF and a lone CR end a line.
 #include "KpAntlrStringOperations.h"
 #include "RecognizerSupport.h"
 
@@ -40,7 +40,9 @@ void kp_utf16Consume(pANTLR3_INT_STREAM is)
         return;
     }
     input->charPositionInLine++;
-    if (*next == input->newlineChar) {
+    // A line feed starts a line, and so does a carriage return that no line
+    // feed follows (old Mac line ends).
+    if (*next == input->newlineChar || (*next == u'\r' && (next + 1 >= end || next[1] != u'\n'))) {
         input->line++;
         input->charPositionInLine = 0;
         input->currentLine = const_cast<uint16_t *>(next + 1);

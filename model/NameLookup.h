@@ -4,10 +4,15 @@
 
 #include <SchemaModel/Names.h>
 
+#include <cstdint>
 #include <memory>
+#include <optional>
+#include <unordered_map>
 #include <string>
 #include <string_view>
 #include <vector>
+
+class SQLObject;
 
 namespace SchemaModel::detail {
 
@@ -15,48 +20,110 @@ namespace SchemaModel::detail {
 /// when their folded forms are equal.
 std::string foldedName(std::string_view name);
 
-/// The first item named exactly `name`, else the first whose name matches
-/// case-insensitively. Unnamed items never match.
-template <typename T>
-T *findByName(const std::vector<std::unique_ptr<T>> &items, std::string_view name)
-{
-    if (name.empty())
-        return nullptr;
-    for (const auto &item : items)
-        if (item->getName() == name)
-            return item.get();
-    for (const auto &item : items)
-        if (item->hasName() && namesEqualIgnoringCase(item->getName(), name))
-            return item.get();
-    return nullptr;
-}
+/// Ties an object to the rename count of the index that holds it.
+struct NameIndexAccess {
+    static void markIndexed(SQLObject &object, std::uint64_t *ownerRenames);
+};
 
+/// The items of one owner's list by case-folded name, for look-ups and
+/// renaming in constant time per name tried. It follows the list as items
+/// are added through it and rebuilds itself when one of its items has been
+/// renamed since (renames after adding are rare). Items point at it, so it
+/// never moves.
 template <typename T>
-bool isNameTaken(const std::vector<std::unique_ptr<T>> &items, std::string_view name)
-{
-    for (const auto &item : items)
-        if (item->hasName() && namesEqualIgnoringCase(item->getName(), name))
-            return true;
-    return false;
-}
+class NameIndex {
+public:
+    using Items = std::vector<std::unique_ptr<T>>;
 
-/// Gives `object` a name not yet used in `items`: its own name if free,
-/// otherwise the first free one of name_1, name_2, ...
-/// Returns whether it was renamed.
-template <typename T, typename U>
-bool makeNameUnique(const std::vector<std::unique_ptr<T>> &items, U &object)
-{
-    if (!object.hasName() || !isNameTaken(items, object.getName()))
-        return false;
-    const std::string base = object.getName();
-    for (std::size_t suffix = 1;; ++suffix) {
-        std::string candidate = base + "_" + std::to_string(suffix);
-        if (!isNameTaken(items, candidate)) {
-            object.setName(candidate);
-            return true;
+    NameIndex() = default;
+    NameIndex(const NameIndex &) = delete;
+    NameIndex &operator=(const NameIndex &) = delete;
+
+    /// Records an item just appended to `items`.
+    void added(const Items &items, T &item)
+    {
+        NameIndexAccess::markIndexed(item, &renames_);
+        if (upToDate(items.size() - 1))
+            insert(item);
+        else
+            rebuild(items);
+    }
+
+    /// The first item named exactly `name`, else the first whose name
+    /// matches case-insensitively. Unnamed items never match.
+    T *find(const Items &items, std::string_view name)
+    {
+        if (name.empty())
+            return nullptr;
+        const std::vector<T *> *candidates = named(items, foldedName(name));
+        if (candidates == nullptr)
+            return nullptr;
+        for (T *item : *candidates)
+            if (item->getName() == name)
+                return item;
+        return candidates->front();
+    }
+
+    /// Gives `object` a name not yet used in `items` (case-insensitively):
+    /// its own name if free, otherwise the first free one of name_1,
+    /// name_2, ... Returns whether it was renamed.
+    template <typename U>
+    bool makeUnique(const Items &items, U &object)
+    {
+        if (!object.hasName() || named(items, foldedName(object.getName())) == nullptr)
+            return false;
+        const std::string base = object.getName();
+        const std::string foldedBase = foldedName(base);
+        // Every suffix below the hint was taken when it was last tried, and
+        // names only become free through a rename, which resets the hints.
+        std::size_t &next = nextSuffix_[foldedBase];
+        for (std::size_t suffix = next == 0 ? 1 : next;; ++suffix) {
+            const std::string tail = "_" + std::to_string(suffix);
+            if (byName_.find(foldedBase + tail) == byName_.end()) {
+                next = suffix + 1;
+                object.setName(base + tail);
+                return true;
+            }
         }
     }
-}
+
+private:
+    bool upToDate(std::size_t indexedCount) const
+    {
+        return renamesSeen_ == renames_ && indexed_ == indexedCount;
+    }
+
+    void insert(T &item)
+    {
+        if (item.hasName())
+            byName_[foldedName(item.getName())].push_back(&item);
+        ++indexed_;
+    }
+
+    void rebuild(const Items &items)
+    {
+        byName_.clear();
+        nextSuffix_.clear();
+        indexed_ = 0;
+        renamesSeen_ = renames_;
+        for (const auto &item : items)
+            insert(*item);
+    }
+
+    const std::vector<T *> *named(const Items &items, const std::string &folded)
+    {
+        if (!upToDate(items.size()))
+            rebuild(items);
+        const auto found = byName_.find(folded);
+        return found == byName_.end() ? nullptr : &found->second;
+    }
+
+    std::unordered_map<std::string, std::vector<T *>> byName_;
+    std::unordered_map<std::string, std::size_t> nextSuffix_;
+    std::uint64_t renames_ = 0;      // bumped by items renamed after adding
+    std::uint64_t renamesSeen_ = 0;  // as of the last rebuild
+    std::size_t indexed_ = 0;
+};
 
 /// Trimmed text, or nullopt when nothing is left.
 inline std::optional<std::string> trimmedOrNone(std::string_view text)

@@ -90,6 +90,20 @@ SQLView *SQLContainer::add(std::unique_ptr<SQLView> view)
     return added;
 }
 
+void SQLContainer::append(SQLContainer &&other)
+{
+    if (&other == this)
+        return;
+    for (auto &table : other.tables_)
+        add(std::move(table));
+    for (auto &view : other.views_)
+        add(std::move(view));
+    other.tables_.clear();
+    other.views_.clear();
+    other.tablesByName_.clear();
+    other.viewsByName_.clear();
+}
+
 namespace {
 
 // The indexed objects of one folded name, in the order they were added.

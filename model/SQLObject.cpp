@@ -1,12 +1,26 @@
 #include <SchemaModel/SQLObject.h>
 
+#include "NameLookup.h"
+
 #include <SchemaModel/Names.h>
+
+namespace SchemaModel::detail {
+
+void NameIndexAccess::markIndexed(SQLObject &object, std::uint64_t *ownerRenames)
+{
+    object.ownerRenames_ = ownerRenames;
+}
+
+} // namespace SchemaModel::detail
 
 SQLObject::~SQLObject() = default;
 
 void SQLObject::setName(std::string_view name)
 {
-    name_ = SchemaModel::trim(name);
+    std::string trimmed = SchemaModel::trim(name);
+    if (ownerRenames_ != nullptr && trimmed != name_)
+        ++*ownerRenames_;
+    name_ = std::move(trimmed);
 }
 
 void SQLObject::setProperty(std::string_view key, std::string_view value)

@@ -7,6 +7,17 @@
 using SchemaModel::detail::textOrNone;
 using SchemaModel::detail::trimmedOrNone;
 
+namespace SchemaModel::detail {
+
+struct TableNameIndexes {
+    NameIndex<SQLField> fields;
+    NameIndex<SQLIndex> indexes;
+};
+
+} // namespace SchemaModel::detail
+
+SQLTable::SQLTable() : names_(std::make_unique<SchemaModel::detail::TableNameIndexes>()) {}
+
 SQLTable::~SQLTable() = default;
 
 std::unique_ptr<SQLTable> SQLTable::tableForImportWithName(std::string_view name)
@@ -36,7 +47,7 @@ void SQLTable::setTableType(std::string_view tableType)
 
 SQLField *SQLTable::getFieldByName(std::string_view name) const
 {
-    return SchemaModel::detail::findByName(fields_, SchemaModel::trim(name));
+    return names_->fields.find(fields_, SchemaModel::trim(name));
 }
 
 std::string SQLTable::getFieldNameListString() const
@@ -56,10 +67,11 @@ SQLField *SQLTable::addWithRenaming(std::unique_ptr<SQLField> field, bool *didRe
         *didRename = false;
     if (!field)
         return nullptr;
-    const bool renamed = SchemaModel::detail::makeNameUnique(fields_, *field);
+    const bool renamed = names_->fields.makeUnique(fields_, *field);
     if (didRename)
         *didRename = renamed;
     fields_.push_back(std::move(field));
+    names_->fields.added(fields_, *fields_.back());
     return fields_.back().get();
 }
 
@@ -67,7 +79,7 @@ SQLIndex *SQLTable::addWithRenaming(std::unique_ptr<SQLIndex> index)
 {
     if (!index)
         return nullptr;
-    SchemaModel::detail::makeNameUnique(indexes_, *index);
+    names_->indexes.makeUnique(indexes_, *index);
     return add(std::move(index));
 }
 
@@ -76,6 +88,7 @@ SQLIndex *SQLTable::add(std::unique_ptr<SQLIndex> index)
     if (!index)
         return nullptr;
     indexes_.push_back(std::move(index));
+    names_->indexes.added(indexes_, *indexes_.back());
     return indexes_.back().get();
 }
 

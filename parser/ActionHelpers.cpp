@@ -131,10 +131,8 @@ std::string kp_nodeText(pANTLR3_BASE_TREE node)
     return kp_tokenText(node->getToken(node));
 }
 
-namespace {
-
 // True when the text is the ASCII upper-case word in any case.
-bool textIsWord(const std::string &text, const char *upperWord)
+bool kp_textIsWord(const std::string &text, const char *upperWord)
 {
     const size_t length = std::strlen(upperWord);
     if (text.size() != length) {
@@ -148,11 +146,9 @@ bool textIsWord(const std::string &text, const char *upperWord)
     return true;
 }
 
-} // namespace
-
 bool kp_isWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
 {
-    return token != nullptr && token->type == STRING && textIsWord(kp_tokenText(token), upperWord);
+    return token != nullptr && token->type == STRING && kp_textIsWord(kp_tokenText(token), upperWord);
 }
 
 namespace {
@@ -250,7 +246,7 @@ bool kp_isConstructEnd(pANTLR3_COMMON_TOKEN end, pANTLR3_COMMON_TOKEN next)
     }
     const std::string text = kp_tokenText(next);
     for (const char *word : {"IF", "LOOP", "REPEAT", "WHILE"}) {
-        if (textIsWord(text, word)) {
+        if (kp_textIsWord(text, word)) {
             return true;
         }
     }
@@ -502,29 +498,27 @@ void kp_skipToClosingParenthesis(pANTLR3_BASE_RECOGNIZER recognizer)
 
 std::string kp_nodeRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from)
 {
-    pANTLR3_TREE_NODE_STREAM nodes = static_cast<pANTLR3_TREE_PARSER>(recognizer->super)->ctnstream->tnstream;
-    const ANTLR3_MARKER to = nodes->istream->index(nodes->istream);
     std::string text;
     bool first = true;
-    for (ANTLR3_MARKER i = from; i < to; ++i) {
-        auto node = static_cast<pANTLR3_BASE_TREE>(nodes->get(nodes, static_cast<ANTLR3_INT32>(i)));
-        if (node == nullptr) {
-            continue;
-        }
-        const ANTLR3_UINT32 type = node->getType(node);
-        if (type == ANTLR3_TOKEN_DOWN || type == ANTLR3_TOKEN_UP || type == ANTLR3_TOKEN_EOF) {
-            continue;
-        }
+    bool recovered = false;
+    kp_forEachRunNode(recognizer, from, [&text, &first, &recovered](pANTLR3_BASE_TREE node) {
         if (kp_isRecoveryNode(node)) {
-            return {};
+            recovered = true;
+            return false;
         }
         if (!first) {
             text += ' ';
         }
-        text += kp_nodeText(node);
+        // A bracketed word is a quoted name of SQL Server: [int] is the type int.
+        std::string word = kp_nodeText(node);
+        if (word.size() >= 2 && word.front() == '[' && word.back() == ']') {
+            word = word.substr(1, word.size() - 2);
+        }
+        text += word;
         first = false;
-    }
-    return text;
+        return true;
+    });
+    return recovered ? std::string() : text;
 }
 
 const std::string *kp_keepText(pANTLR3_BASE_RECOGNIZER recognizer, std::string text)

@@ -50,6 +50,24 @@ void kp_skipToClosingParenthesis(pANTLR3_BASE_RECOGNIZER recognizer);
 // joined by one blank: the rendering of a flat run such as a column type.
 // Empty when the run holds a node made by recovery.
 std::string kp_nodeRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from);
+
+// Calls visit(node) for each token node from stream index `from` up to the
+// current one (navigation nodes left out), while visit returns true.
+template <typename Visit> void kp_forEachRunNode(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from, Visit visit)
+{
+    pANTLR3_TREE_NODE_STREAM nodes = static_cast<pANTLR3_TREE_PARSER>(recognizer->super)->ctnstream->tnstream;
+    const ANTLR3_MARKER to = nodes->istream->index(nodes->istream);
+    for (ANTLR3_MARKER i = from; i < to; ++i) {
+        auto node = static_cast<pANTLR3_BASE_TREE>(nodes->get(nodes, static_cast<ANTLR3_INT32>(i)));
+        if (node == nullptr) {
+            continue;
+        }
+        const ANTLR3_UINT32 type = node->getType(node);
+        if (type != ANTLR3_TOKEN_DOWN && type != ANTLR3_TOKEN_UP && type != ANTLR3_TOKEN_EOF && !visit(node)) {
+            return;
+        }
+    }
+}
 // Keeps a text for the rest of the parse.
 const std::string *kp_keepText(pANTLR3_BASE_RECOGNIZER recognizer, std::string text);
 // The run's text kept for the parse (in parentheses if asked), or nullptr

@@ -278,10 +278,24 @@ void kp_parser_recover(pANTLR3_BASE_RECOGNIZER recognizer)
     kp_forgetRecognitionError(recognizer);
 }
 
+// A token rule that fails part way (an '&' before a letter where '&&' was
+// predicted) has consumed characters of what follows: the input goes back to
+// the start of the failed token and only its first character is dropped, so
+// the next token is read whole. A failure at the end of the input (an open
+// comment) drops the rest as before.
 void kp_lexer_recover(pANTLR3_LEXER lexer)
 {
     logf("recovering lexer");
-    lexer->input->istream->consume(lexer->input->istream);
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    pANTLR3_INT_STREAM stream = input->istream;
+    pANTLR3_RECOGNIZER_SHARED_STATE state = lexer->rec->state;
+    auto *start = reinterpret_cast<void *>(state->tokenStartCharIndex);
+    if (stream->_LA(stream, 1) != ANTLR3_CHARSTREAM_EOF && start >= input->data && start < input->nextChar) {
+        input->nextChar = start;
+        input->line = state->tokenStartLine;
+        input->charPositionInLine = state->tokenStartCharPositionInLine;
+    }
+    stream->consume(stream);
 }
 
 void *kp_errorNode(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR3_TOKEN_STREAM, pANTLR3_COMMON_TOKEN start,

@@ -11,8 +11,13 @@
 
 namespace {
 
+// Guards currentSink; never held while a sink runs, so that a sink may log
+// or install another sink (or none).
 std::mutex sinkMutex;
 std::shared_ptr<SQLAntlrParser::LogSink> currentSink;
+// Delivers messages one at a time across threads; recursive, so that a sink
+// whose work logs on the same thread gets that message too.
+std::recursive_mutex deliveryMutex;
 std::atomic<bool> sinkInstalled{false};
 
 } // namespace
@@ -49,9 +54,14 @@ void logMessage(const std::string &message)
     if (!logEnabled()) {
         return;
     }
-    std::lock_guard<std::mutex> lock(sinkMutex);
-    if (currentSink) {
-        (*currentSink)(message);
+    std::shared_ptr<SQLAntlrParser::LogSink> sink;
+    {
+        std::lock_guard<std::mutex> lock(sinkMutex);
+        sink = currentSink;  // keeps the sink alive even if it is replaced meanwhile
+    }
+    if (sink) {
+        std::lock_guard<std::recursive_mutex> delivering(deliveryMutex);
+        (*sink)(message);
     }
 }
 

@@ -173,6 +173,8 @@ SQLLexer *newLexer(SQLInputStream *input, ParseSession *session)
     pANTLR3_BASE_RECOGNIZER recognizer = lexer->pLexer->rec;
     // The runtime's own display cannot read UTF-16 input: always replace it.
     recognizer->displayRecognitionError = kp_lexer_displayRecognitionError;
+    // A failed token drops its first character only, never the next token's.
+    lexer->pLexer->recover = kp_lexer_recover;
     if (session != nullptr) {
         recognizer->state->userp = session;
         session->lexerNextToken = recognizer->state->tokSource->nextToken;
@@ -361,6 +363,23 @@ bool RecognizerPipeline::atEnd() const
 {
     pANTLR3_INT_STREAM stream = asParser(parser_)->pParser->tstream->istream;
     return stream->_LA(stream, 1) == ANTLR3_TOKEN_EOF;
+}
+
+SQLParseProgress RecognizerPipeline::progress() const
+{
+    // A token's start is a pointer into its input's text.
+    pANTLR3_TOKEN_STREAM stream = asParser(parser_)->pParser->tstream;
+    pANTLR3_COMMON_TOKEN next = stream->_LT(stream, 1);
+    SQLParseProgress progress;
+    if (next != nullptr && next->input != nullptr && next->input->data != nullptr) {
+        const auto *data = static_cast<const char *>(next->input->data);
+        const auto *start = reinterpret_cast<const char *>(next->start);
+        progress.total = next->input->sizeBuf;
+        progress.done = next->type == ANTLR3_TOKEN_EOF || start < data || start > data + progress.total
+                            ? progress.total
+                            : static_cast<std::size_t>(start - data);
+    }
+    return progress;
 }
 
 SQLSyntaxTree *RecognizerPipeline::parseScript()

@@ -70,6 +70,9 @@ public:
     // Every token read so far (all of them once the stream has been read).
     std::vector<SQLToken> tokenList();
 
+    // How far the parser has read: the bytes of the input before the next
+    // token, and the input's size (tables left at 0).
+    SQLParseProgress progress() const;
     // True when the parser is at the end of input.
     bool atEnd() const;
     // Runs the whole-script rule: the syntax tree of everything left.

@@ -34,6 +34,14 @@ ANTLR3_UCHAR lc_antlr3UCS2LA(pANTLR3_INT_STREAM is, ANTLR3_INT32 la);
 // Consumes one UTF-16 code unit, counting lines and positions in units.
 void kp_utf16Consume(pANTLR3_INT_STREAM is);
 
+// Matches the body and closing quote of a quoted piece whose opening quote was
+// just matched (see lexer/QuotedText.h); a piece never closed matches nothing.
+void kp_matchQuotedBody(pANTLR3_LEXER lexer, ANTLR3_UCHAR quote);
+// True when a bracketed name starts at the lexer's position.
+bool kp_bracketedNameAhead(pANTLR3_LEXER lexer);
+// QUOTED_STRING, or QUOTE when a piece of the token was never closed.
+ANTLR3_UINT32 kp_quotedStringType(pANTLR3_LEXER lexer);
+
 // True when the lexer of this parse leaves blanks out of the token stream.
 bool kp_dropsBlanks(pANTLR3_RECOGNIZER_SHARED_STATE state);
 
@@ -124,6 +132,8 @@ bool kp_isRecoveryNode(pANTLR3_BASE_TREE node);
 std::string kp_utf16Slice(const char16_t *units, size_t count);
 // Case-insensitive check of a token's text against an ASCII upper-case word.
 bool kp_isWord(pANTLR3_COMMON_TOKEN token, const char *upperWord);
+// The same check on a text.
+bool kp_textIsWord(const std::string &text, const char *upperWord);
 // True when the keyword at LT(1) names a column of a table's element list:
 // the token before it opens the list or separates its entries, and the word
 // does not start an index there (KEY k (a), INDEX USING BTREE (a),
@@ -167,3 +177,4 @@ void kp_reportErrorNodes(pANTLR3_BASE_RECOGNIZER recognizer);
 #include "KeyBuilder.h"
 #include "ReferenceBuilder.h"
 #include "TableBuilder.h"
+#include "ViewBuilder.h"

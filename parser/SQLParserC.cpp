@@ -11,6 +11,7 @@
 
 #include <unicode/ustring.h>
 
+#include <algorithm>
 
 using sqlantlr::logf;
 using sqlantlr::RecognizerPipeline;
@@ -23,6 +24,9 @@ std::u16string scriptUnits(std::string_view sql)
     if (!text.empty() && text.front() == u'\uFEFF') {
         text.erase(0, 1);  // a byte order mark is not part of the script
     }
+    // A NUL is no character of any statement: it is read as if absent, so that
+    // it cannot split a word (positions after it on its line count one less).
+    text.erase(std::remove(text.begin(), text.end(), u'\0'), text.end());
     return text;
 }
 
@@ -108,6 +112,11 @@ std::unique_ptr<SQLContainer> SQLParserC::parseStatements(RecognizerPipeline &pi
             }
         }
         pipeline.releaseFinishedStatements();
+        if (progressHandler_) {
+            SQLParseProgress progress = pipeline.progress();
+            progress.tables = container->tables().size();
+            progressHandler_(progress);
+        }
     }
     if (!built) {
         logf("tree is nil");

@@ -27,7 +27,8 @@ TokenWindow *windowOf(pANTLR3_INT_STREAM)
 } // namespace
 
 TokenWindow::TokenWindow(pANTLR3_COMMON_TOKEN_STREAM stream, pANTLR3_LEXER lexer)
-    : stream_(stream), lexer_(lexer), lexerFactory_(lexer->rec->state->tokFactory)
+    : stream_(stream), lexer_(lexer), lexerFactory_(lexer->rec->state->tokFactory),
+      lines_(stream->tstream->tokenSource, &factory_)
 {
     // The stream's own functions are replaced; its structure stays, because
     // the runtime reads a parser's stream as a common token stream.
@@ -102,7 +103,7 @@ bool TokenWindow::fetch()
         return false;
     }
     pANTLR3_TOKEN_SOURCE source = stream_->tstream->tokenSource;
-    pANTLR3_COMMON_TOKEN token = source->nextToken(source);
+    pANTLR3_COMMON_TOKEN token = lines_.next();
     if (token == nullptr || token->type == ANTLR3_TOKEN_EOF) {
         eof_ = token != nullptr ? token : &source->eofToken;
         eof_->index = readCount();

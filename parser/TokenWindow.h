@@ -6,6 +6,8 @@
 // tokens of the statement at hand.
 #pragma once
 
+#include "ScriptLines.h"
+
 #include <antlr3.h>
 
 #include <memory>
@@ -78,6 +80,7 @@ private:
     pANTLR3_LEXER lexer_;
     pANTLR3_TOKEN_FACTORY lexerFactory_;  // the lexer's own, restored on destruction
     Factory factory_{};
+    ScriptLines lines_;  // script-level lines between the lexer and the parser
     std::vector<pANTLR3_COMMON_TOKEN> tokens_;  // raw tokens from index base_ on
     ANTLR3_MARKER base_ = 0;
     ANTLR3_MARKER p_ = 0;

@@ -53,7 +53,7 @@ comment
 
 createObject[SQLContainer *c]
     : 'CREATE' ( 'OR' 'REPLACE' )?
-      ( ( createTable[c] | createIndex[c] | createSequence[c] ) SEMI
+      ( ( createTable[c] | createIndex[c] | createSequence[c] | createView[c] ) SEMI
       | PSQL_NODE
       | IGNORED_NODE
       )

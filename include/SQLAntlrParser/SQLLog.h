@@ -13,7 +13,10 @@ namespace SQLAntlrParser {
 using LogSink = std::function<void(std::string_view message)>;
 
 // Installs the sink (an empty function makes the library silent again). Safe
-// to call from any thread; messages are delivered one at a time.
+// to call from any thread, also from inside a sink: a sink may replace or
+// remove itself (it finishes the message at hand) and may call the library,
+// whose messages it then receives in turn. Messages are delivered one at a
+// time.
 void setLogSink(LogSink sink);
 
 // True when a sink is installed.

@@ -40,9 +40,17 @@ public:
     // references resolved (postLoadProcess), or nullptr when the parse failed
     // (the error is logged). Syntax errors are records, not failures.
     std::unique_ptr<SQLContainer> parseString(std::string_view sql);
+    // As above; a null pointer fails with the "Invalid input (is nil)" error
+    // (code 1), which is logged.
+    std::unique_ptr<SQLContainer> parseString(const char *sql);
+    // As the two above, and on failure the error is also stored in *error
+    // (when error is not null).
+    std::unique_ptr<SQLContainer> parseString(std::string_view sql, KpError *error);
+    std::unique_ptr<SQLContainer> parseString(const char *sql, KpError *error);
 
     // Reads a script file (UTF-8, else Mac OS Roman) and parses it. Throws
-    // SQLFileEncodingError when the file cannot be read.
+    // SQLFileEncodingError when the file cannot be read (missing, a
+    // directory, or failing while read).
     std::unique_ptr<SQLContainer> parseFile(const std::string &path);
 
     // The text of a file as UTF-8: read in the given encoding, falling back to
@@ -61,5 +69,8 @@ public:
     SQLParserC &driver() { return *parser_; }
 
 private:
+    std::unique_ptr<SQLContainer> finishParse(std::unique_ptr<SQLContainer> container, const KpError &failure,
+                                              KpError *error);
+
     std::unique_ptr<SQLParserC> parser_;
 };

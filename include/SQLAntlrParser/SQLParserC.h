@@ -5,6 +5,8 @@
 #include <SQLAntlrParser/KpError.h>
 #include <SQLAntlrParser/SQLParserException.h>
 
+#include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -42,6 +44,13 @@ struct SQLToken {
     std::string text;       // the token's text as written
 };
 
+// How far a parse has got, reported after each statement.
+struct SQLParseProgress {
+    std::size_t done = 0;    // bytes of the parsed (UTF-16) text before the next statement
+    std::size_t total = 0;   // bytes of the parsed (UTF-16) text
+    std::size_t tables = 0;  // tables built so far
+};
+
 class SQLParserC {
 public:
     SQLParserC();
@@ -64,6 +73,13 @@ public:
     std::unique_ptr<SQLContainer> parseString(std::string_view sql, KpError *error);
     // As above; a null pointer is the "Invalid input (is nil)" error (code 1).
     std::unique_ptr<SQLContainer> parseString(const char *sql, KpError *error);
+
+    // Called after each statement of every later parse; an empty handler
+    // turns the reports off.
+    void setProgressHandler(std::function<void(const SQLParseProgress &)> handler)
+    {
+        progressHandler_ = std::move(handler);
+    }
 
     // Every token of a script, hidden ones included, end of input excluded.
     std::vector<SQLToken> tokensForString(std::string_view sql);
@@ -139,4 +155,5 @@ private:
     friend class sqlantlr::RecognizerPipeline;
     std::vector<SQLParserException> exceptionsList_;
     sqlantlr::ParseSession *session_ = nullptr;  // the parse in progress, if any
+    std::function<void(const SQLParseProgress &)> progressHandler_;
 };

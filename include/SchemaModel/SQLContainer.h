@@ -25,6 +25,11 @@ public:
     SQLTable *add(std::unique_ptr<SQLTable> table);
     SQLView *add(std::unique_ptr<SQLView> view);
 
+    /// Moves every table and view of other, in order, to the end of this
+    /// container and leaves other empty. References keep their state until
+    /// the next postLoadProcess, which can then resolve keys between them.
+    void append(SQLContainer &&other);
+
     const std::vector<std::unique_ptr<SQLTable>> &tables() const { return tables_; }
     const std::vector<std::unique_ptr<SQLView>> &views() const { return views_; }
 

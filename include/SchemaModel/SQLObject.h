@@ -1,11 +1,16 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
+
+namespace SchemaModel::detail {
+struct NameIndexAccess;
+}
 
 /// Common base of every named schema object: a (trimmed) name and a bag of
 /// key/value properties used for dialect-specific details.
@@ -39,6 +44,12 @@ public:
     std::optional<std::string> getPropertyAsString(std::string_view key) const;
 
 private:
+    friend struct SchemaModel::detail::NameIndexAccess;
+
     std::string name_;
     PropertyMap properties_;
+    // Once an owner has indexed the object by name: the owner's count of
+    // renames, which renaming the object bumps so that the owner's index
+    // knows it is out of date.
+    std::uint64_t *ownerRenames_ = nullptr;
 };

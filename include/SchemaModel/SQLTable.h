@@ -11,11 +11,15 @@
 #include <string_view>
 #include <vector>
 
+namespace SchemaModel::detail {
+struct TableNameIndexes;
+}
+
 /// A table; owns its fields, indexes (with unique constraints), foreign keys
 /// and check constraints.
 class SQLTable : public SQLObject {
 public:
-    SQLTable() = default;
+    SQLTable();
     ~SQLTable() override;
 
     static std::unique_ptr<SQLTable> tableForImportWithName(std::string_view name);
@@ -70,4 +74,7 @@ private:
     std::vector<std::unique_ptr<SQLIndex>> indexes_;
     std::vector<std::unique_ptr<SQLForeignKey>> foreignKeys_;
     std::vector<std::unique_ptr<SQLConstraint>> checks_;
+    // Fields and indexes by case-folded name, for look-ups and renaming
+    // that do not scan the lists.
+    std::unique_ptr<SchemaModel::detail::TableNameIndexes> names_;
 };

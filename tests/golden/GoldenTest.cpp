@@ -34,11 +34,10 @@ nlohmann::ordered_json parseCase(const std::string &name)
     SQLParser parser;
     const std::string text = SQLParser::stringForFile(std::string(GOLDEN_DIR) + "/" + name + ".sql", SQLTextEncoding::UTF8);
     KpError error;
-    std::unique_ptr<SQLContainer> container = parser.driver().parseString(text, &error);
+    std::unique_ptr<SQLContainer> container = parser.parseString(text, &error);
     if (container == nullptr) {
         return {{"error", error.code}};
     }
-    container->postLoadProcess();
     return sqlantlr::modelToJson(*container, parser.getExceptionList());
 }
 

@@ -205,3 +205,34 @@ TEST_F(ResolutionTest, TableNameContainingADot)
     EXPECT_EQ(field->getReferences()->targetTable, dotted);
     EXPECT_TRUE(field->getReferences()->resolved);
 }
+
+namespace {
+
+TEST(ContainerAppendTest, MovesObjectsInOrderAndLaterResolutionFindsKeysAcrossContainers)
+{
+    SQLContainer first;
+    SQLTable *child = addTable(first, "child", std::nullopt, {"id", "parent_id"}, {"id"});
+    SQLForeignKey *key = addForeignKey(*child, "Parent", {{"parent_id", "id"}});
+    first.postLoadProcess();
+    ASSERT_FALSE(key->isResolved());
+
+    SQLContainer second;
+    SQLTable *parent = addTable(second, "parent", std::nullopt, {"id"}, {"id"});
+    second.add(SQLView::viewWithName("v"));
+    first.append(std::move(second));
+    EXPECT_TRUE(second.tables().empty());
+    EXPECT_TRUE(second.views().empty());
+    EXPECT_EQ(second.getTableByName("parent"), nullptr);
+    ASSERT_EQ(first.tables().size(), 2U);
+    EXPECT_EQ(first.tables()[1].get(), parent);
+    EXPECT_EQ(first.getTableByName("PARENT"), parent);
+    EXPECT_NE(first.getViewByName("v"), nullptr);
+
+    first.postLoadProcess();
+    EXPECT_TRUE(key->isResolved());
+    EXPECT_EQ(key->getTargetTable(), parent);
+    first.append(std::move(first));
+    EXPECT_EQ(first.tables().size(), 2U);
+}
+
+} // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 namespace {
 
 std::unique_ptr<SQLIndex> indexNamed(std::string_view name)
@@ -167,4 +169,44 @@ TEST(FieldTest, ReferentialActionsNeedAReference)
     field->setDefaultCardinalityForImport();
     EXPECT_EQ(field->getSourceCardinality(), SQLCardinality::ZeroOrMore);
     EXPECT_EQ(field->getTargetCardinality(), SQLCardinality::ExactlyOne);
+}
+
+TEST(TableFieldsTest, RenamingFollowsFieldsRenamedAfterAdding)
+{
+    auto table = SQLTable::tableForImportWithName("t");
+    SQLField *first = table->addWithRenaming(SQLField::fieldWithName("a", "int"));
+    table->addWithRenaming(SQLField::fieldWithName("A", "int"));  // A_1
+    // Renaming a field frees its old name and takes the new one at once.
+    first->setName("b");
+    EXPECT_EQ(table->getFieldByName("a"), nullptr);
+    EXPECT_EQ(table->getFieldByName("B"), first);
+    EXPECT_EQ(table->addWithRenaming(SQLField::fieldWithName("a", "int"))->getName(), "a");
+    EXPECT_EQ(table->addWithRenaming(SQLField::fieldWithName("a", "int"))->getName(), "a_2");
+    table->fields()[1]->setName("x");  // frees A_1
+    EXPECT_EQ(table->addWithRenaming(SQLField::fieldWithName("a", "int"))->getName(), "a_1");
+    EXPECT_EQ(table->addWithRenaming(SQLField::fieldWithName("B", "int"))->getName(), "B_1");
+    // Exact spelling wins, then the first added of any case.
+    table->addWithRenaming(SQLField::fieldWithName("Straße", "int"));
+    SQLField *upper = table->addWithRenaming(SQLField::fieldWithName("STRASSE", "int"));
+    EXPECT_EQ(upper->getName(), "STRASSE_1");
+    upper->setName("STRASSE");
+    EXPECT_EQ(table->getFieldByName("STRASSE"), upper);
+    EXPECT_EQ(table->getFieldByName("strasse")->getName(), "Straße");
+}
+
+TEST(TableFieldsTest, ManyFieldsOfOneNameAreRenamedInLinearTime)
+{
+    // Each rename used to rescan every field for every suffix tried: cubic.
+    auto table = SQLTable::tableForImportWithName("t");
+    const auto start = std::chrono::steady_clock::now();
+    constexpr int count = 3000;
+    for (int i = 0; i < count; ++i) {
+        table->addWithRenaming(SQLField::fieldWithName(i % 2 == 0 ? "col" : "COL", "int"));
+        table->addWithRenaming(indexNamed("idx"));
+    }
+    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    EXPECT_LT(seconds, 5.0);
+    EXPECT_EQ(table->fields()[count - 1]->getName(), "COL_" + std::to_string(count - 1));
+    EXPECT_EQ(table->indexes()[count - 1]->getName(), "idx_" + std::to_string(count - 1));
+    EXPECT_EQ(table->getFieldByName("col_2999"), table->fields()[count - 1].get());
 }

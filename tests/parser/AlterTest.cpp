@@ -22,7 +22,7 @@ TEST(AlterTable, OnlyAddedConstraintsStayInTheTree)
     EXPECT_EQ(tree("ALTER TABLE t ADD CONSTRAINT pk PRIMARY KEY (a) USING INDEX TABLESPACE ts ENABLE NOVALIDATE;"),
               "ALTER TABLE t ADD CONSTRAINT pk PRIMARY KEY ( a ) ;");
     EXPECT_EQ(tree("ALTER TABLE [dbo].[t] WITH NOCHECK ADD CONSTRAINT c CHECK (a > 0), NOCHECK CONSTRAINT c;"),
-              "ALTER TABLE dbo . t ADD CONSTRAINT c CHECK , IGNORED_NODE ;");
+              "ALTER TABLE [dbo] . [t] ADD CONSTRAINT c CHECK , IGNORED_NODE ;");
 }
 
 TEST(AlterTable, EveryOtherClauseIsConsumedWithoutARecord)

@@ -1,5 +1,6 @@
 // The command-line tool as a process: output shapes, exit codes, standard
 // input, and that traces go to standard error only with --trace.
+#include "CliSupport.h"
 #include "ParserTestSupport.h"
 
 #include <nlohmann/json.hpp>
@@ -12,36 +13,6 @@
 #include <unistd.h>
 
 namespace {
-
-struct CliRun {
-    int exitCode = -1;
-    std::string out;
-    std::string err;
-};
-
-CliRun runCli(const std::string &arguments, const std::string &input = "")
-{
-    static int counter = 0;
-    const std::string base = (std::filesystem::temp_directory_path() /
-                              ("sqlantlr-cli-" + std::to_string(getpid()) + "-" + std::to_string(counter++)))
-                                 .string();
-    std::ofstream(base + ".in", std::ios::binary) << input;
-    const std::string command = std::string(SQLANTLR_CLI) + " " + arguments + " < " + base + ".in > " + base +
-                                ".out 2> " + base + ".err";
-    const int status = std::system(command.c_str());
-    CliRun run;
-    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    auto slurp = [](const std::string &path) {
-        std::ifstream file(path, std::ios::binary);
-        return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    };
-    run.out = slurp(base + ".out");
-    run.err = slurp(base + ".err");
-    for (const char *suffix : {".in", ".out", ".err"}) {
-        std::filesystem::remove(base + suffix);
-    }
-    return run;
-}
 
 TEST(Cli, ModelPrintsOneJsonObjectFromStandardInput)
 {
@@ -80,16 +51,25 @@ TEST(Cli, TreeAndPlainTokens)
     EXPECT_EQ(tokens.out, "0 35 STRING 0 1:0 \"a\"\n1 51 NEWLINE 99 1:1 \"\\n\"\n");
 }
 
-TEST(Cli, ExitCodesForUnreadableFilesFailedParsesAndUsage)
+TEST(Cli, ExitCodesForUnreadableFilesEmptySchemasAndUsage)
 {
     const CliRun missing = runCli("model /nonexistent/x.sql");
     EXPECT_EQ(missing.exitCode, 1);
     EXPECT_EQ(std::count(missing.err.begin(), missing.err.end(), '\n'), 1) << missing.err;
     EXPECT_NE(missing.err.find("Unable to identify text encoding during parsing"), std::string::npos);
 
-    const CliRun empty = runCli("model -", "GRANT a ON b TO c;");
-    EXPECT_EQ(empty.exitCode, 1);
-    EXPECT_NE(empty.err.find("279"), std::string::npos) << empty.err;
+    const CliRun directory = runCli("model " + std::filesystem::temp_directory_path().string());
+    EXPECT_EQ(directory.exitCode, 1);
+    EXPECT_EQ(std::count(directory.err.begin(), directory.err.end(), '\n'), 1) << directory.err;
+    EXPECT_NE(directory.err.find("UnknownFileEncoding"), std::string::npos) << directory.err;
+
+    // A script whose statements are all dropped is an empty schema.
+    const CliRun empty = runCli("model -", "GRANT a ON b TO c;\nSET NOCOUNT ON\nGO\n");
+    EXPECT_EQ(empty.exitCode, 0) << empty.err;
+    EXPECT_EQ(nlohmann::json::parse(empty.out)["tables"].size(), 0U);
+    const CliRun swallowed = runCli("model -", "DECLARE x INT;\nCREATE TABLE t (a INT);\n");
+    EXPECT_EQ(swallowed.exitCode, 0) << swallowed.err;
+    EXPECT_FALSE(nlohmann::json::parse(swallowed.out)["exceptions"].empty());
 
     EXPECT_EQ(runCli("frobnicate x").exitCode, 2);
     EXPECT_EQ(runCli("model").exitCode, 2);

@@ -2,7 +2,11 @@
 // fallback, record bookkeeping across parses, foreign-key linking, threads.
 #include "ParserTestSupport.h"
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <functional>
+#include <future>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -80,6 +84,12 @@ TEST(FileInput, MissingFileRaisesTheEncodingError)
     }
 }
 
+TEST(FileInput, DirectoryRaisesTheEncodingErrorInsteadOfAborting)
+{
+    SQLParser parser;
+    EXPECT_THROW(parser.parseFile(fs::temp_directory_path().string()), SQLFileEncodingError);
+}
+
 TEST(Records, AccumulateAcrossParsesAndCountModulo256)
 {
     SQLParser parser;
@@ -88,7 +98,7 @@ TEST(Records, AccumulateAcrossParsesAndCountModulo256)
     EXPECT_TRUE(parser.hasExceptions());
     std::string script;
     for (int i = 0; i < 84; ++i) {
-        script += "/\n";  // 3 records each
+        script += "END;\n";  // 3 records each
     }
     script += "INSERT x";  // 2 records at the end
     ASSERT_TRUE(parser.parseString(script));
@@ -96,6 +106,32 @@ TEST(Records, AccumulateAcrossParsesAndCountModulo256)
     EXPECT_EQ(parser.getExceptionList().front().reason, "[1:0] missing elements...");
     EXPECT_EQ(parser.getExceptionList().front().name, "ParsingException");
     EXPECT_FALSE(parser.hasExceptions()) << "the count's low 8 bits decide";
+}
+
+TEST(Records, FacadeReportsItsErrorAndTakesANullString)
+{
+    SQLParser parser;
+    LogCapture log;
+    KpError error;
+    EXPECT_EQ(parser.parseString(static_cast<const char *>(nullptr), &error), nullptr);
+    EXPECT_EQ(error.code, KpErrorNilInput);
+    EXPECT_EQ(error.message, "Invalid input (is nil)");
+    EXPECT_TRUE(log.contains("Error: Invalid input (is nil)"));
+    EXPECT_EQ(parser.parseString(static_cast<const char *>(nullptr)), nullptr);
+
+    error = KpError();
+    EXPECT_EQ(parser.parseString(std::string("GRANT x ON y TO z;"), &error), nullptr);
+    EXPECT_EQ(error.code, KpErrorUnallocatedTree);
+
+    // A parse that succeeds leaves the error alone and resolves references.
+    error = KpError();
+    std::unique_ptr<SQLContainer> container =
+        parser.parseString("CREATE TABLE a (x INT PRIMARY KEY); CREATE TABLE b (y INT REFERENCES a);", &error);
+    ASSERT_NE(container, nullptr);
+    EXPECT_EQ(error.code, 0);
+    const SQLFieldReference *reference = container->getTableByName("b")->getFieldByName("y")->getReferences();
+    ASSERT_NE(reference, nullptr);
+    EXPECT_TRUE(reference->resolved);
 }
 
 TEST(Records, NilParseIsLoggedByTheFacade)
@@ -205,3 +241,123 @@ TEST(Version, SymbolsAndBacktrace)
 }
 
 } // namespace
+
+namespace {
+
+// Runs work on its own thread; false when it has not finished within a few
+// seconds (a deadlock; the thread is then left behind).
+bool finishesInTime(std::function<void()> work)
+{
+    auto done = std::make_shared<std::promise<void>>();
+    std::future<void> finished = done->get_future();
+    std::thread([work = std::move(work), done] {
+        work();
+        done->set_value();
+    }).detach();
+    return finished.wait_for(std::chrono::seconds(10)) == std::future_status::ready;
+}
+
+} // namespace
+
+TEST(LogSink, SinkMayLogAndRemoveItself)
+{
+    // A sink whose work logs gets that message too, on the same thread.
+    auto received = std::make_shared<std::vector<std::string>>();
+    ASSERT_TRUE(finishesInTime([received] {
+        auto nested = std::make_shared<bool>(false);
+        SQLAntlrParser::setLogSink([received, nested](std::string_view message) {
+            received->emplace_back(message);
+            if (!*nested) {
+                *nested = true;
+                SQLParser().parseString(static_cast<const char *>(nullptr));  // logs "Error: ..."
+            }
+        });
+        SQLParser().parseString("GRANT x ON y TO z;");
+        SQLAntlrParser::setLogSink(nullptr);
+    })) << "a sink that logs deadlocked";
+    ASSERT_GE(received->size(), 2U);
+    EXPECT_NE(received->at(1).find("Invalid input (is nil)"), std::string::npos);
+
+    // A sink that removes itself finishes its message and hears no more.
+    auto calls = std::make_shared<std::atomic<int>>(0);
+    ASSERT_TRUE(finishesInTime([calls] {
+        SQLAntlrParser::setLogSink([calls](std::string_view) {
+            ++*calls;
+            SQLAntlrParser::setLogSink(nullptr);
+        });
+        SQLParser().parseString("GRANT x ON y TO z;");
+        SQLParser().parseString("GRANT x ON y TO z;");
+    })) << "a sink that removes itself deadlocked";
+    EXPECT_EQ(calls->load(), 1);
+    EXPECT_FALSE(SQLAntlrParser::isLogging());
+}
+
+namespace {
+
+// A driver that watches its stages.
+class WatchingDriver : public SQLParserC {
+public:
+    bool displayNodeList() const override { return true; }
+    bool displayTokenStream() const override { return true; }
+    std::vector<std::string> stages;
+    int statementsWalked = 0;
+
+protected:
+    SQLInputStream *inputStreamFromString(std::u16string_view text) override
+    {
+        stages.emplace_back("input");
+        return SQLParserC::inputStreamFromString(text);
+    }
+    SQLLexer *lexerForInputStream(SQLInputStream *input) override
+    {
+        stages.emplace_back("lexer");
+        return SQLParserC::lexerForInputStream(input);
+    }
+    SQLRecognizer *parserForTokenStream(SQLTokenStream *tokens) override
+    {
+        stages.emplace_back("parser");
+        return SQLParserC::parserForTokenStream(tokens);
+    }
+    bool walkStatement(SQLSyntaxTree *tree, SQLContainer &container, KpError *error) override
+    {
+        ++statementsWalked;
+        stages.emplace_back("walk " + std::to_string(container.tables().size()));
+        return SQLParserC::walkStatement(tree, container, error);
+    }
+    std::unique_ptr<SQLContainer> parseTree(SQLSyntaxTree *tree, KpError *error) override
+    {
+        stages.emplace_back("tree");
+        return SQLParserC::parseTree(tree, error);
+    }
+};
+
+} // namespace
+
+TEST(Driver, SubclassSeesEveryStageOfEveryParse)
+{
+    WatchingDriver driver;
+    LogCapture log;
+    KpError error;
+    std::unique_ptr<SQLContainer> container =
+        driver.parseString("CREATE TABLE a (x INT);\nDROP TABLE q;\nCREATE TABLE b (y INT);", &error);
+    ASSERT_NE(container, nullptr);
+    EXPECT_EQ(container->tables().size(), 2U);
+    // Every statement that built a tree (DROP TABLE too) is walked into the
+    // one container.
+    EXPECT_EQ(driver.stages,
+              (std::vector<std::string>{"input", "lexer", "parser", "walk 0", "walk 1", "walk 1"}));
+    EXPECT_TRUE(log.contains("tokens found"));
+    const auto dumps = std::count_if(log.lines.begin(), log.lines.end(),
+                                     [](const std::string &line) { return line.rfind("Nodes: ", 0) == 0; });
+    EXPECT_EQ(dumps, driver.statementsWalked);
+
+    // A script without statements goes through parseTree.
+    driver.stages.clear();
+    driver.parseString("-- nothing\n", &error);
+    EXPECT_EQ(driver.stages, (std::vector<std::string>{"input", "lexer", "parser", "tree"}));
+
+    // Token listings make the stream and the lexer only.
+    driver.stages.clear();
+    EXPECT_FALSE(driver.tokensForString("a b").empty());
+    EXPECT_EQ(driver.stages, (std::vector<std::string>{"input", "lexer"}));
+}

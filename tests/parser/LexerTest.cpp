@@ -2,6 +2,7 @@
 // case-insensitive keywords with the script's own text, hidden tokens,
 // quoted runs, comments, and the fold table behind the keyword matching.
 #include "KpAntlrStringOperations.h"
+#include "QuotedText.h"
 #include "ParserTestSupport.h"
 #include "RecognizerSupport.h"
 
@@ -148,10 +149,112 @@ TEST(FoldTable, UpperCasesLowerCaseLettersWithSingleUnitForms)
     EXPECT_EQ(SQLParserC::uppercaseCharacter(u'ß'), u'S');  // the driver's one-off helper takes the first unit
 }
 
-TEST(FoldTable, SharpSEndsAWordInsteadOfFolding)
+TEST(FoldTable, SharpSIsALetterOfAWordAndDoesNotFold)
 {
-    // The sharp s is no letter of a word and does not fold into "SS".
-    EXPECT_EQ(visible("claß"), (std::vector<Tok>{{35, "STRING", "cla"}}));
+    // The sharp s belongs to the word and does not fold into "SS" (no keyword match).
+    EXPECT_EQ(visible("claß"), (std::vector<Tok>{{35, "STRING", "claß"}}));
+    EXPECT_EQ(visible("naß"), (std::vector<Tok>{{35, "STRING", "naß"}}));
+}
+
+} // namespace
+
+namespace {
+
+TEST(LexerNames, BracketsQuoteANameWhateverItHolds)
+{
+    EXPECT_EQ(visible("[Order Details].[Set] [$(Db)]"),
+              (std::vector<Tok>{{40, "QUOTED_STRING", "[Order Details]"}, {149, "'.'", "."},
+                                {40, "QUOTED_STRING", "[Set]"}, {40, "QUOTED_STRING", "[$(Db)]"}}));
+    // Array types and subscripts are no names: the brackets are skipped as before.
+    EXPECT_EQ(visible("int[] a[1]"),
+              (std::vector<Tok>{{338, "'INT'", "int"}, {35, "STRING", "a"}, {38, "INT", "1"}}));
+    const ParseResult result = parse("CREATE TABLE [Order Details] ([Key] [int], [Primary] [nvarchar](10));");
+    const SQLTable &table = tableNamed(result, "Order Details");
+    ASSERT_EQ(table.fields().size(), 2U);
+    EXPECT_EQ(table.fields()[0]->getName(), "Key");
+    EXPECT_EQ(table.fields()[1]->getType(), "nvarchar ( 10 )");
+    EXPECT_EQ(result.records, std::vector<std::string>{});
+}
+
+TEST(LexerNames, OracleNamesHoldDollarAndHashAfterTheFirstLetter)
+{
+    EXPECT_EQ(visible("app$log emp#hist $x"),
+              (std::vector<Tok>{{35, "STRING", "app$log"}, {35, "STRING", "emp#hist"}, {41, "SYMBOL", "$"},
+                                {35, "STRING", "x"}}));
+    const ParseResult result = parse("CREATE TABLE app$log (id INT);\nCREATE TABLE b (id INT);");
+    EXPECT_EQ(result.container->tables().size(), 2U);
+    tableNamed(result, "app$log");
+    EXPECT_EQ(tableNamed(parse("CREATE TABLE emp#hist (log# INT);"), "emp#hist").fields()[0]->getName(), "log#");
+}
+
+TEST(LexerNames, LettersOfAnyScriptAreNameCharacters)
+{
+    EXPECT_EQ(visible("café 表 naïve int"),
+              (std::vector<Tok>{{35, "STRING", "café"}, {35, "STRING", "表"}, {35, "STRING", "naïve"},
+                                {338, "'INT'", "int"}}));
+    const ParseResult result = parse("CREATE TABLE 表 (naïve int, café varchar(5));");
+    const SQLTable &table = tableNamed(result, "表");
+    ASSERT_EQ(table.fields().size(), 2U);
+    EXPECT_EQ(table.fields()[0]->getName(), "naïve");
+    EXPECT_EQ(table.fields()[0]->getType(), "int");
+    EXPECT_EQ(table.fields()[1]->getName(), "café");
+}
+
+TEST(LexerLines, ALoneCarriageReturnEndsALine)
+{
+    const ParseResult result = parse("CREATE TABLE a (id INT);\rCREATE TABLE b (id INT);\r-- c\rCREATE TABLE c (id INT);\r");
+    EXPECT_EQ(result.container->tables().size(), 3U);
+    SQLParserC driver;
+    const std::vector<SQLToken> tokens = driver.tokensForString("a\rb\r\nc");
+    ASSERT_EQ(tokens.size(), 5U);
+    EXPECT_EQ(tokens[1].text, "\r");
+    EXPECT_EQ(std::make_pair(tokens[2].line, tokens[2].pos), std::make_pair(2, 0));
+    EXPECT_EQ(tokens[3].text, "\r\n");
+    EXPECT_EQ(std::make_pair(tokens[4].line, tokens[4].pos), std::make_pair(3, 0));
+}
+
+TEST(LexerLines, AFailedTokenDropsOnlyItsFirstCharacter)
+{
+    // '&&' is predicted on '&' and fails on 't': the word after it stays whole.
+    EXPECT_EQ(visible("x &tab y"), (std::vector<Tok>{{35, "STRING", "x"}, {35, "STRING", "tab"}, {35, "STRING", "y"}}));
+    tableNamed(parse("CREATE TABLE &tab (id INT);"), "tab");
+}
+
+TEST(LexerLines, ANulSplitsNoWord)
+{
+    const ParseResult result = parse(std::string("CREATE TABLE a (id INT);\nCRE\0ATE TABLE b (id INT);\n", 50));
+    EXPECT_EQ(result.container->tables().size(), 2U);
+}
+
+TEST(LexerQuotes, AnUnclosedQuoteIsReportedWhereItStands)
+{
+    const ParseResult result = parse("CREATE TABLE a (x varchar(10) DEFAULT 'abc);\nCREATE TABLE b (id INT);\n");
+    ASSERT_FALSE(result.records.empty());
+    EXPECT_EQ(result.records.front().substr(0, 6), "[1:38]");
+    tableNamed(result, "b");
+}
+
+TEST(LexerQuotes, BackslashesEscapeOnlyWhereTheLineStaysBalanced)
+{
+    using sqlantlr::quotedBodyLength;
+    auto length = [](std::u16string_view text) {
+        return quotedBodyLength(text.data() + 1, text.data() + text.size(), text[0]);
+    };
+    EXPECT_EQ(length(u"'It\\'s' x"), 6U);                 // MySQL escape
+    EXPECT_EQ(length(u"'a\\\\' x"), 4U);                  // escaped backslash
+    EXPECT_EQ(length(u"'C:\\data\\'\n, 'x'"), 9U);        // would run past the line end
+    EXPECT_EQ(length(u"'C:\\data\\', 'x');"), 9U);        // would open a string on its line
+    EXPECT_EQ(length(u"\"C:\\data\\\"\nx"), 9U);
+    EXPECT_EQ(length(u"'two\nlines' x"), 10U);            // a string may span lines
+    EXPECT_EQ(length(u"'It\\'s\nmore'"), 4U);             // the plain reading closes on the line
+    EXPECT_EQ(length(u"'It\\'s\nmore' 'x'"), 4U);
+    EXPECT_EQ(length(u"'never closed"), 0U);
+    EXPECT_EQ(length(u"'dangling\\"), 0U);
+    const ParseResult result = parse("CREATE TABLE p (a varchar(9) DEFAULT 'C:\\tmp\\', b int);\n"
+                                     "CREATE TABLE m (a varchar(9) DEFAULT 'It\\'s', b int);\n");
+    EXPECT_EQ(tableNamed(result, "p").fields().size(), 2U);
+    EXPECT_EQ(tableNamed(result, "m").fields()[0]->getDefaultValue(), "'It\\'s'");
+    EXPECT_EQ(result.records, std::vector<std::string>{});
 }
 
 } // namespace

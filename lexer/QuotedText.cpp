@@ -1,0 +1,143 @@
+#include "QuotedText.h"
+
+#include "RecognizerSupport.h"
+#include "VellumGrammarCLexer.h"
+
+namespace sqlantlr {
+
+namespace {
+
+bool isLineEnd(char16_t c) { return c == u'\n' || c == u'\r'; }
+
+// The position just after the closing quote, or nullptr when the piece is not
+// closed before end. A doubled quote closes the piece: the next piece of the
+// same token starts there.
+const char16_t *closingQuote(const char16_t *p, const char16_t *end, char16_t quote, bool escapes)
+{
+    for (; p < end; ++p) {
+        if (*p == quote) {
+            return p + 1;
+        }
+        if (escapes && *p == u'\\' && p + 1 < end) {
+            ++p;
+        }
+    }
+    return nullptr;
+}
+
+bool crossesLineEnd(const char16_t *from, const char16_t *to)
+{
+    for (const char16_t *p = from; p < to; ++p) {
+        if (isLineEnd(*p)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// True when the rest of the line from p leaves a string open; a line comment
+// outside strings ends the scan.
+bool lineEndsInString(const char16_t *p, const char16_t *end, bool escapes)
+{
+    char16_t open = 0;
+    for (; p < end && !isLineEnd(*p); ++p) {
+        const char16_t c = *p;
+        if (open != 0) {
+            if (escapes && c == u'\\' && p + 1 < end && !isLineEnd(p[1])) {
+                ++p;
+            } else if (c == open) {
+                open = 0;
+            }
+        } else if (c == u'\'' || c == u'"' || c == u'`') {
+            open = c;
+        } else if (c == u'-' && p + 1 < end && p[1] == u'-') {
+            return false;
+        }
+    }
+    return open != 0;
+}
+
+bool staysOnItsLine(const char16_t *body, const char16_t *close, const char16_t *end, bool escapes)
+{
+    return close != nullptr && !crossesLineEnd(body, close) && !lineEndsInString(close, end, escapes);
+}
+
+} // namespace
+
+size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote)
+{
+    const char16_t *plain = closingQuote(body, end, quote, false);
+    const char16_t *escaped = plain;
+    if (plain == nullptr || crossesLineEnd(body, plain) || [&] {
+            for (const char16_t *p = body; p < plain; ++p) {
+                if (*p == u'\\') {
+                    return true;
+                }
+            }
+            return false;
+        }()) {
+        escaped = closingQuote(body, end, quote, true);
+    }
+    const char16_t *chosen = escaped;
+    if (escaped != plain) {
+        if (escaped == nullptr || (!staysOnItsLine(body, escaped, end, true) && staysOnItsLine(body, plain, end, false))) {
+            chosen = plain;
+        }
+    }
+    return chosen != nullptr ? static_cast<size_t>(chosen - body) : 0;
+}
+
+size_t bracketedNameLength(const char16_t *p, const char16_t *end)
+{
+    if (end - p < 3 || *p != u'[') {
+        return 0;
+    }
+    const char16_t first = p[1];
+    if (first == u']' || isLineEnd(first) || (first >= u'0' && first <= u'9') || first == u'\'' || first == u'"') {
+        return 0;
+    }
+    for (const char16_t *q = p + 2; q < end && !isLineEnd(*q); ++q) {
+        if (*q == u']') {
+            return static_cast<size_t>(q - p) + 1;
+        }
+    }
+    return 0;
+}
+
+} // namespace sqlantlr
+
+// The lexer state's user1 counts the pieces of the current token that were
+// never closed; kp_quotedStringType reads and clears it.
+void kp_matchQuotedBody(pANTLR3_LEXER lexer, ANTLR3_UCHAR quote)
+{
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    const auto *data = static_cast<const char16_t *>(input->data);
+    const char16_t *end = data + input->sizeBuf / 2;
+    const auto *body = static_cast<const char16_t *>(input->nextChar);
+    const size_t length = sqlantlr::quotedBodyLength(body, end, static_cast<char16_t>(quote));
+    if (length == 0) {
+        lexer->rec->state->user1++;
+        return;
+    }
+    pANTLR3_INT_STREAM stream = input->istream;
+    for (size_t i = 0; i < length; ++i) {
+        stream->consume(stream);
+    }
+}
+
+ANTLR3_UINT32 kp_quotedStringType(pANTLR3_LEXER lexer)
+{
+    const bool unclosed = lexer->rec->state->user1 != 0;
+    lexer->rec->state->user1 = 0;
+    // A quote that is never closed is a token of its own, reported by the parser where it stands.
+    return unclosed ? QUOTE : QUOTED_STRING;
+}
+
+bool kp_bracketedNameAhead(pANTLR3_LEXER lexer)
+{
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    const auto *data = static_cast<const char16_t *>(input->data);
+    const char16_t *end = data + input->sizeBuf / 2;
+    const auto *p = static_cast<const char16_t *>(input->nextChar);
+    return sqlantlr::bracketedNameLength(p, end) != 0;
+}

@@ -1,0 +1,504 @@
+#include "ScriptLines.h"
+
+#include "RecognizerSupport.h"
+#include "VellumGrammarCLexer.h"
+
+#include <algorithm>
+#include <cctype>
+#include <initializer_list>
+#include <string>
+
+namespace sqlantlr {
+
+namespace {
+
+// A condition of an IF guard longer than this is not taken for one.
+constexpr size_t longestGuardCondition = 2000;
+// Lines are read ahead to decide on them; a line of more tokens than this is
+// no GO, "/" or command line (and a huge one-line script is not buffered).
+constexpr size_t longestCommandLine = 1000;
+constexpr size_t npos = static_cast<size_t>(-1);
+
+bool isEnd(pANTLR3_COMMON_TOKEN token) { return token == nullptr || token->type == ANTLR3_TOKEN_EOF; }
+
+bool isSignificant(pANTLR3_COMMON_TOKEN token)
+{
+    return isEnd(token) || token->channel == ANTLR3_TOKEN_DEFAULT_CHANNEL;
+}
+
+// Hidden tokens that end a line: line feeds, and line comments, which own theirs.
+bool endsLine(pANTLR3_COMMON_TOKEN token)
+{
+    return !isEnd(token) && (token->type == NEWLINE || token->type == SL_COMMENT);
+}
+
+// The upper-case text of a word (a name or a keyword), or "" for other tokens.
+std::string word(pANTLR3_COMMON_TOKEN token)
+{
+    if (isEnd(token) || token->type == QUOTED_STRING || token->type == INT || token->type == SEMI ||
+        token->type == OPENPAREN || token->type == CLOSEPAREN) {
+        return {};
+    }
+    std::string text = kp_tokenText(token);
+    if (text.empty() || !std::isalpha(static_cast<unsigned char>(text[0]))) {
+        return {};
+    }
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](char c) { return static_cast<char>(std::toupper(static_cast<unsigned char>(c))); });
+    return text;
+}
+
+bool isOneOf(const std::string &text, std::initializer_list<const char *> words)
+{
+    return std::any_of(words.begin(), words.end(), [&](const char *w) { return text == w; });
+}
+
+bool isText(pANTLR3_COMMON_TOKEN token, const char *text)
+{
+    return !isEnd(token) && kp_tokenText(token) == text;
+}
+
+// Words that start a statement when they open a line.
+bool isStatementWord(const std::string &w)
+{
+    return isOneOf(w, {"CREATE", "ALTER", "DROP", "INSERT", "UPDATE", "DELETE", "SET", "USE", "PRINT", "DECLARE",
+                       "EXEC", "EXECUTE", "IF", "BEGIN", "COMMIT", "ROLLBACK", "RAISERROR", "CHECKPOINT", "TRUNCATE",
+                       "GRANT", "DENY", "REVOKE"});
+}
+
+// SQL*Plus and SQLCMD commands that hold a line, whatever it ends with.
+bool isClientCommand(const std::string &w)
+{
+    return isOneOf(w, {"REM", "REMARK", "PRO", "PROMPT", "SPO", "SPOOL", "DEFINE", "DEF", "UNDEFINE", "UNDEF",
+                       "WHENEVER", "CONN", "ACCEPT", "ACC", "VARIABLE", "VAR", "TTITLE", "BTITLE", "BREAK",
+                       "COMPUTE", "CLEAR", "PAUSE", "HOST", "TIMING", "STA"});
+}
+
+// Client commands that are also statements of some dialect: left to the
+// grammar when their line ends with ";".
+bool isClientStatement(const std::string &w)
+{
+    return isOneOf(w, {"SET", "EXEC", "EXECUTE", "SHOW", "CONNECT", "COLUMN", "COL", "EXIT", "QUIT", "DESC",
+                       "DESCRIBE"});
+}
+
+const char lineEndText[] = "";
+
+} // namespace
+
+pANTLR3_COMMON_TOKEN ScriptLines::raw(size_t i)
+{
+    while (raw_.size() <= i) {
+        if (eof_ != nullptr) {
+            return eof_;
+        }
+        pANTLR3_COMMON_TOKEN token = source_->nextToken(source_);
+        if (isEnd(token)) {
+            eof_ = token != nullptr ? token : &source_->eofToken;
+            return eof_;
+        }
+        raw_.push_back(token);
+    }
+    return raw_[i];
+}
+
+size_t ScriptLines::significant(size_t from)
+{
+    while (!isSignificant(raw(from))) {
+        ++from;
+    }
+    return from;
+}
+
+bool ScriptLines::lineEndBetween(size_t from, size_t to)
+{
+    for (size_t i = from; i < to; ++i) {
+        if (endsLine(raw(i))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+size_t ScriptLines::lineEnd(size_t from)
+{
+    size_t i = from;
+    while (!isEnd(raw(i)) && !endsLine(raw(i))) {
+        if (i - from >= longestCommandLine) {
+            return npos;
+        }
+        ++i;
+    }
+    return isEnd(raw(i)) ? i : i + 1;
+}
+
+void ScriptLines::emitUpTo(size_t count)
+{
+    for (size_t i = 0; i < count && !raw_.empty(); ++i) {
+        pANTLR3_COMMON_TOKEN token = raw_.front();
+        raw_.pop_front();
+        if (endsLine(token)) {
+            lineStart_ = true;
+        }
+        out_.push_back(token);
+    }
+}
+
+void ScriptLines::hide(size_t from, size_t to)
+{
+    for (size_t i = from; i < to; ++i) {
+        pANTLR3_COMMON_TOKEN token = raw(i);
+        if (!isEnd(token)) {
+            token->channel = HIDDEN;
+        }
+    }
+}
+
+// A ";" that no script text stands for, put before a line that starts a new statement.
+void ScriptLines::emitTerminator(pANTLR3_COMMON_TOKEN before)
+{
+    pANTLR3_COMMON_TOKEN token = factory_->newToken(factory_);
+    token->type = SEMI;
+    token->channel = ANTLR3_TOKEN_DEFAULT_CHANNEL;
+    token->line = before->line;
+    token->charPosition = before->charPosition;
+    token->start = before->start;
+    token->stop = before->start;
+    token->textState = ANTLR3_TEXT_CHARP;
+    token->tokText.chars = reinterpret_cast<pANTLR3_UCHAR>(const_cast<char *>(lineEndText));
+    out_.push_back(token);
+    endStatement();
+    linesEnd_ = true;
+}
+
+void ScriptLines::endStatement()
+{
+    empty_ = true;
+    kind_ = Kind::None;
+    parens_ = 0;
+    tokens_ = 0;
+}
+
+// GO and "/" lines. at is the first significant token of a line.
+bool ScriptLines::batchLine(size_t at)
+{
+    pANTLR3_COMMON_TOKEN first = raw(at);
+    if (word(first) != "GO" && first->type != FORWARD_SLASH) {
+        return false;
+    }
+    const size_t end = lineEnd(at);
+    if (end == npos) {
+        return false;
+    }
+    size_t second = significant(at + 1);
+    const bool go = word(first) == "GO";
+    if (go && second < end && raw(second)->type == INT) {
+        second = significant(second + 1);
+    }
+    const bool alone = second >= end || isEnd(raw(second));
+    if (!alone || !(go || first->type == FORWARD_SLASH)) {
+        return false;
+    }
+    hide(at + 1, end);
+    linesEnd_ = true;
+    if (empty_) {
+        first->channel = HIDDEN;
+    } else {
+        first->type = SEMI;
+    }
+    endStatement();
+    guards_.clear();
+    blocks_ = 0;
+    emitUpTo(end);
+    lineStart_ = true;
+    return true;
+}
+
+bool ScriptLines::lineCommand(size_t at)
+{
+    pANTLR3_COMMON_TOKEN first = raw(at);
+    const std::string w = word(first);
+    const bool sqlcmd = isText(first, ":") || isText(first, "!!");
+    const bool script = isText(first, "@") || isText(first, "@@");
+    const bool command = isClientCommand(w);
+    if (!sqlcmd && !script && !command && !isClientStatement(w)) {
+        return false;
+    }
+    const size_t end = lineEnd(at);
+    if (end == npos) {
+        return false;
+    }
+    // The last significant token of the line.
+    pANTLR3_COMMON_TOKEN last = first;
+    for (size_t i = at; i < end; ++i) {
+        if (isSignificant(raw(i)) && !isEnd(raw(i))) {
+            last = raw(i);
+        }
+    }
+    if (!sqlcmd && !script && !command) {
+        // SET x = ... ; and EXEC p ...; are statements; a line ending with a
+        // comma or an open parenthesis goes on on the next line.
+        if (last->type == SEMI || last->type == COMMA || last->type == OPENPAREN) {
+            return false;
+        }
+        // Dropped only when the next line starts something new; otherwise the
+        // statement is left to the grammar (and to the cut at statement words).
+        pANTLR3_COMMON_TOKEN next = raw(significant(end));
+        const std::string nextWord = word(next);
+        if (!isEnd(next) && next->type != FORWARD_SLASH && !isText(next, "@") && !isText(next, ":") &&
+            !isStatementWord(nextWord) && !isClientCommand(nextWord) && !isClientStatement(nextWord) &&
+            nextWord != "GO") {
+            return false;
+        }
+    }
+    hide(at, end);
+    emitUpTo(end);
+    lineStart_ = true;
+    return true;
+}
+
+// IF <condition> before a statement, at the start of a statement.
+bool ScriptLines::guard(size_t at)
+{
+    if (word(raw(at)) == "ELSE") {
+        // ELSE of a guard: what follows is read like the guarded statement.
+        const size_t body = significant(at + 1);
+        hide(at, body);
+        emitUpTo(body);
+        return guardedBlock(0);
+    }
+    if (word(raw(at)) != "IF") {
+        return false;
+    }
+    int depth = 0;
+    size_t i = at + 1;
+    for (size_t n = 0; n < longestGuardCondition; ++n, i = significant(i + 1)) {
+        i = significant(i);
+        pANTLR3_COMMON_TOKEN token = raw(i);
+        if (isEnd(token) || token->type == SEMI) {
+            return false;
+        }
+        if (token->type == OPENPAREN) {
+            ++depth;
+            continue;
+        }
+        if (token->type == CLOSEPAREN) {
+            --depth;
+            continue;
+        }
+        const std::string w = word(token);
+        if (w == "THEN" || w == "GO") {
+            return false;
+        }
+        if (depth == 0 && i > at + 1 && isStatementWord(w) && w != "IF") {
+            break;
+        }
+        if (n + 1 == longestGuardCondition) {
+            return false;
+        }
+    }
+    hide(at, i);
+    emitUpTo(i);
+    return guardedBlock(0);
+}
+
+// Hides the BEGIN of a guarded block at raw index at; its END is hidden by track.
+bool ScriptLines::guardedBlock(size_t at)
+{
+    if (word(raw(at)) == "BEGIN" && !isOneOf(word(raw(significant(at + 1))), {"TRAN", "TRANSACTION"})) {
+        raw(at)->channel = HIDDEN;
+        guards_.push_back(blocks_);
+        emitUpTo(at + 1);
+    }
+    return true;
+}
+
+bool ScriptLines::breaksStatement(pANTLR3_COMMON_TOKEN token)
+{
+    if (empty_ || parens_ > 0) {
+        return false;
+    }
+    const std::string w = word(token);
+    if (!isStatementWord(w) || (w == "IF" && tokens_ < 3)) {
+        return false;
+    }
+    switch (kind_) {
+    case Kind::Splittable:
+        return true;
+    case Kind::Insert:
+        return !isOneOf(w, {"SET", "EXEC", "EXECUTE", "UPDATE", "DELETE"});
+    case Kind::Update:
+        return w != "SET";
+    case Kind::Alter:
+        return !isOneOf(w, {"ALTER", "DROP", "SET"});
+    default:
+        return false;
+    }
+}
+
+void ScriptLines::startStatement(size_t at)
+{
+    const std::string w = word(raw(at));
+    const std::string second = word(raw(significant(at + 1)));
+    empty_ = false;
+    if (w == "CREATE" || w == "ALTER") {
+        size_t i = significant(at + 1);
+        std::string kindWord = second;
+        // CREATE OR REPLACE / OR ALTER, UNIQUE, CLUSTERED, TEMPORARY ... TABLE.
+        while (isOneOf(kindWord, {"OR", "REPLACE", "UNIQUE", "CLUSTERED", "NONCLUSTERED", "TEMPORARY", "TEMP",
+                                  "GLOBAL", "LOCAL", "EDITIONABLE", "NONEDITIONABLE", "FORCE", "NOFORCE"}) ||
+               (w == "CREATE" && kindWord == "ALTER")) {
+            i = significant(i + 1);
+            kindWord = word(raw(i));
+        }
+        // Bodies of routines hold statements; ALTER PROCEDURE p COMPILE does not.
+        if (w == "CREATE" && (isOneOf(kindWord, {"PROCEDURE", "PROC", "FUNCTION", "TRIGGER", "PACKAGE", "EVENT",
+                                                 "LIBRARY", "JAVA"}) ||
+                              (kindWord == "TYPE" && word(raw(significant(i + 1))) == "BODY"))) {
+            kind_ = Kind::Routine;
+        } else if (w == "ALTER") {
+            kind_ = Kind::Alter;
+        } else if (isOneOf(kindWord, {"TABLE", "INDEX", "SEQUENCE", "DATABASE", "SYNONYM", "USER", "LOGIN", "ROLE"})) {
+            kind_ = Kind::Splittable;
+        } else {
+            kind_ = Kind::Whole;
+        }
+    } else if (w == "INSERT") {
+        kind_ = Kind::Insert;
+    } else if (w == "UPDATE") {
+        kind_ = Kind::Update;
+    } else if (w == "DECLARE") {
+        kind_ = isText(raw(significant(at + 1)), "@") ? Kind::Splittable : Kind::Routine;
+        if (kind_ == Kind::Splittable) {
+            // DECLARE @v INT declares a T-SQL variable; it opens no block.
+            raw(at)->type = STRING;
+        }
+    } else if (w == "BEGIN") {
+        const bool transaction = isOneOf(second, {"TRAN", "TRANSACTION", "WORK", "DEFERRED", "IMMEDIATE", "EXCLUSIVE"}) ||
+                                 raw(significant(at + 1))->type == SEMI;
+        kind_ = transaction ? Kind::Splittable : Kind::Routine;
+    } else if (isOneOf(w, {"DROP", "SET", "USE", "PRINT", "EXEC", "EXECUTE", "COMMIT", "ROLLBACK", "RAISERROR",
+                           "CHECKPOINT", "TRUNCATE", "DELETE"})) {
+        kind_ = Kind::Splittable;
+    } else {
+        kind_ = Kind::Whole;
+    }
+}
+
+void ScriptLines::track(pANTLR3_COMMON_TOKEN token, size_t at)
+{
+    if (!guards_.empty()) {
+        const std::string w = word(token);
+        if ((w == "BEGIN" && !isOneOf(word(raw(significant(at + 1))), {"TRAN", "TRANSACTION"})) || w == "CASE") {
+            ++blocks_;
+        } else if (w == "END") {
+            if (blocks_ == guards_.back()) {
+                // The END of a guarded block ends the statement before it.
+                guards_.pop_back();
+                if (empty_ || kind_ == Kind::Routine) {
+                    token->channel = HIDDEN;
+                } else {
+                    token->type = SEMI;
+                }
+                if (kind_ != Kind::Routine) {
+                    endStatement();
+                }
+                return;
+            }
+            --blocks_;
+        }
+    }
+    last_ = *token;  // a copy: the window may recycle the token itself
+    hasLast_ = true;
+    previousType_ = token->type;
+    previousLine_ = token->line;
+    previousPosition_ = token->charPosition;
+    if (empty_) {
+        startStatement(at);
+    }
+    ++tokens_;
+    if (token->type == OPENPAREN) {
+        ++parens_;
+    } else if (token->type == CLOSEPAREN) {
+        parens_ = std::max(0, parens_ - 1);
+    } else if (token->type == SEMI && kind_ != Kind::Routine) {
+        endStatement();
+    }
+}
+
+pANTLR3_COMMON_TOKEN ScriptLines::next()
+{
+    while (out_.empty()) {
+        const size_t at = significant(0);
+        pANTLR3_COMMON_TOKEN token = raw(at);
+        const bool lineStart = lineStart_ || lineEndBetween(0, at);
+        emitUpTo(at);
+        if (isEnd(token)) {
+            if (!empty_ && linesEnd_ && hasLast_) {
+                // A script whose statements end at lines ends its last one at its end.
+                emitTerminator(&last_);
+                out_.back()->start = out_.back()->stop = last_.stop;
+                break;
+            }
+            if (out_.empty()) {
+                return eof_;
+            }
+            break;
+        }
+        lineStart_ = lineStart;
+        if (lineStart && step(token)) {
+            continue;
+        }
+        if (!lineStart && gluedGo(token)) {
+            continue;
+        }
+        track(token, 0);
+        lineStart_ = false;
+        emitUpTo(1);
+    }
+    pANTLR3_COMMON_TOKEN token = out_.front();
+    out_.pop_front();
+    return token;
+}
+
+// The line-start decisions for the first significant token of a line; true
+// when the token has been dealt with.
+bool ScriptLines::step(pANTLR3_COMMON_TOKEN token)
+{
+    if (batchLine(0)) {
+        return true;
+    }
+    if (token->type == T_DELIMITER) {
+        endStatement();
+        return false;
+    }
+    if (!empty_ && kind_ != Kind::Routine && breaksStatement(token)) {
+        emitTerminator(token);
+    }
+    return empty_ && (lineCommand(0) || guard(0));
+}
+
+// ")GO" at the end of a line: a batch separator written against the closing
+// parenthesis of the statement.
+bool ScriptLines::gluedGo(pANTLR3_COMMON_TOKEN token)
+{
+    if (previousType_ != CLOSEPAREN || token->line != previousLine_ ||
+        token->charPosition != previousPosition_ + 1 || word(token) != "GO") {
+        return false;
+    }
+    const size_t end = lineEnd(0);
+    if (end == npos) {
+        return false;
+    }
+    const size_t after = significant(1);
+    if (after < end && !isEnd(raw(after))) {
+        return false;
+    }
+    token->type = SEMI;
+    endStatement();
+    linesEnd_ = true;
+    emitUpTo(1);
+    return true;
+}
+
+} // namespace sqlantlr

@@ -1,0 +1,87 @@
+// Script-level constructs that are recognised by lines rather than by the
+// grammar: T-SQL batch separators (GO lines), the SQL*Plus "/" line, SQL*Plus
+// and SQLCMD line commands, T-SQL statements written without ";", and T-SQL
+// IF guards around statements. The filter sits between the lexer and the
+// parser's token stream and rewrites the raw tokens in place:
+//
+// - a line holding only GO (optionally a count and a comment), or a GO glued
+//   to the closing parenthesis at the end of a line, and a line holding only
+//   "/" end the statement before them like ";" (and are hidden when nothing
+//   precedes them);
+// - at the start of a statement, a line that starts with a SQL*Plus or SQLCMD
+//   command (REM, PROMPT, SET, SPOOL, DEFINE, WHENEVER, CONNECT, @file, :setvar,
+//   ...) is hidden up to its line end; SET, EXEC, SHOW, COLUMN, EXIT and their
+//   kin are left to the grammar when their line ends with ";";
+// - in a statement not ended by ";", a line that starts with a statement word
+//   (CREATE, ALTER, INSERT, SET, USE, PRINT, DECLARE, EXEC, IF, GO, BEGIN, ...)
+//   starts a new statement: a ";" token is put before it. Statements that may
+//   hold such lines (routine bodies, blocks, GRANT, CREATE SCHEMA) are never
+//   cut; a routine or block runs to the next GO, "/" or DELIMITER line;
+// - "IF <condition>" before a statement at the start of a statement is hidden,
+//   and so are the BEGIN and END around a guarded block, so the statements
+//   inside are read as statements of the script.
+//
+// Scripts whose statements all end with ";" and that use none of these lines
+// reach the parser unchanged.
+#pragma once
+
+#include <antlr3.h>
+
+#include <deque>
+#include <vector>
+
+namespace sqlantlr {
+
+class ScriptLines {
+public:
+    ScriptLines(pANTLR3_TOKEN_SOURCE source, pANTLR3_TOKEN_FACTORY factory) : source_(source), factory_(factory) {}
+
+    // The next raw token for the parser's stream, or the end-of-input token.
+    pANTLR3_COMMON_TOKEN next();
+
+private:
+    // How a statement not ended by ";" may be cut at a line that starts with
+    // a statement word: always, with exceptions, or never (Whole ends at ";",
+    // Routine at the next GO, "/" or DELIMITER line).
+    enum class Kind { None, Splittable, Insert, Update, Alter, Whole, Routine };
+
+    pANTLR3_COMMON_TOKEN raw(size_t i);  // i-th unprocessed raw token (EOF at the end)
+    size_t significant(size_t from);     // index of the first significant raw token from `from`
+    bool lineEndBetween(size_t from, size_t to);
+    size_t lineEnd(size_t from);          // index just after the last token of the line of `from`
+    void emitUpTo(size_t count);          // moves count raw tokens to the output
+    void hide(size_t from, size_t to);
+    void emitTerminator(pANTLR3_COMMON_TOKEN before);
+    void endStatement();
+
+    bool batchLine(size_t at);
+    bool lineCommand(size_t at);
+    bool guard(size_t at);
+    bool guardedBlock(size_t at);
+    bool step(pANTLR3_COMMON_TOKEN token);
+    bool gluedGo(pANTLR3_COMMON_TOKEN token);
+    bool breaksStatement(pANTLR3_COMMON_TOKEN token);
+    void startStatement(size_t at);
+    void track(pANTLR3_COMMON_TOKEN token, size_t at);
+
+    pANTLR3_TOKEN_SOURCE source_;
+    pANTLR3_TOKEN_FACTORY factory_;
+    pANTLR3_COMMON_TOKEN eof_ = nullptr;
+    std::deque<pANTLR3_COMMON_TOKEN> raw_;  // read from the lexer, not yet decided
+    std::deque<pANTLR3_COMMON_TOKEN> out_;  // decided, for the parser
+    bool linesEnd_ = false;                 // a statement of the script was ended by a line
+    ANTLR3_COMMON_TOKEN last_{};             // the last significant token
+    bool hasLast_ = false;
+    bool lineStart_ = true;                 // a line end since the last significant token
+    bool empty_ = true;                     // no significant token since the statement began
+    Kind kind_ = Kind::None;
+    int parens_ = 0;
+    int tokens_ = 0;                        // significant tokens in the statement
+    ANTLR3_UINT32 previousType_ = 0;        // the last significant token: type and place
+    ANTLR3_UINT32 previousLine_ = 0;
+    ANTLR3_INT32 previousPosition_ = 0;
+    std::vector<int> guards_;               // block depth of each open guarded BEGIN
+    int blocks_ = 0;                        // BEGIN/CASE depth inside guarded blocks
+};
+
+} // namespace sqlantlr

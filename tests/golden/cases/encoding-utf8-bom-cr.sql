@@ -1,0 +1,1 @@
+﻿CREATE TABLE y (id int)CREATE TABLE z (id int)
