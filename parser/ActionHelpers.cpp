@@ -156,7 +156,7 @@ namespace {
 bool tokenIsWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
 {
     return token != nullptr && token->type != STRING && token->type != QUOTED_STRING
-        && textIsWord(kp_tokenText(token), upperWord);
+        && kp_textIsWord(kp_tokenText(token), upperWord);
 }
 
 bool tokenIsAnyWord(pANTLR3_COMMON_TOKEN token, std::initializer_list<const char *> upperWords)
