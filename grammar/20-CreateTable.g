@@ -71,12 +71,14 @@ storage_parameterOptions
     ;
 
 storageParameter
-    : ( objectName | 'FILLFACTOR' ) ( '.' objectName )? ( EQUALS storageParameterValue )?
+    : ( objectName | 'FILLFACTOR' | 'ONLINE' ) ( '.' objectName )? ( EQUALS storageParameterValue )?
     ;
 
+// SQL Server writes ON and OFF.
 storageParameterValue
     : numericValue
     | objectName
+    | 'ON'
     | T_TRUE
     | T_FALSE
     ;

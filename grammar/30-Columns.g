@@ -12,17 +12,18 @@ fieldBlock
 
 field
     : columnName ( { kp_columnTypeAhead(LT(1)) }?=> fieldType )? ( fieldOptions )?
-      ( T_PRIMARY T_KEY
+      ( options { greedy = true; }
+      : T_PRIMARY T_KEY ( keyClustering )?
       | 'NULL'
-      | notNull
+      | notOption
       | 'AUTO_INCREMENT'
       | 'AUTOINCREMENT'
       | identity
-      | 'UNIQUE'
+      | 'UNIQUE' ( keyClustering )?
       | 'ZEROFILL'
       | 'UNSIGNED'
       | fieldDefaultValue
-      | mysqlTimestampUpdate
+      | onOption
       | fieldComment
       | fieldConstraint
       | checkConstraint
@@ -30,18 +31,88 @@ field
       | ( T_CHARACTER 'SET' | 'CHARSET' ) objectName
       | 'COLLATE' objectName
       | references
+      | asGeneratedColumn
+      | wordColumnOption
       )*
+    ;
+    catch [ANTLR3_RECOGNITION_EXCEPTION] {
+        if (kp_isColumnEndAtWord(RECOGNIZER)) {
+            kp_dropColumnEndAtWord(RECOGNIZER);
+        } else {
+            PREPORTERROR();
+            PRECOVER();
+            retval.tree = (pANTLR3_BASE_TREE)ADAPTOR->errorNode(ADAPTOR, INPUT, retval.start, LT(-1), EXCEPTION);
+        }
+    }
+
+// Column options the model has no place for leave nothing: SQL Server's
+// NOT FOR REPLICATION, ROWGUIDCOL, SPARSE, FILESTREAM, PERSISTED; MySQL's
+// and Oracle's VISIBLE, INVISIBLE, VIRTUAL, STORED and SRID n; SQLite's ON
+// CONFLICT clause. The options of a column are told apart by their first token, so that a
+// token that starts none of them ends the column: each form that shares a
+// first token with another is decided inside its own rule.
+notOption
+    : notNull
+    | T_NOT 'FOR' STRING ->
+    ;
+
+onOption
+    : mysqlTimestampUpdate
+    | 'ON' STRING ( STRING | 'IGNORE' | 'REPLACE' ) ->
+    ;
+
+// GENERATED, ALWAYS, SRID n and the option words leave nothing. Another
+// word ends the column unread (see kp_endColumnAtWord): the table entry then
+// reports it, as it reports any token after a column.
+wordColumnOption
+    : { if (!kp_isColumnOptionWord(LT(1))) { kp_endColumnAtWord(RECOGNIZER); goto rulewordColumnOptionEx; } }
+      STRING ( INT )? ->
+    | 'BY' T_DEFAULT ( 'ON' 'NULL' )? ->
+    ;
+    catch [ANTLR3_RECOGNITION_EXCEPTION] {
+        if (!kp_isColumnEndAtWord(RECOGNIZER)) {
+            PREPORTERROR();
+            PRECOVER();
+            retval.tree = (pANTLR3_BASE_TREE)ADAPTOR->errorNode(ADAPTOR, INPUT, retval.start, LT(-1), EXCEPTION);
+        }
+    }
+
+// AS (expr) of a computed column, or AS IDENTITY [(options)].
+asGeneratedColumn
+    : as='AS'
+      ( OPENPAREN expression=boolean_expression CLOSEPAREN
+        { setCustomStringValueOnToken(RECOGNIZER, $as, $expression.start, $expression.stop); }
+        -> $as
+      | 'IDENTITY' ( OPENPAREN ( identityOption )* CLOSEPAREN )? ->
+      )
+    ;
+
+// The sequence options of an identity column.
+identityOption
+    : STRING | INT | SIGNED_INT | '-' | COMMA | T_WITH | T_NO | 'BY' | 'START' | 'INCREMENT' | 'MINVALUE'
+    | 'MAXVALUE' | 'NOMINVALUE' | 'NOMAXVALUE' | 'CACHE' | 'NOCACHE' | 'CYCLE' | 'NOCYCLE' | 'ORDER'
+    | 'NOORDER'
     ;
 
 // A type word outside data_type (serial, datetime, a domain) is a STRING,
 // possibly qualified by its schema and sized; SQL Server dumps quote it.
 fieldType
     : data_type
-    | STRING ( '.' objectName )? ( type_precision )?
+    | STRING ( '.' objectName )? ( typeModifiers )?
     | QUOTED_STRING ( type_precision )?
     | 'LONG' 'RAW'
     | 'CURSOR'
     | ( 'ENUM' | 'SET' ) OPENPAREN optionList CLOSEPAREN
+    ;
+
+// (10), (10,2), geometry's (Polygon, 4326), xml's (CONTENT s.coll).
+typeModifiers
+    : OPENPAREN typeModifier ( COMMA typeModifier )* CLOSEPAREN
+    ;
+
+typeModifier
+    : ( objectName ( '.' objectName )* )+
+    | precision
     ;
 
 optionList
@@ -69,7 +140,7 @@ identity
     ;
 
 fieldDefaultValue
-    : T_DEFAULT value=fieldDefaultValueEntry
+    : T_DEFAULT ( 'ON' 'NULL' )? value=fieldDefaultValueEntry
       { setCustomStringValueOnToken(RECOGNIZER, $T_DEFAULT, $value.start, $value.stop); }
       -> T_DEFAULT
     ;

@@ -232,6 +232,40 @@ bool kp_columnTypeAhead(pANTLR3_COMMON_TOKEN token)
     }
 }
 
+bool kp_isColumnOptionWord(pANTLR3_COMMON_TOKEN token)
+{
+    for (const char *known : {"GENERATED", "ALWAYS", "ROWGUIDCOL", "SPARSE", "FILESTREAM", "PERSISTED", "VIRTUAL",
+                              "STORED", "VISIBLE", "INVISIBLE", "SRID"}) {
+        if (kp_isWord(token, known)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+namespace {
+// The mark of the exception that ends a column at an unknown word.
+char columnEndMark;
+} // namespace
+
+void kp_endColumnAtWord(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    recognizer->exConstruct(recognizer);
+    recognizer->state->exception->custom = &columnEndMark;
+    recognizer->state->error = ANTLR3_TRUE;
+}
+
+void kp_dropColumnEndAtWord(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    kp_forgetRecognitionError(recognizer);
+    recognizer->state->error = ANTLR3_FALSE;
+}
+
+bool kp_isColumnEndAtWord(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    return recognizer->state->exception != nullptr && recognizer->state->exception->custom == &columnEndMark;
+}
+
 void kp_retypeAsName(pANTLR3_COMMON_TOKEN token)
 {
     if (token != nullptr && token->type != QUOTED_STRING) {

@@ -82,6 +82,11 @@ void kp_setFieldProperty(SQLField *field, const char *key, const std::string *va
     }
 }
 
+void kp_setGeneratedExpressionFromToken(SQLField *field, pANTLR3_BASE_TREE asNode)
+{
+    kp_setFieldProperty(field, "generatedExpression", kp_customValue(asNode));
+}
+
 void kp_setDefaultFromToken(SQLField *field, pANTLR3_BASE_TREE defaultNode)
 {
     const std::string *value = kp_customValue(defaultNode);

@@ -24,6 +24,9 @@ void kp_setFieldFlag(SQLField *field, const char *key);
 // A string property ("field_character_set", "field_collation", "onUpdateFieldValue").
 void kp_setFieldProperty(SQLField *field, const char *key, pANTLR3_BASE_TREE value);
 void kp_setFieldProperty(SQLField *field, const char *key, const std::string *value);
+// The expression of a computed or generated column (its text rides on the
+// AS token) as the property generatedExpression.
+void kp_setGeneratedExpressionFromToken(SQLField *field, pANTLR3_BASE_TREE asNode);
 // The default value's text carried on the DEFAULT token; nothing without one.
 void kp_setDefaultFromToken(SQLField *field, pANTLR3_BASE_TREE defaultNode);
 // A check constraint from the text carried on the CHECK token, on a table or

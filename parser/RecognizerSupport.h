@@ -143,6 +143,16 @@ bool kp_keywordColumnAhead(pANTLR3_BASE_RECOGNIZER recognizer);
 // of its options (SQLite's columns without a type), true when it may start a
 // type.
 bool kp_columnTypeAhead(pANTLR3_COMMON_TOKEN token);
+// True for the words among a column's options that the model has no place
+// for (GENERATED, ALWAYS, ROWGUIDCOL, SPARSE, PERSISTED, VIRTUAL, STORED,
+// VISIBLE, INVISIBLE, SRID, ...).
+bool kp_isColumnOptionWord(pANTLR3_COMMON_TOKEN token);
+// Another word ends the column where it stands: a marked exception that the
+// column rule drops (kp_isColumnEndAtWord), so that the column keeps what it
+// read and the table entry reports the word as it reports any stray token.
+void kp_endColumnAtWord(pANTLR3_BASE_RECOGNIZER recognizer);
+bool kp_isColumnEndAtWord(pANTLR3_BASE_RECOGNIZER recognizer);
+void kp_dropColumnEndAtWord(pANTLR3_BASE_RECOGNIZER recognizer);
 // Makes a matched name token a STRING (a quoted name stays as it is).
 void kp_retypeAsName(pANTLR3_COMMON_TOKEN token);
 // True for END followed by IF, LOOP, REPEAT or WHILE: the end of a construct

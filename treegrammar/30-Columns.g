@@ -16,6 +16,7 @@ field[SQLTable *table]
       ( fieldOptions[field] )?
       ( T_PRIMARY T_KEY { kp_setPrimaryKey(field); }
       | references[field]
+      | as='AS' { kp_setGeneratedExpressionFromToken(field, $as); }
       | 'NULL'
       | notNull { kp_setNotNull(field); }
       | ( 'AUTO_INCREMENT' | 'AUTOINCREMENT' ) { kp_setAutoIncrement(field); }
@@ -39,11 +40,20 @@ field[SQLTable *table]
 // accepted is false for the types the walker rejects (see data_type).
 fieldType returns [bool accepted = true]
     : dataType=data_type { $accepted = $dataType.accepted; }
-    | STRING ( '.' objectName )? ( type_precision )?
+    | STRING ( '.' objectName )? ( typeModifiers )?
     | QUOTED_STRING ( type_precision )?
     | 'LONG' 'RAW'
     | 'CURSOR'
     | ( 'ENUM' | 'SET' ) OPENPAREN optionList CLOSEPAREN
+    ;
+
+typeModifiers
+    : OPENPAREN typeModifier ( COMMA typeModifier )* CLOSEPAREN
+    ;
+
+typeModifier
+    : ( objectName ( '.' objectName )* )+
+    | precision
     ;
 
 optionList
