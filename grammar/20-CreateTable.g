@@ -33,6 +33,7 @@ subsequentTableEntry
       | checkConstraint ( checkConstraintState )?
       | tableIndex
       ) { kp_requireTableEntryEnd(RECOGNIZER); }
+    | likeParent { kp_requireTableEntryEnd(RECOGNIZER); }
     | fieldBlock { kp_requireTableEntryEnd(RECOGNIZER); }
     ;
     catch [ANTLR3_RECOGNITION_EXCEPTION] {
@@ -42,6 +43,14 @@ subsequentTableEntry
             (pANTLR3_BASE_TREE)ADAPTOR->errorNode(ADAPTOR, INPUT, retval.start, LT(-1), EXCEPTION));
         kp_forgetRecognitionError(RECOGNIZER);
     }
+
+// PostgreSQL's LIKE parent [INCLUDING|EXCLUDING what ...]: the copied
+// columns are not known here; the entry leaves nothing.
+likeParent
+    : { kp_isWord(LT(1), "LIKE") && LA(2) != OPENPAREN && LA(2) != COMMA && LA(2) != CLOSEPAREN }?=>
+      STRING qualifiedObjectName ( ( 'INCLUDING' | STRING ) ( 'ALL' | STRING | T_DEFAULT | 'COMMENT' ) )*
+      -> IGNORED_NODE
+    ;
 
 // Oracle's state words after a table CHECK; the model has no place for them.
 checkConstraintState
@@ -63,6 +72,7 @@ optionalComma
 postgresSpecificTableOptions
     : T_WITH ( storage_parameterOptions | 'OIDS' ) ->
     | 'WITHOUT' 'OIDS' ->
+    | { kp_isWord(LT(1), "INHERITS") }?=> STRING OPENPAREN qualifiedObjectName ( COMMA qualifiedObjectName )* CLOSEPAREN ->
     ;
 
 // WITH (fillfactor = 70, autovacuum_enabled = false, toast.x = 1)

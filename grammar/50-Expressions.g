@@ -36,7 +36,10 @@ boolean_expression_match
 boolean_expression_value
 @init { KP_GUARD_NESTING(boolean_expression_value); }
     : ( specific_function_call
-      | ( '@' )? qualifiedObjectName ( OPENPAREN ( boolean_expression_inner )? CLOSEPAREN ( '.' qualifiedObjectName )? )?
+      | ( '@' )? qualifiedObjectName
+        ( OPENPAREN ( boolean_expression_inner )? CLOSEPAREN ( '.' qualifiedObjectName )?
+        | QUOTED_STRING  // a prefixed or typed literal: E'a\'b', DATE '2020-01-01'
+        )?
       | numericValue
       | 'NULL'
       | T_TRUE

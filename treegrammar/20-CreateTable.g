@@ -34,6 +34,7 @@ subsequentTableEntry[SQLTable *table]
       | tableKeyConstraint[table, NULL]
       | tableIndex[table, NULL]
       ) ( errorNode )*
+    | IGNORED_NODE  // PostgreSQL's LIKE parent
     | { LA(1) != T_CHECK }?=> fieldBlock[table] ( errorNode )*
     | ( errorNode )+
     ;

@@ -12,3 +12,10 @@ CREATE TABLE public.parcel (
 );
 CREATE TABLE parcel_check (CONSTRAINT positive CHECK (width > 0), width numeric);
 CREATE TABLE only_check (CHECK (a > 0), a integer);
+CREATE TABLE label (
+    id integer NOT NULL,
+    txt text DEFAULT E'it\'s' CHECK (txt <> E'\\none'),
+    code text COLLATE "C",
+    created date DEFAULT DATE '2020-01-01'
+);
+CREATE TABLE label_copy (LIKE label INCLUDING ALL, extra integer) INHERITS (label);
