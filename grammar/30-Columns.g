@@ -11,7 +11,7 @@ fieldBlock
 // column then has an empty type text and keeps its options.
 
 field
-    : columnName ( { kp_columnTypeAhead(LT(1)) }?=> fieldType )? ( fieldOptions )?
+    : columnName ( { kp_columnTypeAhead(LT(1)) }?=> fieldType ( ARRAY_BOUNDS )* )? ( fieldOptions )?
       ( options { greedy = true; }
       : T_PRIMARY T_KEY ( keyClustering )?
       | 'NULL'

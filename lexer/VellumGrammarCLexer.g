@@ -92,6 +92,12 @@ fragment BRACKETED_NAME
     : '[' ~( ']' | '\r' | '\n' | '0'..'9' | '\'' | '"' ) ( ~( ']' | '\r' | '\n' ) )* ']'
     ;
 
+// The bounds of a PostgreSQL array type: int[], int[3]. Other brackets
+// that open no name are skipped alone, as before.
+ARRAY_BOUNDS
+    : '[' ( '0'..'9' )* ']'
+    ;
+
 // A lone quote is matched by QUOTED_STRING (as QUOTE when it is never
 // closed), so DOUBLE_QUOTE, BACKTICK and QUOTE have no rules of their own.
 ESCAPE_CHAR  : '\\' ( 'a'..'z' | '"' | '\'' | '\\' )? ;

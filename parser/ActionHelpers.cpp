@@ -544,8 +544,11 @@ std::string kp_nodeRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER fro
             text += ' ';
         }
         // A bracketed word is a quoted name of SQL Server: [int] is the type int.
+        // PostgreSQL's array bounds keep their brackets: int [], int [3].
         std::string word = kp_nodeText(node);
-        if (word.size() >= 2 && word.front() == '[' && word.back() == ']') {
+        if (node->getType(node) == ARRAY_BOUNDS) {
+            word = kp_tokenText(node->getToken(node));
+        } else if (word.size() >= 2 && word.front() == '[' && word.back() == ']') {
             word = word.substr(1, word.size() - 2);
         }
         text += word;

@@ -11,7 +11,9 @@ fieldBlock[SQLTable *table]
 field[SQLTable *table]
 @init { SQLField *field = NULL; ANTLR3_MARKER typeStart = 0; bool accepted = true; }
     : name=fieldName { typeStart = INDEX(); }
-      ( { kp_columnTypeAhead(LT(1)->getToken(LT(1))) }?=> type=fieldType { accepted = $type.accepted; } )?
+      ( { kp_columnTypeAhead(LT(1)->getToken(LT(1))) }?=> type=fieldType { accepted = $type.accepted; }
+        ( ARRAY_BOUNDS )*  // PostgreSQL's array bounds are part of the type text
+      )?
       { field = kp_addField(RECOGNIZER, table, $name.start, kp_nodeRunText(RECOGNIZER, typeStart), accepted); }
       ( fieldOptions[field] )?
       ( T_PRIMARY T_KEY { kp_setPrimaryKey(field); }

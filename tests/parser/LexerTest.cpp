@@ -165,9 +165,11 @@ TEST(LexerNames, BracketsQuoteANameWhateverItHolds)
     EXPECT_EQ(visible("[Order Details].[Set] [$(Db)]"),
               (std::vector<Tok>{{40, "QUOTED_STRING", "[Order Details]"}, {149, "'.'", "."},
                                 {40, "QUOTED_STRING", "[Set]"}, {40, "QUOTED_STRING", "[$(Db)]"}}));
-    // Array types and subscripts are no names: the brackets are skipped as before.
-    EXPECT_EQ(visible("int[] a[1]"),
-              (std::vector<Tok>{{338, "'INT'", "int"}, {35, "STRING", "a"}, {38, "INT", "1"}}));
+    // Array bounds are no names but tokens of their own; other brackets that
+    // open no name are skipped as before.
+    EXPECT_EQ(visible("int[] a[1] ['x']"),
+              (std::vector<Tok>{{338, "'INT'", "int"}, {447, "<unknown>", "[]"}, {35, "STRING", "a"},
+                                {447, "<unknown>", "[1]"}, {40, "QUOTED_STRING", "'x'"}}));
     const ParseResult result = parse("CREATE TABLE [Order Details] ([Key] [int], [Primary] [nvarchar](10));");
     const SQLTable &table = tableNamed(result, "Order Details");
     ASSERT_EQ(table.fields().size(), 2U);

@@ -19,3 +19,4 @@ CREATE TABLE label (
     created date DEFAULT DATE '2020-01-01'
 );
 CREATE TABLE label_copy (LIKE label INCLUDING ALL, extra integer) INHERITS (label);
+CREATE TABLE tagged (id integer, tags text[], grid integer[3][3], codes character varying(10)[] NOT NULL);
