@@ -52,9 +52,11 @@ likeParent
       -> IGNORED_NODE
     ;
 
-// Oracle's state words after a table CHECK; the model has no place for them.
+// Oracle's state words and MySQL's [NOT] ENFORCED after a table CHECK; the
+// model has no place for them.
 checkConstraintState
     : ( 'ENABLE' | 'DISABLE' | 'VALIDATE' | 'NOVALIDATE' | 'RELY' | 'NORELY' )+ ->
+    | ( T_NOT )? { kp_isWord(LT(1), "ENFORCED") }?=> STRING ->  // MySQL's [NOT] ENFORCED
     ;
 
 // Options, separated by commas or by blanks. Called only when one follows.

@@ -14,7 +14,7 @@ tableKeyConstraint
 // sort order words leave nothing.
 primaryKey
 @init { ANTLR3_BOOLEAN clustered = ANTLR3_FALSE; }
-    : T_PRIMARY T_KEY ( keyClustering { clustered = ANTLR3_TRUE; } )? ( objectName )?
+    : T_PRIMARY T_KEY ( keyClustering { clustered = ANTLR3_TRUE; } )? ( objectName )? ( keyMethod )?
       OPENPAREN tablePKey[clustered] CLOSEPAREN ( constraint_state )?
     ;
 
@@ -31,6 +31,11 @@ tablePKeyEntry[ANTLR3_BOOLEAN sortOrderAllowed]
 
 keyClustering
     : ( 'CLUSTERED' | 'NONCLUSTERED' ) ->
+    ;
+
+// MySQL's index method before a primary key's column list.
+keyMethod
+    : 'USING' objectName ->
     ;
 
 keySortOrder[ANTLR3_BOOLEAN allowed]
@@ -63,6 +68,7 @@ constraint_state
       | mysql_index_type
       | exceptions_clause
       | indexStorageOption
+      | 'COMMENT' QUOTED_STRING  // MySQL's index comment
       )+ ->
     ;
 

@@ -14,3 +14,13 @@ CREATE TABLE `shape` (
   KEY `k_index` (index, desc),
   FULLTEXT KEY `ft` (fulltext)
 ) ENGINE=InnoDB;
+CREATE TABLE `note` (
+  `id` int NOT NULL,
+  `body` varchar(200) NOT NULL,
+  `rank` int DEFAULT (`id` + 1),
+  PRIMARY KEY USING BTREE (`id`),
+  UNIQUE KEY `uk_body` (`id`, `body`(100)),
+  KEY `k_body` (`body`) COMMENT 'lookups by body',
+  CONSTRAINT `positive` CHECK (`id` > 0) /*!80016 NOT ENFORCED */,
+  CHECK (`rank` < 10)
+) ENGINE=InnoDB;
