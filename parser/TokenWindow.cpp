@@ -175,6 +175,10 @@ void TokenWindow::releaseConsumed()
 pANTLR3_COMMON_TOKEN TokenWindow::lookAhead(pANTLR3_TOKEN_STREAM ts, ANTLR3_INT32 k)
 {
     TokenWindow *window = of(ts);
+    if (k == 1) {  // most look-ahead asks for the current token
+        pANTLR3_COMMON_TOKEN token = window->raw(window->p_);
+        return token != nullptr ? token : window->endToken();
+    }
     if (k == 0) {
         return nullptr;
     }
