@@ -73,7 +73,12 @@ fuzz: fuzz-deps
 	    $(FUZZ_BUILD)/corpus-$$t fuzz/corpus tests/golden/cases || exit 1; \
 	done
 
+# MB/s and peak RSS of DDL import, `sqlantlr model` and dump import at 1, 10
+# and 100 MB (BENCH_SIZES=1,10 to choose; SQLANTLR_BENCH_1GB=1 adds 1 GB),
+# then the library's micro-benchmarks.
+BENCH_SIZES ?=
 bench: build
+	$(BUILD)/bench/sqlantlr_workload_bench $(if $(BENCH_SIZES),--sizes $(BENCH_SIZES))
 	$(BUILD)/bench/sqlantlr_bench
 
 # Deep nesting, duplicate names and huge tokens: time and peak memory per case.

@@ -67,7 +67,52 @@ void sqliteTable(std::mt19937 &random, int n, std::string &out)
     out += "INSERT INTO \"t" + std::to_string(n) + "\" VALUES (1, 'a', 2.5, NULL);\n\n";
 }
 
+const char *const dumpStrings[] = {"plain text", "It\\'s quoted", "say \\\"hi\\\"", "line\\nbreak\\ttab",
+                                  "back\\\\slash", "O''Brien", "semi; colon -- not a comment", "ünïcödé"};
+
+void dumpTable(int n, std::string &out)
+{
+    const std::string name = "`data" + std::to_string(n) + "`";
+    out += "DROP TABLE IF EXISTS " + name + ";\n";
+    out += "CREATE TABLE " + name + " (\n  `id` int(11) NOT NULL AUTO_INCREMENT,\n  `label` varchar(255) DEFAULT NULL,\n"
+           "  `amount` decimal(10,2) NOT NULL DEFAULT '0.00',\n  `note` text,\n  `created` datetime DEFAULT NULL,\n"
+           "  PRIMARY KEY (`id`)\n) ENGINE=InnoDB DEFAULT CHARSET=utf8mb4;\n\n";
+    out += "LOCK TABLES " + name + " WRITE;\n/*!40000 ALTER TABLE " + name + " DISABLE KEYS */;\n";
+}
+
+void dumpInsert(std::mt19937 &random, int table, long &row, std::string &out)
+{
+    out += "INSERT INTO `data" + std::to_string(table) + "` VALUES ";
+    for (int i = 0; i < 200; ++i, ++row) {
+        out += (i == 0 ? "(" : ",(") + std::to_string(row) + ",'" + dumpStrings[random() % 8] + "'," +
+               std::to_string(random() % 100000) + "." + std::to_string(random() % 90 + 10) + "," +
+               (row % 7 == 0 ? std::string("NULL") : "'" + std::string(dumpStrings[random() % 8]) + "'") +
+               ",'2024-01-0" + std::to_string(1 + row % 9) + " 12:00:00')";
+    }
+    out += ";\n";
+}
+
 } // namespace
+
+std::string generateDumpScript(size_t minimumBytes)
+{
+    std::mt19937 random(12345);
+    std::string out;
+    out.reserve(minimumBytes + 65536);
+    out += "-- generated benchmark dump\n/*!40101 SET NAMES utf8mb4 */;\n\n";
+    constexpr int tables = 4;
+    long row = 1;
+    for (int n = 0; n < tables; ++n) {
+        dumpTable(n, out);
+        // Each table gets its share of the data, the last one the remainder.
+        const size_t share = minimumBytes * static_cast<size_t>(n + 1) / tables;
+        do {
+            dumpInsert(random, n, row, out);
+        } while (out.size() < share);
+        out += "/*!40000 ALTER TABLE `data" + std::to_string(n) + "` ENABLE KEYS */;\nUNLOCK TABLES;\n\n";
+    }
+    return out;
+}
 
 std::string generateSchemaScript(size_t minimumBytes)
 {

@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     std::unique_ptr<SQLContainer> container = parser.driver().parseString(script, &error);
     if (container != nullptr) {
         container->postLoadProcess();
-        const std::string json = sqlantlr::modelToJson(*container, parser.getExceptionList()).dump();
+        const std::string json = sqlantlr::modelJsonText(*container, parser.getExceptionList());
         if (json.empty()) {
             __builtin_trap();
         }

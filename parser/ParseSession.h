@@ -22,7 +22,8 @@ struct ParseSession {
     // Running number for token descriptions in error messages.
     unsigned descriptionCounter = 0;
     // Source texts of DEFAULT values and CHECK expressions, attached to their
-    // tokens by the parser and read back by the walker. Kept for the parse.
+    // tokens by the parser and read back by the walker. Kept for one statement
+    // when a script is parsed statement by statement, else for the parse.
     std::deque<std::string> customValues;
     // The lexer's own token source function, wrapped to place the end of input.
     pANTLR3_COMMON_TOKEN (*lexerNextToken)(pANTLR3_TOKEN_SOURCE) = nullptr;
@@ -36,7 +37,8 @@ struct ParseSession {
     TokenWindow *tokenWindow = nullptr;
     // Parses drop blank tokens; token listings keep every token.
     bool dropBlanks = false;
-    // Name lists that walker rules return (qualified names, column lists).
+    // Name lists that walker rules return (qualified names, column lists);
+    // cleared with customValues.
     std::deque<std::vector<std::string>> nameLists;
     // Stack address at the start of the parse, and how many bytes below it
     // the recognizers may go. Deeply nested input beyond that becomes a

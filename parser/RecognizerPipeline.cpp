@@ -423,6 +423,11 @@ void RecognizerPipeline::releaseFinishedStatements()
     if (window_ != nullptr) {
         window_->releaseConsumed();
     }
+    // The kept DEFAULT/CHECK texts and the walker's name lists belong to the
+    // tokens and tree nodes of the statement just walked; the model holds
+    // copies, so they go with it instead of piling up until the end.
+    session_.customValues.clear();
+    session_.nameLists.clear();
 }
 
 } // namespace sqlantlr

@@ -4,6 +4,7 @@
 #include <unicode/ustring.h>
 #include <unicode/utf8.h>
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -27,6 +28,15 @@ std::string utf16ToUtf8(const char16_t *text, size_t length)
 {
     if (length == 0) {
         return {};
+    }
+    // Nearly every token is ASCII: copied unit by unit, without ICU and
+    // without the three-bytes-per-unit buffer.
+    size_t ascii = 0;
+    while (ascii < length && text[ascii] < 0x80) {
+        ++ascii;
+    }
+    if (ascii == length && length <= static_cast<size_t>(INT32_MAX / 3)) {
+        return std::string(text, text + length);
     }
     std::string result(length * 3, '\0');
     int32_t written = 0;

@@ -1,178 +1,276 @@
 #include "ModelJson.h"
 
+#include "JsonWriter.h"
+
 #include <SchemaModel/SchemaModel.h>
 
 #include <optional>
+#include <sstream>
 #include <string>
 #include <variant>
-
-using nlohmann::ordered_json;
 
 namespace sqlantlr {
 
 namespace {
 
-ordered_json optionalText(const std::optional<std::string> &value)
+void optionalText(JsonWriter &json, const std::optional<std::string> &value)
 {
-    return value ? ordered_json(*value) : ordered_json(nullptr);
+    if (value) {
+        json.value(*value);
+    } else {
+        json.null();
+    }
 }
 
-ordered_json nameOrNull(const SQLObject &object)
+void nameOrNull(JsonWriter &json, const SQLObject &object)
 {
-    return object.hasName() ? ordered_json(object.getName()) : ordered_json(nullptr);
+    if (object.hasName()) {
+        json.value(object.getName());
+    } else {
+        json.null();
+    }
 }
 
-ordered_json properties(const SQLObject &object)
+void properties(JsonWriter &json, const SQLObject &object)
 {
-    ordered_json result = ordered_json::object();
+    json.key("properties");
+    json.beginObject();
     for (const auto &[key, value] : object.getProperties()) {
+        json.key(key);
         if (const bool *flag = std::get_if<bool>(&value)) {
-            result[key] = *flag;
+            json.value(*flag);
         } else {
-            result[key] = std::get<std::string>(value);
+            json.value(std::get<std::string>(value));
         }
     }
-    return result;
+    json.endObject();
 }
 
-ordered_json checks(const std::vector<std::unique_ptr<SQLConstraint>> &constraints)
+void checks(JsonWriter &json, const std::vector<std::unique_ptr<SQLConstraint>> &constraints)
 {
-    ordered_json result = ordered_json::array();
+    json.key("checks");
+    json.beginArray();
     for (const auto &check : constraints) {
-        result.push_back({{"name", check->getName()}, {"expression", check->getCheckConstraintExpression().value_or("")}});
+        json.beginObject();
+        json.key("name");
+        json.value(check->getName());
+        json.key("expression");
+        json.value(check->getCheckConstraintExpression().value_or(""));
+        json.endObject();
     }
-    return result;
+    json.endArray();
 }
 
-ordered_json field(const SQLField &field)
+void reference(JsonWriter &json, const SQLFieldReference &reference)
 {
-    ordered_json result;
-    result["name"] = field.getName();
-    result["type"] = field.getType();
-    result["notNull"] = field.isNotNull();
-    result["autoIncrement"] = field.isAutoIncrement();
-    result["primaryKey"] = field.isPrimaryKey();
-    result["defaultValue"] = optionalText(field.getDefaultValue());
-    result["properties"] = properties(field);
-    if (const SQLFieldReference *reference = field.getReferences()) {
-        result["references"] = {
-            {"table", reference->table},
-            {"field", optionalText(reference->field)},
-            {"referenceId", optionalText(reference->referenceId)},
-            {"onDelete", reference->onDelete},
-            {"onUpdate", reference->onUpdate},
-            {"deferrable", reference->deferrable},
-            {"initiallyDeferred", reference->initiallyDeferred},
-            {"resolved", reference->resolved},
-        };
+    json.beginObject();
+    json.key("table");
+    json.value(reference.table);
+    json.key("field");
+    optionalText(json, reference.field);
+    json.key("referenceId");
+    optionalText(json, reference.referenceId);
+    json.key("onDelete");
+    json.value(int64_t{reference.onDelete});
+    json.key("onUpdate");
+    json.value(int64_t{reference.onUpdate});
+    json.key("deferrable");
+    json.value(reference.deferrable);
+    json.key("initiallyDeferred");
+    json.value(reference.initiallyDeferred);
+    json.key("resolved");
+    json.value(reference.resolved);
+    json.endObject();
+}
+
+void field(JsonWriter &json, const SQLField &field)
+{
+    json.beginObject();
+    json.key("name");
+    json.value(field.getName());
+    json.key("type");
+    json.value(field.getType());
+    json.key("notNull");
+    json.value(field.isNotNull());
+    json.key("autoIncrement");
+    json.value(field.isAutoIncrement());
+    json.key("primaryKey");
+    json.value(field.isPrimaryKey());
+    json.key("defaultValue");
+    optionalText(json, field.getDefaultValue());
+    properties(json, field);
+    json.key("references");
+    if (const SQLFieldReference *target = field.getReferences()) {
+        reference(json, *target);
     } else {
-        result["references"] = nullptr;
+        json.null();
     }
-    result["checks"] = checks(field.checkConstraints());
-    return result;
+    checks(json, field.checkConstraints());
+    json.endObject();
 }
 
-ordered_json index(const SQLIndex &index)
+void index(JsonWriter &json, const SQLIndex &index)
 {
-    ordered_json result;
-    result["kind"] = index.isConstraint() ? "unique" : "index";
-    result["name"] = nameOrNull(index);
-    result["indexType"] = optionalText(index.getIndexType());
-    result["fieldName"] = optionalText(index.getFieldName());
-    ordered_json entries = ordered_json::array();
+    json.beginObject();
+    json.key("kind");
+    json.value(index.isConstraint() ? "unique" : "index");
+    json.key("name");
+    nameOrNull(json, index);
+    json.key("indexType");
+    optionalText(json, index.getIndexType());
+    json.key("fieldName");
+    optionalText(json, index.getFieldName());
+    json.key("entries");
+    json.beginArray();
     for (const auto &entry : index.entries()) {
-        entries.push_back({{"name", entry->getName()}, {"prefixSize", optionalText(entry->getPrefixSize())}});
+        json.beginObject();
+        json.key("name");
+        json.value(entry->getName());
+        json.key("prefixSize");
+        optionalText(json, entry->getPrefixSize());
+        json.endObject();
     }
-    result["entries"] = entries;
-    result["properties"] = properties(index);
-    return result;
+    json.endArray();
+    properties(json, index);
+    json.endObject();
 }
 
-ordered_json foreignKey(const SQLForeignKey &key)
+void foreignKey(JsonWriter &json, const SQLForeignKey &key)
 {
-    ordered_json result;
-    result["name"] = nameOrNull(key);
-    result["targetTable"] = key.getTargetTableName().value_or("");
-    ordered_json entries = ordered_json::array();
+    json.beginObject();
+    json.key("name");
+    nameOrNull(json, key);
+    json.key("targetTable");
+    json.value(key.getTargetTableName().value_or(""));
+    json.key("entries");
+    json.beginArray();
     for (const auto &entry : key.entries()) {
-        entries.push_back({{"field", entry->getSource() != nullptr ? entry->getSource()->getName() : std::string()},
-                           {"target", optionalText(entry->getTargetName())}});
+        json.beginObject();
+        json.key("field");
+        json.value(entry->getSource() != nullptr ? std::string_view(entry->getSource()->getName()) : std::string_view());
+        json.key("target");
+        optionalText(json, entry->getTargetName());
+        json.endObject();
     }
-    result["entries"] = entries;
-    result["onDelete"] = key.getDeleteAction();
-    result["onUpdate"] = key.getUpdateAction();
-    result["deferrable"] = key.isDeferrable();
-    result["initiallyDeferred"] = key.isInitiallyDeferred();
-    result["properties"] = properties(key);
-    result["resolved"] = key.isResolved();
-    return result;
+    json.endArray();
+    json.key("onDelete");
+    json.value(int64_t{key.getDeleteAction()});
+    json.key("onUpdate");
+    json.value(int64_t{key.getUpdateAction()});
+    json.key("deferrable");
+    json.value(key.isDeferrable());
+    json.key("initiallyDeferred");
+    json.value(key.isInitiallyDeferred());
+    properties(json, key);
+    json.key("resolved");
+    json.value(key.isResolved());
+    json.endObject();
 }
 
-ordered_json table(const SQLTable &table)
+void table(JsonWriter &json, const SQLTable &table)
 {
-    ordered_json result;
-    result["name"] = table.getName();
-    result["schemaName"] = optionalText(table.getSchemaName());
-    result["baseName"] = optionalText(table.getBaseName());
-    result["tableType"] = optionalText(table.getTableType());
-    result["properties"] = properties(table);
-    ordered_json fields = ordered_json::array();
+    json.beginObject();
+    json.key("name");
+    json.value(table.getName());
+    json.key("schemaName");
+    optionalText(json, table.getSchemaName());
+    json.key("baseName");
+    optionalText(json, table.getBaseName());
+    json.key("tableType");
+    optionalText(json, table.getTableType());
+    properties(json, table);
+    json.key("fields");
+    json.beginArray();
     for (const auto &item : table.fields()) {
-        fields.push_back(field(*item));
+        field(json, *item);
     }
-    result["fields"] = fields;
-    ordered_json indexes = ordered_json::array();
+    json.endArray();
+    json.key("indexes");
+    json.beginArray();
     for (const auto &item : table.indexes()) {
-        indexes.push_back(index(*item));
+        index(json, *item);
     }
-    result["indexes"] = indexes;
-    ordered_json keys = ordered_json::array();
+    json.endArray();
+    json.key("foreignKeys");
+    json.beginArray();
     for (const auto &item : table.foreignKeys()) {
-        keys.push_back(foreignKey(*item));
+        foreignKey(json, *item);
     }
-    result["foreignKeys"] = keys;
-    result["checks"] = checks(table.checkConstraints());
-    return result;
+    json.endArray();
+    checks(json, table.checkConstraints());
+    json.endObject();
 }
 
-ordered_json view(const SQLView &view)
+void textList(JsonWriter &json, const char *name, const std::vector<std::string> &items)
 {
-    ordered_json result;
-    result["name"] = view.getName();
-    result["schemaName"] = optionalText(view.getSchemaName());
-    result["baseName"] = optionalText(view.getBaseName());
-    result["queryString"] = optionalText(view.getQueryString());
-    result["columns"] = view.columns();
-    result["selectColumns"] = view.selectColumns();
-    ordered_json tables = ordered_json::array();
-    for (const SQLViewTableEntry &entry : view.tableEntries()) {
-        tables.push_back({{"name", entry.name}, {"alias", entry.alias}});
+    json.key(name);
+    json.beginArray();
+    for (const std::string &item : items) {
+        json.value(item);
     }
-    result["tables"] = tables;
-    return result;
+    json.endArray();
+}
+
+void view(JsonWriter &json, const SQLView &view)
+{
+    json.beginObject();
+    json.key("name");
+    json.value(view.getName());
+    json.key("schemaName");
+    optionalText(json, view.getSchemaName());
+    json.key("baseName");
+    optionalText(json, view.getBaseName());
+    json.key("queryString");
+    optionalText(json, view.getQueryString());
+    textList(json, "columns", view.columns());
+    textList(json, "selectColumns", view.selectColumns());
+    json.key("tables");
+    json.beginArray();
+    for (const SQLViewTableEntry &entry : view.tableEntries()) {
+        json.beginObject();
+        json.key("name");
+        json.value(entry.name);
+        json.key("alias");
+        json.value(entry.alias);
+        json.endObject();
+    }
+    json.endArray();
+    json.endObject();
 }
 
 } // namespace
 
-ordered_json modelToJson(const SQLContainer &container, const std::vector<SQLParserException> &exceptions)
+void writeModelJson(std::ostream &out, const SQLContainer &container, const std::vector<SQLParserException> &exceptions,
+                    bool pretty)
 {
-    ordered_json result;
-    ordered_json tables = ordered_json::array();
+    JsonWriter json(out, pretty);
+    json.beginObject();
+    json.key("tables");
+    json.beginArray();
     for (const auto &item : container.tables()) {
-        tables.push_back(table(*item));
+        table(json, *item);
     }
-    result["tables"] = tables;
-    ordered_json views = ordered_json::array();
+    json.endArray();
+    json.key("views");
+    json.beginArray();
     for (const auto &item : container.views()) {
-        views.push_back(view(*item));
+        view(json, *item);
     }
-    result["views"] = views;
-    ordered_json records = ordered_json::array();
+    json.endArray();
+    json.key("exceptions");
+    json.beginArray();
     for (const SQLParserException &exception : exceptions) {
-        records.push_back(exception.reason);
+        json.value(exception.reason);
     }
-    result["exceptions"] = records;
-    return result;
+    json.endArray();
+    json.endObject();
+}
+
+std::string modelJsonText(const SQLContainer &container, const std::vector<SQLParserException> &exceptions, bool pretty)
+{
+    std::ostringstream out;
+    writeModelJson(out, container, exceptions, pretty);
+    return out.str();
 }
 
 } // namespace sqlantlr

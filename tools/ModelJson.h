@@ -3,8 +3,8 @@
 
 #include <SQLAntlrParser/SQLParserException.h>
 
-#include <nlohmann/json.hpp>
-
+#include <ostream>
+#include <string>
 #include <vector>
 
 class SQLContainer;
@@ -12,6 +12,13 @@ class SQLContainer;
 namespace sqlantlr {
 
 // {"tables": [...], "views": [...], "exceptions": ["[line:pos] message", ...]}
-nlohmann::ordered_json modelToJson(const SQLContainer &container, const std::vector<SQLParserException> &exceptions);
+// written to `out` object by object as the model is walked; pretty indents
+// by two spaces. No newline follows.
+void writeModelJson(std::ostream &out, const SQLContainer &container, const std::vector<SQLParserException> &exceptions,
+                    bool pretty = false);
+
+// The same text as a string.
+std::string modelJsonText(const SQLContainer &container, const std::vector<SQLParserException> &exceptions,
+                          bool pretty = false);
 
 } // namespace sqlantlr

@@ -9,6 +9,7 @@
 // FILE "-" reads standard input. --trace sends the library's traces to
 // standard error; --quiet silences progress, notes and warnings there.
 #include "Diagram.h"
+#include "JsonWriter.h"
 #include "ModelJson.h"
 #include "ParseProgress.h"
 #include "Versions.h"
@@ -130,8 +131,8 @@ int runModel(const InputOptions &input, bool pretty)
         records.push_back({"ParsingException", input.files.size() > 1 ? displayName(record.file) + ": " + record.reason
                                                                       : record.reason});
     }
-    const nlohmann::ordered_json json = sqlantlr::modelToJson(*loaded.container, records);
-    std::cout << (pretty ? json.dump(2) : json.dump()) << "\n";
+    sqlantlr::writeModelJson(std::cout, *loaded.container, records, pretty);
+    std::cout << "\n";
     return 0;
 }
 
@@ -253,22 +254,38 @@ int runTokens(const std::string &file, bool asJson)
     SQLParserC driver;
     const std::vector<SQLToken> tokens = driver.tokensForString(text);
     if (asJson) {
-        nlohmann::ordered_json list = nlohmann::ordered_json::array();
-        for (const SQLToken &token : tokens) {
-            list.push_back({{"index", token.index},
-                            {"type", token.type},
-                            {"name", token.name},
-                            {"channel", token.channel},
-                            {"line", token.line},
-                            {"pos", token.pos},
-                            {"text", token.text}});
+        {
+            sqlantlr::JsonWriter json(std::cout, false);
+            json.beginArray();
+            for (const SQLToken &token : tokens) {
+                json.beginObject();
+                json.key("index");
+                json.value(int64_t{token.index});
+                json.key("type");
+                json.value(int64_t{token.type});
+                json.key("name");
+                json.value(token.name);
+                json.key("channel");
+                json.value(int64_t{token.channel});
+                json.key("line");
+                json.value(int64_t{token.line});
+                json.key("pos");
+                json.value(int64_t{token.pos});
+                json.key("text");
+                json.value(token.text);
+                json.endObject();
+            }
+            json.endArray();
         }
-        std::cout << list.dump() << "\n";
+        std::cout << "\n";
         return 0;
     }
+    std::string quoted;
     for (const SQLToken &token : tokens) {
+        quoted.clear();
+        sqlantlr::appendJsonString(quoted, token.text);
         std::cout << token.index << ' ' << token.type << ' ' << token.name << ' ' << token.channel << ' '
-                  << token.line << ':' << token.pos << ' ' << nlohmann::json(token.text).dump() << '\n';
+                  << token.line << ':' << token.pos << ' ' << quoted << '\n';
     }
     return 0;
 }

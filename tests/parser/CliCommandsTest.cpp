@@ -76,7 +76,7 @@ TEST(CliModel, OneFileKeepsItsBytesAndPrettyAndCompactChooseTheLayout)
     std::unique_ptr<SQLContainer> container = parser.driver().parseString(brokenScript, &error);
     ASSERT_NE(container, nullptr);
     container->postLoadProcess();
-    const nlohmann::ordered_json expected = sqlantlr::modelToJson(*container, parser.getExceptionList());
+    const nlohmann::ordered_json expected = nlohmann::ordered_json::parse(sqlantlr::modelJsonText(*container, parser.getExceptionList()));
 
     EXPECT_EQ(runCli("model " + file).out, expected.dump() + "\n");
     EXPECT_EQ(runCli("model --compact " + file).out, expected.dump() + "\n");

@@ -2,6 +2,8 @@
 // null for unset values and properties only when set.
 #include "ModelJson.h"
 
+#include <nlohmann/json.hpp>
+
 #include <SchemaModel/SchemaModel.h>
 
 #include <gtest/gtest.h>
@@ -55,7 +57,7 @@ protected:
         view->addTableEntry("orders", "");
         view->addSelectColumn("id");
         container.add(std::move(view));
-        json = sqlantlr::modelToJson(container, {{"ParsingException", "[1:0] a record"}});
+        json = nlohmann::ordered_json::parse(sqlantlr::modelJsonText(container, {{"ParsingException", "[1:0] a record"}}));
     }
 
     SQLContainer container;

@@ -81,7 +81,7 @@ TEST(Recovery, NoTextMadeByRecoveryReachesTheModel)
         const ParseResult result = parse(script);
         ASSERT_NE(result.container, nullptr) << script;
         EXPECT_FALSE(result.records.empty()) << script;
-        const std::string model = sqlantlr::modelToJson(*result.container, {}).dump();
+        const std::string model = sqlantlr::modelJsonText(*result.container, {});
         EXPECT_EQ(model.find("<missing"), std::string::npos) << script << "\n" << model;
         EXPECT_EQ(model.find("ERROR"), std::string::npos) << script << "\n" << model;
     }

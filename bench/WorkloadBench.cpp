@@ -1,0 +1,233 @@
+// Throughput and peak memory of the three workloads users run, at several
+// input sizes:
+//   ddl-import  the library imports a DDL-only schema script
+//   cli-model   `sqlantlr model FILE` on the same script, JSON output included
+//   dump-import the library imports a dump: a few tables, many multi-row INSERTs
+//
+// MB/s is given per wall second and per CPU second of the child (user and
+// system time, process start and file reading included): on a shared
+// machine the CPU figure is the steadier one.
+//
+// Every case runs in a fresh process (this program re-executed with --child,
+// or the CLI), so that its peak resident memory is its own: the figure is the
+// ru_maxrss wait4 reports for that child, the input text included.
+//
+//   sqlantlr_workload_bench [--short] [--sizes MB,MB,...] [--cli PATH]
+// The sizes default to 1,10,100 MB; SQLANTLR_BENCH_1GB=1 adds 1000 MB.
+// --short runs 0.2 MB of each workload once, to prove the benchmark still works.
+#include "ScriptGenerator.h"
+
+#include <SQLAntlrParser/SQLAntlrParser.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#ifndef SQLANTLR_CLI_PATH
+#define SQLANTLR_CLI_PATH "sqlantlr"
+#endif
+
+namespace {
+
+constexpr rlim_t addressSpaceLimit = rlim_t(12) << 30;  // 12 GiB: a runaway case fails instead of the machine
+constexpr unsigned timeLimitSeconds = 1800;
+
+struct Outcome {
+    bool ok = false;
+    double seconds = 0;     // wall time
+    double cpuSeconds = 0;  // the child's user and system time
+    long peakKB = 0;
+    std::string note;
+};
+
+std::string readFile(const std::string &path)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+// The child side of a library case: imports FILE and prints the seconds the
+// import took (reading the file excluded) and the table count.
+int runChild(const std::string &file)
+{
+    const std::string script = readFile(file);
+    const auto start = std::chrono::steady_clock::now();
+    std::unique_ptr<SQLContainer> model;
+    {
+        SQLParser parser;
+        model = parser.parseString(script);
+    }
+    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    std::printf("%.6f %zu\n", seconds, model ? model->tables().size() : 0);
+    return 0;
+}
+
+// Runs argv in a child with its output to a pipe (or /dev/null); returns the
+// wall time, the child's peak RSS and, when captured, its output.
+Outcome runProcess(const std::vector<std::string> &args, bool captureOutput, std::string &output)
+{
+    Outcome outcome;
+    int channel[2] = {-1, -1};
+    if (captureOutput && pipe(channel) != 0) {
+        outcome.note = "pipe failed";
+        return outcome;
+    }
+    const auto start = std::chrono::steady_clock::now();
+    const pid_t pid = fork();
+    if (pid == 0) {
+        const int out = captureOutput ? channel[1] : open("/dev/null", O_WRONLY);
+        dup2(out, STDOUT_FILENO);
+        if (captureOutput) {
+            close(channel[0]);
+        }
+        const rlimit limit{addressSpaceLimit, addressSpaceLimit};
+        setrlimit(RLIMIT_AS, &limit);
+        alarm(timeLimitSeconds);
+        std::vector<char *> argv;
+        for (const std::string &arg : args) {
+            argv.push_back(const_cast<char *>(arg.c_str()));
+        }
+        argv.push_back(nullptr);
+        execv(argv[0], argv.data());
+        _exit(127);
+    }
+    if (captureOutput) {
+        close(channel[1]);
+        char buffer[256];
+        ssize_t got = 0;
+        while (pid > 0 && (got = read(channel[0], buffer, sizeof buffer)) > 0) {
+            output.append(buffer, static_cast<size_t>(got));
+        }
+        close(channel[0]);
+    }
+    int status = 0;
+    rusage usage{};
+    if (pid < 0 || wait4(pid, &status, 0, &usage) != pid) {
+        outcome.note = "fork failed";
+        return outcome;
+    }
+    outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    outcome.peakKB = usage.ru_maxrss;
+    const auto toSeconds = [](const timeval &time) { return static_cast<double>(time.tv_sec) + time.tv_usec / 1e6; };
+    outcome.cpuSeconds = toSeconds(usage.ru_utime) + toSeconds(usage.ru_stime);
+    if (WIFSIGNALED(status)) {
+        outcome.note = "ended by signal " + std::to_string(WTERMSIG(status));
+        return outcome;
+    }
+    if (WEXITSTATUS(status) != 0) {
+        outcome.note = "exit status " + std::to_string(WEXITSTATUS(status));
+        return outcome;
+    }
+    outcome.ok = true;
+    return outcome;
+}
+
+std::string selfPath()
+{
+    char buffer[4096];
+    const ssize_t length = readlink("/proc/self/exe", buffer, sizeof buffer - 1);
+    return length > 0 ? std::string(buffer, static_cast<size_t>(length)) : std::string();
+}
+
+void report(const char *workload, double megabytes, size_t bytes, const Outcome &outcome)
+{
+    if (!outcome.ok) {
+        std::printf("%-12s %9.1f  FAILED: %s\n", workload, megabytes, outcome.note.c_str());
+        std::fflush(stdout);
+        return;
+    }
+    const double peakBytes = static_cast<double>(outcome.peakKB) * 1024.0;
+    const double inputMB = static_cast<double>(bytes) / 1e6;
+    std::printf("%-12s %9.1f %8.2f %8.2f %8.1f %8.1f %12.1f %9.1f\n", workload, megabytes, outcome.seconds,
+                outcome.cpuSeconds, inputMB / outcome.seconds, inputMB / outcome.cpuSeconds, peakBytes / 1e6,
+                peakBytes / static_cast<double>(bytes));
+    std::fflush(stdout);
+}
+
+bool writeFile(const std::string &path, const std::string &text)
+{
+    std::ofstream out(path, std::ios::binary);
+    out << text;
+    return static_cast<bool>(out);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    std::vector<double> sizes = {1, 10, 100};
+    const char *big = std::getenv("SQLANTLR_BENCH_1GB");
+    if (big != nullptr && std::string(big) == "1") {
+        sizes.push_back(1000);
+    }
+    std::string cli = SQLANTLR_CLI_PATH;
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        if (arg == "--child" && i + 1 < argc) {
+            return runChild(argv[i + 1]);
+        } else if (arg == "--short") {
+            sizes = {0.2};
+        } else if (arg == "--sizes" && i + 1 < argc) {
+            sizes.clear();
+            std::stringstream list(argv[++i]);
+            for (std::string item; std::getline(list, item, ',');) {
+                sizes.push_back(std::stod(item));
+            }
+        } else if (arg == "--cli" && i + 1 < argc) {
+            cli = argv[++i];
+        } else {
+            std::cerr << "usage: sqlantlr_workload_bench [--short] [--sizes MB,MB,...] [--cli PATH]\n";
+            return 2;
+        }
+    }
+    const std::string self = selfPath();
+    char directory[] = "/tmp/sqlantlr-bench-XXXXXX";
+    if (mkdtemp(directory) == nullptr) {
+        std::perror("mkdtemp");
+        return 1;
+    }
+    const std::string file = std::string(directory) + "/script.sql";
+    std::printf("%-12s %9s %8s %8s %8s %8s %12s %9s\n", "workload", "input_MB", "wall_s", "cpu_s", "MB/s", "MB/cpu_s",
+                "peak_RSS_MB", "RSS/byte");
+    bool failed = false;
+    for (const double megabytes : sizes) {
+        const auto bytes = static_cast<size_t>(megabytes * 1e6);
+        for (const bool dump : {false, true}) {
+            const std::string script = dump ? bench::generateDumpScript(bytes) : bench::generateSchemaScript(bytes);
+            if (!writeFile(file, script)) {
+                std::perror(file.c_str());
+                return 1;
+            }
+            std::string output;
+            Outcome imported = runProcess({self, "--child", file}, true, output);
+            // The import's own wall time, without process start and file reading.
+            double seconds = 0;
+            if (imported.ok && std::sscanf(output.c_str(), "%lf", &seconds) == 1 && seconds > 0) {
+                imported.seconds = seconds;
+            }
+            report(dump ? "dump-import" : "ddl-import", megabytes, script.size(), imported);
+            failed = failed || !imported.ok;
+            if (!dump) {
+                std::string unused;
+                const Outcome model = runProcess({cli, "model", file}, false, unused);
+                report("cli-model", megabytes, script.size(), model);
+                failed = failed || !model.ok;
+            }
+        }
+    }
+    std::remove(file.c_str());
+    rmdir(directory);
+    return failed ? 1 : 0;
+}
