@@ -73,7 +73,8 @@ optionalComma
 
 postgresSpecificTableOptions
     : T_WITH ( storage_parameterOptions | 'OIDS' ) ->
-    | 'WITHOUT' 'OIDS' ->
+    | 'WITHOUT' ( 'OIDS' | { kp_isWord(LT(1), "ROWID") }?=> STRING ) ->  // SQLite's WITHOUT ROWID
+    | { kp_isWord(LT(1), "STRICT") }?=> STRING ->  // SQLite's STRICT
     | { kp_isWord(LT(1), "INHERITS") }?=> STRING OPENPAREN qualifiedObjectName ( COMMA qualifiedObjectName )* CLOSEPAREN ->
     ;
 

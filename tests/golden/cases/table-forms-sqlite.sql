@@ -12,3 +12,5 @@ CREATE TABLE kv (
   CHECK (length(slug) > 0)
 );
 CREATE INDEX kv_sort ON kv (sort, key);
+CREATE TABLE setting (name TEXT PRIMARY KEY, value) WITHOUT ROWID, STRICT;
+CREATE VIRTUAL TABLE doc_index USING fts5(title, body);
