@@ -547,7 +547,9 @@ bool ScriptLines::activeDelimiter()
     pANTLR3_COMMON_TOKEN first = raw(0);
     std::string text = kp_tokenText(first);
     size_t count = 1;
-    const size_t glued = text.size() > delimiter_.size() && first->type != QUOTED_STRING &&
+    // Only a terminator of punctuation is taken off the end of a word.
+    const bool punctuation = std::isalnum(static_cast<unsigned char>(delimiter_[0])) == 0;
+    const size_t glued = punctuation && text.size() > delimiter_.size() && first->type != QUOTED_STRING &&
                                  text.compare(text.size() - delimiter_.size(), npos, delimiter_) == 0
                              ? text.size() - delimiter_.size()
                              : 0;
