@@ -83,3 +83,12 @@ TEST(Routines, ARoutineLeavesOneNodeAndNoModelObject)
     ASSERT_NE(r.container, nullptr);
     EXPECT_TRUE(r.container->tables().empty());
 }
+
+TEST(Routines, AWordTerminatorEndsStatementsButNoWordThatEndsLikeIt)
+{
+    const ParseResult r = parse("DELIMITER GO\nCREATE TABLE algo (id int)GO\n"
+                                "CREATE PROCEDURE p() BEGIN SELECT 1; END GO\nDELIMITER ;\nCREATE TABLE b (id int);\n");
+    EXPECT_TRUE(r.records.empty()) << r.records.front();
+    EXPECT_NE(r.container->getTableByName("algo"), nullptr);
+    EXPECT_NE(r.container->getTableByName("b"), nullptr);
+}
