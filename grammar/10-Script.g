@@ -22,10 +22,16 @@ objectNotComment
 
 otherObject
     : SEMI
+    | { kp_isDollarBlock(RECOGNIZER) }?=> dollarBlock ->
     | unknownObjectBlock ->
     | delimiter
     | sourceInstruction ->
     | anonymousProcedure ->
+    ;
+
+// DO $$ ... $$; (PostgreSQL): an anonymous block, skipped like a routine.
+dollarBlock
+    : STRING { kp_skipRoutine(RECOGNIZER) }?
     ;
 
 // A token that can open no statement (a stray END or "/"). It is reported as
@@ -103,9 +109,25 @@ comment
 createObject
     : 'CREATE' ( 'OR' 'REPLACE' )?
       ( ( viewStart )=> createView SEMI
+      | { kp_routineKind(RECOGNIZER) != 0 }?=> createRoutine
       | ( 'TEMPORARY'! )? ( createTable | createIndex | createUnsupportedObject | createSequence ) SEMI
       | unknown_createObject
       )
+    ;
+
+// Procedures, functions, packages, type bodies, events, aggregates, rules and
+// triggers of every dialect: the helper finds where the routine ends (its
+// terminator, the END of its body, its closing dollar tag) and consumes it
+// whole after its first word. Nothing of it stays in the tree. The helper is
+// called as a predicate (always true) so that it also runs when an enclosing
+// decision tries the statement ahead, where actions are not run.
+createRoutine
+    : { kp_routineKind(RECOGNIZER) == 2 }?=> routineFirstWord { kp_skipRoutine(RECOGNIZER) }? -> CREATE_TRIGGER_NODE
+    | routineFirstWord { kp_skipRoutine(RECOGNIZER) }? -> PSQL_NODE
+    ;
+
+routineFirstWord
+    : 'PROCEDURE' | 'FUNCTION' | 'TRIGGER' | 'DEFINER' | 'TYPE' | 'CONSTRAINT' | 'OR' | T_ALTER | STRING
     ;
 
 // Object kinds the model does not hold but that are known words.

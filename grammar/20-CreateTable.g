@@ -122,6 +122,21 @@ tableComment
 
 table_properties_ignore
     : mysql_unsupported_table_property ->
+    | { kp_isStorageClauseStart(RECOGNIZER) }?=> physical_properties ->
+    ;
+
+// Storage and partitioning clauses: their first word, then the helper skips
+// the rest (as a predicate that is always true, so that it also runs while
+// a decision tries the statement ahead); nothing of them reaches the tree.
+physical_properties
+    : storageClauseWord { kp_skipStorageClause(RECOGNIZER) }?
+    ;
+
+storageClauseWord
+    : STRING | T_TABLESPACE | T_STORAGE | 'PCTFREE' | 'PCTUSED' | 'INITRANS' | 'MAXTRANS' | 'LOGGING'
+    | 'NOLOGGING' | 'COMPRESS' | 'NOCOMPRESS' | 'LOB' | 'ORGANIZATION' | 'OVERFLOW' | 'PARALLEL'
+    | 'NOPARALLEL' | 'CACHE' | 'NOCACHE' | 'PCTTHRESHOLD' | 'INCLUDING' | 'VARRAY' | 'NESTED'
+    | 'ROW' | 'PARTITION' | 'USING'
     ;
 
 // MySQL options the model has no place for. The lexer makes 'MAX_ROWS ',

@@ -10,6 +10,7 @@
 
 #include <SQLAntlrParser/SQLParserC.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cstring>
 #include <initializer_list>
@@ -606,4 +607,247 @@ void kp_skipToTableEntryEndInTree(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MAR
     recognizer->state->lastErrorIndex = is->index(is);
     recognizer->state->error = ANTLR3_FALSE;
     recognizer->state->failed = ANTLR3_FALSE;
+}
+
+namespace {
+
+// A word of any token type, keywords included, in any case.
+bool hasWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
+{
+    return token != nullptr && token->type != ANTLR3_TOKEN_EOF && kp_textIsWord(kp_tokenText(token), upperWord);
+}
+
+bool isDollarSign(pANTLR3_COMMON_TOKEN token)
+{
+    return token->type == SYMBOL && kp_tokenText(token) == "$";
+}
+
+// The dollar tag that opens at LT(k): "$$" or "$tag$" (the lexer reads "tag$"
+// as one word), as text; empty when none opens there.
+std::string dollarTag(pANTLR3_TOKEN_STREAM stream, ANTLR3_INT32 k)
+{
+    pANTLR3_COMMON_TOKEN sign = stream->_LT(stream, k);
+    if (!isDollarSign(sign)) {
+        return {};
+    }
+    pANTLR3_COMMON_TOKEN next = stream->_LT(stream, k + 1);
+    if (next->type == ANTLR3_TOKEN_EOF || next->start != sign->stop + 1) {
+        return {};
+    }
+    const std::string text = kp_tokenText(next);
+    if (text == "$") {
+        return "$$";
+    }
+    if (text.size() < 2 || text.back() != '$' ||
+        !std::all_of(text.begin(), text.end() - 1,
+                     [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; })) {
+        return {};
+    }
+    return "$" + text;
+}
+
+// Consumes a dollar-quoted text, its opening and closing tags included; stops
+// before the last token of the closing tag, or at the end of the input.
+void skipDollarQuote(pANTLR3_TOKEN_STREAM stream, const std::string &tag)
+{
+    pANTLR3_INT_STREAM input = stream->istream;
+    input->consume(input);  // the opening "$"; its tag word follows
+    input->consume(input);
+    for (;;) {
+        if (stream->_LT(stream, 1)->type == ANTLR3_TOKEN_EOF) {
+            return;
+        }
+        if (dollarTag(stream, 1) == tag) {
+            input->consume(input);
+            return;
+        }
+        input->consume(input);
+    }
+}
+
+const char *const routineWords[] = {"PROCEDURE", "PROC", "FUNCTION", "PACKAGE", "EVENT", "AGGREGATE", "RULE", "LIBRARY"};
+
+} // namespace
+
+int kp_routineKind(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    bool definer = false;
+    for (ANTLR3_INT32 k = 1; k <= 12; ++k) {
+        pANTLR3_COMMON_TOKEN token = stream->_LT(stream, k);
+        if (token->type == ANTLR3_TOKEN_EOF || token->type == SEMI || token->type == OPENPAREN) {
+            return 0;
+        }
+        if (std::any_of(std::begin(routineWords), std::end(routineWords),
+                        [&](const char *w) { return hasWord(token, w); })) {
+            return 1;
+        }
+        if (hasWord(token, "TRIGGER")) {
+            return 2;
+        }
+        if (hasWord(token, "TYPE")) {
+            return hasWord(stream->_LT(stream, k + 1), "BODY") ? 1 : 0;
+        }
+        if (hasWord(token, "DEFINER")) {
+            definer = true;
+        } else if (!definer && !hasWord(token, "EDITIONABLE") && !hasWord(token, "NONEDITIONABLE") &&
+                   !hasWord(token, "CONSTRAINT") && !hasWord(token, "OR") && !hasWord(token, "ALTER") &&
+                   !hasWord(token, "REPLACE")) {
+            return 0;
+        }
+    }
+    return 0;
+}
+
+bool kp_isDollarBlock(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    return hasWord(stream->_LT(stream, 1), "DO") &&
+           (!dollarTag(stream, 2).empty() || hasWord(stream->_LT(stream, 2), "LANGUAGE"));
+}
+
+bool kp_skipRoutine(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    pANTLR3_INT_STREAM input = stream->istream;
+    int depth = 0;
+    int parens = 0;
+    bool package = false;      // PACKAGE, TYPE BODY: IS/AS opens a level closed by the last END
+    bool declarative = false;  // IS/AS/DECLARE before the body: its ; end declarations
+    bool closed = false;       // the END of the body has been met
+    bool statements = false;   // a statement word at the top level: AS is no header any more
+    for (;;) {
+        pANTLR3_COMMON_TOKEN token = stream->_LT(stream, 1);
+        pANTLR3_COMMON_TOKEN next = stream->_LT(stream, 2);  // fetched first: it may mark token
+        const ANTLR3_UINT32 type = token->type;
+        if (type == ANTLR3_TOKEN_EOF || type == T_DELIMITER) {
+            return true;
+        }
+        if (token->user2 == kp_routineEndMark) {
+            input->consume(input);
+            return true;
+        }
+        const bool top = depth == 0 && parens == 0;
+        if (const std::string tag = dollarTag(stream, 1); !tag.empty()) {
+            skipDollarQuote(stream, tag);
+        } else if (type == OPENPAREN) {
+            ++parens;
+        } else if (type == CLOSEPAREN) {
+            parens = std::max(0, parens - 1);
+        } else if (type == SEMI) {
+            // A CREATE after a ";" at the top level, or at the start of a line
+            // inside a block that never closed, is the next statement.
+            const bool create = hasWord(next, "CREATE") && (top || next->charPosition == 0);
+            if ((top && (closed || !declarative)) || create) {
+                input->consume(input);
+                return true;
+            }
+        } else if (type == T_END) {
+            if (kp_isConstructEnd(token, next)) {
+                input->consume(input);
+            } else if (depth <= 1) {
+                depth = 0;
+                closed = true;
+                // END [name] followed by anything but ";" ends the routine at the END.
+                const std::string text = kp_tokenText(next);
+                const bool named = !text.empty() && std::isalpha(static_cast<unsigned char>(text[0])) != 0 &&
+                                   !hasWord(next, "CREATE") && stream->_LT(stream, 3)->type == SEMI;
+                if (next->type != SEMI && !named) {
+                    input->consume(input);
+                    return true;
+                }
+            } else {
+                --depth;
+                if (hasWord(next, "CASE")) {
+                    input->consume(input);
+                }
+            }
+        } else if (type == T_BEGIN || hasWord(token, "CASE")) {
+            ++depth;
+        } else if (top && !closed) {
+            if (hasWord(token, "PACKAGE") || (hasWord(token, "TYPE") && hasWord(next, "BODY"))) {
+                package = true;
+            } else if (hasWord(token, "COMPOUND") && hasWord(next, "TRIGGER")) {
+                ++depth;
+            } else if (type == T_DECLARE) {
+                declarative = true;
+            } else if ((hasWord(token, "IS") || hasWord(token, "AS")) && !statements && dollarTag(stream, 2).empty() &&
+                       next->type != QUOTED_STRING && !hasWord(next, "ON")) {
+                if (package) {
+                    ++depth;
+                    package = false;
+                } else {
+                    declarative = true;
+                }
+            } else if (hasWord(token, "SELECT") || hasWord(token, "INSERT") || hasWord(token, "UPDATE") ||
+                       hasWord(token, "DELETE") || hasWord(token, "SET")) {
+                statements = true;
+            }
+        }
+        input->consume(input);
+    }
+}
+
+namespace {
+
+const char *const storageWords[] = {
+    "TABLESPACE", "STORAGE", "PCTFREE", "PCTUSED", "INITRANS", "MAXTRANS", "LOGGING", "NOLOGGING",
+    "COMPRESS", "NOCOMPRESS", "LOB", "ORGANIZATION", "OVERFLOW", "PARALLEL", "NOPARALLEL", "CACHE",
+    "NOCACHE", "INHERITS", "SEGMENT", "MONITORING", "NOMONITORING", "ROWDEPENDENCIES",
+    "NOROWDEPENDENCIES", "FLASHBACK", "RESULT_CACHE", "INMEMORY", "NOINMEMORY",
+    "PCTTHRESHOLD", "INCLUDING", "STATS_PERSISTENT", "STATS_AUTO_RECALC", "STATS_SAMPLE_PAGES",
+    "ENCRYPTION", "COMPRESSION", "LOCATOR", "VARRAY", "NESTED"};
+
+bool isAnyWord(pANTLR3_COMMON_TOKEN token, const char *const *begin, const char *const *end)
+{
+    return std::any_of(begin, end, [&](const char *w) { return hasWord(token, w); });
+}
+
+// The start of a table option the model keeps (engine, character set,
+// collation, comment, AUTO_INCREMENT) or of the end of the statement.
+bool endsStorageClause(pANTLR3_TOKEN_STREAM stream, ANTLR3_INT32 k)
+{
+    static const char *const kept[] = {"ENGINE", "CHARSET", "CHARACTER", "COLLATE", "COMMENT", "AUTO_INCREMENT"};
+    pANTLR3_COMMON_TOKEN token = stream->_LT(stream, k);
+    pANTLR3_COMMON_TOKEN next = stream->_LT(stream, k + 1);
+    return token->type == ANTLR3_TOKEN_EOF || token->type == SEMI || token->type == T_DELIMITER ||
+           isAnyWord(token, std::begin(kept), std::end(kept)) ||
+           (hasWord(token, "TYPE") && next->type == EQUALS) ||
+           (token->type == T_DEFAULT && (hasWord(next, "CHARSET") || hasWord(next, "CHARACTER") ||
+                                         hasWord(next, "COLLATE")));
+}
+
+} // namespace
+
+bool kp_isStorageClauseStart(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    pANTLR3_COMMON_TOKEN token = stream->_LT(stream, 1);
+    pANTLR3_COMMON_TOKEN next = stream->_LT(stream, 2);
+    return isAnyWord(token, std::begin(storageWords), std::end(storageWords)) ||
+           (hasWord(token, "ROW") && hasWord(next, "MOVEMENT")) ||
+           (hasWord(token, "PARTITION") && hasWord(next, "BY")) ||
+           (hasWord(token, "USING") && next->type != OPENPAREN);
+}
+
+bool kp_skipStorageClause(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    pANTLR3_INT_STREAM input = stream->istream;
+    int parens = 0;
+    for (;;) {
+        pANTLR3_COMMON_TOKEN token = stream->_LT(stream, 1);
+        if (token->type == ANTLR3_TOKEN_EOF || (parens == 0 && endsStorageClause(stream, 1))) {
+            return true;
+        }
+        if (token->type == OPENPAREN) {
+            ++parens;
+        } else if (token->type == CLOSEPAREN) {
+            if (parens == 0) {
+                return true;  // not ours: a parenthesis the clause did not open
+            }
+            --parens;
+        }
+        input->consume(input);
+    }
 }

@@ -63,6 +63,9 @@ void kp_installParserRecovery(pANTLR3_BASE_RECOGNIZER recognizer);
 // The mark (in user1) of a token that recovery made: an error node's token or
 // a token the parser made up for a missing one.
 constexpr ANTLR3_UINT32 kp_recoveryMark = 99999999;
+// The mark (in user2) of the SEMI that ends a routine: the active DELIMITER,
+// or a GO or "/" line after a procedure, function, trigger or package.
+constexpr ANTLR3_UINT32 kp_routineEndMark = 0x52454e44;
 void kp_lexer_recover(pANTLR3_LEXER lexer);
 void *kp_errorNode(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR3_TOKEN_STREAM input, pANTLR3_COMMON_TOKEN start,
                    pANTLR3_COMMON_TOKEN stop, pANTLR3_EXCEPTION exception);
@@ -163,6 +166,26 @@ bool kp_isConstructEnd(pANTLR3_COMMON_TOKEN end, pANTLR3_COMMON_TOKEN next);
 // CASE ... END [CASE] blocks are balanced with a counter, not recursion, so
 // any depth costs linear time, no stack and no tree.
 void kp_skipBlockBody(pANTLR3_BASE_RECOGNIZER recognizer);
+// 0 when the tokens after CREATE [OR REPLACE] start no routine, 1 for a
+// procedure, function, package, type body, event, aggregate or rule, 2 for a
+// trigger (DEFINER=..., EDITIONABLE and CONSTRAINT may come first).
+int kp_routineKind(pANTLR3_BASE_RECOGNIZER recognizer);
+// True at DO followed by a dollar-quoted body.
+bool kp_isDollarBlock(pANTLR3_BASE_RECOGNIZER recognizer);
+// Consumes the rest of a routine after its first word (always true): the routine ends at a marked terminator, before a DELIMITER line,
+// at the ; after its closing dollar tag or after the END of its body, or at
+// its first ; when it has no body block. Dollar-quoted bodies are passed over
+// whole; BEGIN/CASE ... END nest without recursion.
+bool kp_skipRoutine(pANTLR3_BASE_RECOGNIZER recognizer);
+// True at a physical storage or partitioning clause after a table: Oracle's
+// segment attributes, TABLESPACE, STORAGE, LOB, ORGANIZATION, PARALLEL,
+// ROW MOVEMENT ..., PARTITION BY of every dialect, PostgreSQL's INHERITS and
+// USING method, MySQL's STATS_ options.
+bool kp_isStorageClauseStart(pANTLR3_BASE_RECOGNIZER recognizer);
+// Consumes the rest of storage clauses after their first word (always true), parentheses
+// balanced: they end before the statement's end or before a table option the
+// model keeps (ENGINE, CHARSET, COLLATE, COMMENT, AUTO_INCREMENT).
+bool kp_skipStorageClause(pANTLR3_BASE_RECOGNIZER recognizer);
 // A runtime string as UTF-8; empty for NULL.
 std::string AntlrCocoaString(pANTLR3_STRING string);
 // The tree-string rendering of a subtree; empty for NULL.

@@ -205,6 +205,9 @@ bool ScriptLines::batchLine(size_t at)
         first->channel = HIDDEN;
     } else {
         first->type = SEMI;
+        if (kind_ == Kind::Routine) {
+            first->user2 = kp_routineEndMark;
+        }
     }
     endStatement();
     guards_.clear();
@@ -351,6 +354,14 @@ void ScriptLines::startStatement(size_t at)
             i = significant(i + 1);
             kindWord = word(raw(i));
         }
+        // MySQL's DEFINER=user@host stands before the kind word.
+        for (int n = 0; kindWord == "DEFINER" && n < 8; ++n) {
+            const size_t after = significant(i + 1);
+            if (isEnd(raw(after)) || isOneOf(word(raw(after)), {"PROCEDURE", "FUNCTION", "TRIGGER", "EVENT", "VIEW"})) {
+                kindWord = word(raw(after));
+            }
+            i = after;
+        }
         // Bodies of routines hold statements; ALTER PROCEDURE p COMPILE does not.
         if (w == "CREATE" && (isOneOf(kindWord, {"PROCEDURE", "PROC", "FUNCTION", "TRIGGER", "PACKAGE", "EVENT",
                                                  "LIBRARY", "JAVA"}) ||
@@ -452,6 +463,9 @@ pANTLR3_COMMON_TOKEN ScriptLines::next()
         if (!lineStart && gluedGo(token)) {
             continue;
         }
+        if (activeDelimiter()) {
+            continue;
+        }
         track(token, 0);
         lineStart_ = false;
         emitUpTo(1);
@@ -470,7 +484,7 @@ bool ScriptLines::step(pANTLR3_COMMON_TOKEN token)
     }
     if (token->type == T_DELIMITER) {
         endStatement();
-        return false;
+        return delimiterLine(0);
     }
     if (!empty_ && kind_ != Kind::Routine && breaksStatement(token)) {
         emitTerminator(token);
@@ -498,6 +512,94 @@ bool ScriptLines::gluedGo(pANTLR3_COMMON_TOKEN token)
     endStatement();
     linesEnd_ = true;
     emitUpTo(1);
+    return true;
+}
+
+// DELIMITER x: the rest of the line is the terminator from here on. Its
+// tokens are hidden, so the grammar meets the DELIMITER word alone.
+bool ScriptLines::delimiterLine(size_t at)
+{
+    const size_t end = lineEnd(at);
+    if (end == npos) {
+        return false;
+    }
+    std::string text;
+    for (size_t i = at + 1; i < end; ++i) {
+        if (isSignificant(raw(i)) && !isEnd(raw(i))) {
+            text += kp_tokenText(raw(i));
+        }
+    }
+    delimiter_ = text == ";" ? std::string() : text;
+    hide(at + 1, end);
+    emitUpTo(end);
+    lineStart_ = true;
+    return true;
+}
+
+// The active terminator of a DELIMITER line (;; $$ // ...) at the next raw
+// token, glued to a word or not (END$$ is one word to the lexer): it becomes
+// one SEMI that ends the statement, and ends a routine where it stands.
+bool ScriptLines::activeDelimiter()
+{
+    if (delimiter_.empty()) {
+        return false;
+    }
+    pANTLR3_COMMON_TOKEN first = raw(0);
+    std::string text = kp_tokenText(first);
+    size_t count = 1;
+    // Only a terminator of punctuation is taken off the end of a word.
+    const bool punctuation = std::isalnum(static_cast<unsigned char>(delimiter_[0])) == 0;
+    const size_t glued = punctuation && text.size() > delimiter_.size() && first->type != QUOTED_STRING &&
+                                 text.compare(text.size() - delimiter_.size(), npos, delimiter_) == 0
+                             ? text.size() - delimiter_.size()
+                             : 0;
+    if (glued == 0) {
+        while (text.size() < delimiter_.size() && delimiter_.compare(0, text.size(), text) == 0) {
+            pANTLR3_COMMON_TOKEN next = raw(count);
+            if (isEnd(next) || next->start != raw(count - 1)->stop + 1) {
+                return false;
+            }
+            text += kp_tokenText(next);
+            ++count;
+        }
+        if (text != delimiter_) {
+            return false;
+        }
+    }
+    const bool routine = kind_ == Kind::Routine;
+    pANTLR3_COMMON_TOKEN semi = first;
+    if (glued != 0) {
+        // END$$: the word keeps its letters, a new SEMI stands for the rest.
+        // Bounds are byte addresses of UTF-16 units; the terminator is ASCII.
+        first->stop = static_cast<ANTLR3_MARKER>(first->start + 2 * glued - 1);
+        if (word(first) == "END") {
+            first->type = T_END;
+        }
+        track(first, 0);
+        emitUpTo(1);
+        semi = factory_->newToken(factory_);
+        semi->type = SEMI;
+        semi->channel = ANTLR3_TOKEN_DEFAULT_CHANNEL;
+        semi->line = first->line;
+        semi->charPosition = first->charPosition + static_cast<ANTLR3_INT32>(glued);
+        semi->start = first->stop + 1;
+        semi->stop = first->stop + 2;
+        semi->input = first->input;
+        semi->textState = ANTLR3_TEXT_CHARP;
+        semi->tokText.chars = reinterpret_cast<pANTLR3_UCHAR>(const_cast<char *>(";"));
+        out_.push_back(semi);
+    } else {
+        first->type = SEMI;
+        if (!empty_) {
+            track(first, 0);
+        }
+        hide(1, count);
+        emitUpTo(count);
+    }
+    if (routine) {
+        semi->user2 = kp_routineEndMark;
+    }
+    endStatement();
     return true;
 }
 

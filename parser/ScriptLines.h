@@ -28,6 +28,7 @@
 #include <antlr3.h>
 
 #include <deque>
+#include <string>
 #include <vector>
 
 namespace sqlantlr {
@@ -60,6 +61,8 @@ private:
     bool guardedBlock(size_t at);
     bool step(pANTLR3_COMMON_TOKEN token);
     bool gluedGo(pANTLR3_COMMON_TOKEN token);
+    bool delimiterLine(size_t at);
+    bool activeDelimiter();
     bool breaksStatement(pANTLR3_COMMON_TOKEN token);
     void startStatement(size_t at);
     void track(pANTLR3_COMMON_TOKEN token, size_t at);
@@ -82,6 +85,7 @@ private:
     ANTLR3_INT32 previousPosition_ = 0;
     std::vector<int> guards_;               // block depth of each open guarded BEGIN
     int blocks_ = 0;                        // BEGIN/CASE depth inside guarded blocks
+    std::string delimiter_;                 // the terminator set by the last DELIMITER line
 };
 
 } // namespace sqlantlr

@@ -55,6 +55,7 @@ createObject[SQLContainer *c]
     : 'CREATE' ( 'OR' 'REPLACE' )?
       ( ( createTable[c] | createIndex[c] | createSequence[c] | createView[c] ) SEMI
       | PSQL_NODE
+      | CREATE_TRIGGER_NODE
       | IGNORED_NODE
       )
     ;

@@ -1,0 +1,71 @@
+-- Oracle PL/SQL units, each closed by a slash line.
+CREATE TABLE dept (id NUMBER(10) PRIMARY KEY, name VARCHAR2(30));
+
+CREATE OR REPLACE EDITIONABLE PROCEDURE raise_all (pct IN NUMBER, cnt OUT NUMBER) AUTHID CURRENT_USER IS
+    CURSOR c IS SELECT id FROM dept;
+    v NUMBER := 0;
+BEGIN
+    FOR r IN c LOOP
+        v := v + 1;
+    END LOOP;
+    FOR i IN 1 .. 10 LOOP NULL; END LOOP;
+    WHILE v > 0 LOOP v := v - 1; END LOOP;
+    BEGIN
+        EXECUTE IMMEDIATE 'DELETE FROM dept WHERE name = ''a;b''';
+    EXCEPTION
+        WHEN NO_DATA_FOUND THEN NULL;
+    END;
+    cnt := CASE WHEN v > 0 THEN 1 ELSE 0 END;
+EXCEPTION
+    WHEN OTHERS THEN RAISE;
+END raise_all;
+/
+
+CREATE OR REPLACE FUNCTION dept_count RETURN NUMBER AS
+    n NUMBER;
+BEGIN
+    SELECT COUNT(*) INTO n FROM dept;
+    IF n > 10 THEN RETURN 10; ELSIF n > 5 THEN RETURN 5; END IF;
+    RETURN n;
+END;
+/
+
+CREATE OR REPLACE PACKAGE dept_api AS
+    PROCEDURE add_dept (p_name VARCHAR2);
+    FUNCTION total RETURN NUMBER;
+END dept_api;
+/
+
+CREATE OR REPLACE PACKAGE BODY dept_api AS
+    PROCEDURE add_dept (p_name VARCHAR2) IS
+    BEGIN
+        INSERT INTO dept (id, name) VALUES (1, p_name);
+    END add_dept;
+    FUNCTION total RETURN NUMBER IS
+    BEGIN
+        RETURN dept_count;
+    END total;
+END dept_api;
+/
+
+CREATE OR REPLACE TRIGGER dept_bi
+BEFORE INSERT OR UPDATE ON dept
+FOR EACH ROW
+DECLARE
+    v NUMBER;
+BEGIN
+    IF :new.id IS NULL THEN
+        SELECT 1 INTO :new.id FROM dual;
+    END IF;
+END;
+/
+
+CREATE OR REPLACE TYPE BODY shape AS
+    MEMBER FUNCTION area RETURN NUMBER IS
+    BEGIN
+        RETURN 0;
+    END;
+END;
+/
+
+CREATE TABLE emp (id NUMBER(10) PRIMARY KEY, dept_id NUMBER(10) REFERENCES dept (id));
