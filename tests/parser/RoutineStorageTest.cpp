@@ -13,7 +13,7 @@ std::string modelOf(const std::string &sql)
     if (container == nullptr) {
         return "<no model>";
     }
-    return sqlantlr::modelToJson(*container, parser.getExceptionList()).dump(1);
+    return sqlantlr::modelJsonText(*container, parser.getExceptionList(), true);
 }
 
 const char *const plainTable = "CREATE TABLE t (id INT NOT NULL PRIMARY KEY, name VARCHAR(20))";
