@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cctype>
 #include <map>
+#include <mutex>
 #include <sstream>
 #include <unordered_map>
 
@@ -389,15 +390,28 @@ int collectMessage(char *message)
     return 0;
 }
 
+// Graphviz keeps process-wide state (its error hook, and a font cache in the
+// text layout that outlives a freed context and is read by the next one), so
+// the tool makes one context for the process, never frees it, and renders one
+// graph at a time.
+std::mutex graphvizMutex;
+
+GVC_t *graphvizContext()
+{
+    static GVC_t *const context = gvContext();
+    return context;
+}
+
 } // namespace
 
 RenderResult renderDot(const std::string &dot, std::string_view format)
 {
+    const std::lock_guard<std::mutex> lock(graphvizMutex);
     RenderResult result;
     graphvizMessages.clear();
     agseterr(AGWARN);
     agseterrf(collectMessage);
-    GVC_t *context = gvContext();
+    GVC_t *context = graphvizContext();
     Agraph_t *graph = context != nullptr ? agmemread(dot.c_str()) : nullptr;
     if (graph != nullptr && gvLayout(context, graph, "dot") == 0) {
         const std::string renderer = format == "png" ? "png:cairo" : std::string(format);
@@ -413,9 +427,6 @@ RenderResult renderDot(const std::string &dot, std::string_view format)
     if (graph != nullptr) {
         agclose(graph);
     }
-    if (context != nullptr) {
-        gvFreeContext(context);
-    }
     agseterrf(nullptr);
     result.messages = graphvizMessages;
     if (!result.ok && result.messages.empty()) {
@@ -426,13 +437,9 @@ RenderResult renderDot(const std::string &dot, std::string_view format)
 
 std::string graphvizVersion()
 {
-    GVC_t *context = gvContext();
-    std::string version = "Graphviz ";
-    version += context != nullptr ? gvcVersion(context) : "?";
-    if (context != nullptr) {
-        gvFreeContext(context);
-    }
-    return version;
+    const std::lock_guard<std::mutex> lock(graphvizMutex);
+    GVC_t *context = graphvizContext();
+    return std::string("Graphviz ") + (context != nullptr ? gvcVersion(context) : "?");
 }
 
 } // namespace sqlantlr
