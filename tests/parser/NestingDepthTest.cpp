@@ -88,17 +88,6 @@ ParseResult parseOnSmallStack(const std::string &script)
     return result;
 }
 
-std::vector<std::string> tableNames(const ParseResult &result)
-{
-    std::vector<std::string> names;
-    if (result.container != nullptr) {
-        for (const auto &table : result.container->tables()) {
-            names.push_back(table->getName());
-        }
-    }
-    return names;
-}
-
 // Blocks are skipped without recursion: any depth of BEGIN and CASE nesting
 // is balanced on a small stack, in linear time (20,000 levels used to need
 // a minute and gigabytes, as each level's subtree was copied into its parent).

@@ -49,6 +49,18 @@ inline const SQLTable &tableNamed(const ParseResult &result, const std::string &
 }
 
 // Names of a table's primary-key columns, in column order.
+// The names of the tables the parse built, in script order.
+inline std::vector<std::string> tableNames(const ParseResult &result)
+{
+    std::vector<std::string> names;
+    if (result.container != nullptr) {
+        for (const auto &table : result.container->tables()) {
+            names.push_back(table->getName());
+        }
+    }
+    return names;
+}
+
 inline std::vector<std::string> primaryKeyNames(const SQLTable &table)
 {
     std::vector<std::string> names;

@@ -7,17 +7,6 @@
 
 namespace {
 
-std::vector<std::string> tableNames(const ParseResult &result)
-{
-    std::vector<std::string> names;
-    if (result.container != nullptr) {
-        for (const auto &table : result.container->tables()) {
-            names.push_back(table->getName());
-        }
-    }
-    return names;
-}
-
 void expectTables(const std::string &sql, const std::vector<std::string> &names)
 {
     const ParseResult result = parse(sql);
