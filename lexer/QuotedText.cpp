@@ -1,5 +1,6 @@
 #include "QuotedText.h"
 
+#include "ParseSession.h"
 #include "RecognizerSupport.h"
 #include "VellumGrammarCLexer.h"
 
@@ -36,8 +37,10 @@ bool crossesLineEnd(const char16_t *from, const char16_t *to)
 }
 
 // True when the rest of the line from p leaves a string open; a line comment
-// outside strings ends the scan.
-bool lineEndsInString(const char16_t *p, const char16_t *end, bool escapes)
+// outside strings ends the scan. closes, if given, receives the position after
+// each string the scan closes.
+bool lineEndsInString(const char16_t *p, const char16_t *end, bool escapes,
+                      std::vector<const char16_t *> *closes = nullptr)
 {
     char16_t open = 0;
     for (; p < end && !isLineEnd(*p); ++p) {
@@ -47,6 +50,9 @@ bool lineEndsInString(const char16_t *p, const char16_t *end, bool escapes)
                 ++p;
             } else if (c == open) {
                 open = 0;
+                if (closes != nullptr) {
+                    closes->push_back(p + 1);
+                }
             }
         } else if (c == u'\'' || c == u'"' || c == u'`') {
             open = c;
@@ -57,14 +63,40 @@ bool lineEndsInString(const char16_t *p, const char16_t *end, bool escapes)
     return open != 0;
 }
 
-bool staysOnItsLine(const char16_t *body, const char16_t *close, const char16_t *end, bool escapes)
+// lineEndsInString, answered from the last scan when that scan closed a
+// string just before p: from there on it read what a scan from p reads.
+// Pieces are asked about in text order, after their closing quote, so each
+// line is scanned about once instead of once for each piece.
+bool lineEndsInString(const char16_t *p, const char16_t *end, bool escapes, QuoteScanCache *cache)
 {
-    return close != nullptr && !crossesLineEnd(body, close) && !lineEndsInString(close, end, escapes);
+    if (cache == nullptr) {
+        return lineEndsInString(p, end, escapes);
+    }
+    QuoteScanCache::Scan &last = escapes ? cache->escaping : cache->plain;
+    if (last.end == end) {
+        while (last.passed < last.closes.size() && last.closes[last.passed] < p) {
+            ++last.passed;
+        }
+        if (last.passed < last.closes.size() && last.closes[last.passed] == p) {
+            return last.result;
+        }
+    }
+    last.end = end;
+    last.closes.clear();
+    last.passed = 0;
+    last.result = lineEndsInString(p, end, escapes, &last.closes);
+    return last.result;
+}
+
+bool staysOnItsLine(const char16_t *body, const char16_t *close, const char16_t *end, bool escapes,
+                    QuoteScanCache *cache)
+{
+    return close != nullptr && !crossesLineEnd(body, close) && !lineEndsInString(close, end, escapes, cache);
 }
 
 } // namespace
 
-size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote)
+size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote, QuoteScanCache *cache)
 {
     const char16_t *plain = closingQuote(body, end, quote, false);
     const char16_t *escaped = plain;
@@ -80,7 +112,7 @@ size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quot
     }
     const char16_t *chosen = escaped;
     if (escaped != plain) {
-        if (escaped == nullptr || (!staysOnItsLine(body, escaped, end, true) && staysOnItsLine(body, plain, end, false))) {
+        if (escaped == nullptr || (!staysOnItsLine(body, escaped, end, true, cache) && staysOnItsLine(body, plain, end, false, cache))) {
             chosen = plain;
         }
     }
@@ -114,7 +146,9 @@ void kp_matchQuotedBody(pANTLR3_LEXER lexer, ANTLR3_UCHAR quote)
     const auto *data = static_cast<const char16_t *>(input->data);
     const char16_t *end = data + input->sizeBuf / 2;
     const auto *body = static_cast<const char16_t *>(input->nextChar);
-    const size_t length = sqlantlr::quotedBodyLength(body, end, static_cast<char16_t>(quote));
+    auto *session = static_cast<sqlantlr::ParseSession *>(lexer->rec->state->userp);
+    const size_t length = sqlantlr::quotedBodyLength(body, end, static_cast<char16_t>(quote),
+                                                     session != nullptr ? &session->quoteScans : nullptr);
     if (length == 0) {
         lexer->rec->state->user1++;
         return;

@@ -8,12 +8,28 @@
 #pragma once
 
 #include <cstddef>
+#include <vector>
 
 namespace sqlantlr {
 
+// What the scans of the rest of a line learnt, for the next piece of the same
+// line: a dump's one-line INSERT holds thousands of pieces, and scanning to
+// the line end for each of them would make the line cost its length squared.
+// One cache serves one text; a fresh one knows nothing.
+struct QuoteScanCache {
+    struct Scan {
+        const char16_t *end = nullptr;         // the end of the text of the last scan
+        std::vector<const char16_t *> closes;  // after each string the last scan closed, in text order
+        size_t passed = 0;                     // closes before the last question
+        bool result = false;                   // whether the line of the last scan ended inside a string
+    };
+    Scan plain;
+    Scan escaping;
+};
+
 // Units from body up to and including the closing quote, or 0 when the piece
 // is never closed either way. body points just after the opening quote.
-size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote);
+size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote, QuoteScanCache *cache = nullptr);
 
 // Units of the bracketed name [..] at p, or 0 when the bracket opens none: it
 // stays on its line, is not empty and does not start with a digit or a quote.

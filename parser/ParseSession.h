@@ -2,6 +2,8 @@
 // through the recognizers' user pointer.
 #pragma once
 
+#include "QuotedText.h"
+
 #include <antlr3.h>
 
 #include <SQLAntlrParser/SQLParserException.h>
@@ -37,6 +39,12 @@ struct ParseSession {
     TokenWindow *tokenWindow = nullptr;
     // Parses drop blank tokens; token listings keep every token.
     bool dropBlanks = false;
+    // An import skips the text of data statements (INSERT, REPLACE) without
+    // lexing it: the parser meets their first word and their ";" only (see
+    // ScriptLines). Syntax-tree dumps and token listings read every token.
+    bool skipDataStatements = false;
+    // What the lexer's scans of quoted pieces learnt about the current line.
+    QuoteScanCache quoteScans;
     // Name lists that walker rules return (qualified names, column lists);
     // cleared with customValues.
     std::deque<std::vector<std::string>> nameLists;

@@ -393,6 +393,9 @@ SQLSyntaxTree *RecognizerPipeline::parseStatement()
     static const StatementFollowSet follow;
     pVellumGrammarCParser parser = asParser(parser_);
     kp_resetRecognitionState(parser->pParser->rec);  // an error ends with its statement
+    if (session_.skipDataStatements && window_ != nullptr) {
+        window_->skipDataStatement();
+    }
     pANTLR3_STACK following = parser->pParser->rec->state->following;
     following->push(following, const_cast<ANTLR3_BITSET_LIST *>(&follow.list), nullptr);
     VellumGrammarCParser_schemaEntry_return entry = parser->schemaEntry(parser);

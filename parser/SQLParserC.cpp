@@ -74,6 +74,7 @@ std::unique_ptr<SQLContainer> SQLParserC::parseString(std::string_view sql, KpEr
 {
     const std::u16string text = scriptUnits(sql);
     RecognizerPipeline pipeline(*this, RecognizerPipeline::Use::Parse);
+    pipeline.session().skipDataStatements = skipsDataStatements_;
     if (!pipeline.openTokens(text, error)) {
         return nullptr;
     }

@@ -1,5 +1,7 @@
 #include "ScriptLines.h"
 
+#include "DataStatements.h"
+#include "ParseSession.h"
 #include "RecognizerSupport.h"
 #include "VellumGrammarCLexer.h"
 
@@ -58,14 +60,6 @@ bool isText(pANTLR3_COMMON_TOKEN token, const char *text)
     return !isEnd(token) && kp_tokenText(token) == text;
 }
 
-// Words that start a statement when they open a line.
-bool isStatementWord(const std::string &w)
-{
-    return isOneOf(w, {"CREATE", "ALTER", "DROP", "INSERT", "UPDATE", "DELETE", "SET", "USE", "PRINT", "DECLARE",
-                       "EXEC", "EXECUTE", "IF", "BEGIN", "COMMIT", "ROLLBACK", "RAISERROR", "CHECKPOINT", "TRUNCATE",
-                       "GRANT", "DENY", "REVOKE"});
-}
-
 // SQL*Plus and SQLCMD commands that hold a line, whatever it ends with.
 bool isClientCommand(const std::string &w)
 {
@@ -85,6 +79,13 @@ bool isClientStatement(const std::string &w)
 const char lineEndText[] = "";
 
 } // namespace
+
+bool isStatementWord(const std::string &w)
+{
+    return isOneOf(w, {"CREATE", "ALTER", "DROP", "INSERT", "UPDATE", "DELETE", "SET", "USE", "PRINT", "DECLARE",
+                       "EXEC", "EXECUTE", "IF", "BEGIN", "COMMIT", "ROLLBACK", "RAISERROR", "CHECKPOINT", "TRUNCATE",
+                       "GRANT", "DENY", "REVOKE"});
+}
 
 pANTLR3_COMMON_TOKEN ScriptLines::raw(size_t i)
 {
@@ -600,6 +601,85 @@ bool ScriptLines::activeDelimiter()
         semi->user2 = kp_routineEndMark;
     }
     endStatement();
+    return true;
+}
+
+} // namespace sqlantlr
+
+namespace sqlantlr {
+
+bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANTLR3_COMMON_TOKEN> &dropped)
+{
+    auto lexer = static_cast<pANTLR3_LEXER>(source_->super);
+    // The filter's last step must have been the statement's first word, read
+    // ahead up to the next word on the same line and no further.
+    if (!out_.empty() || eof_ != nullptr || raw_.empty() || !delimiter_.empty() || !guards_.empty() || empty_ ||
+        tokens_ != 1 || previousType_ != first->type || previousLine_ != first->line ||
+        previousPosition_ != first->charPosition ||
+        static_cast<pVellumGrammarCLexer>(lexer->ctx)->inExecutableComment == ANTLR3_TRUE) {
+        return false;
+    }
+    // The grammar consumes INSERT statements, and every statement whose first
+    // token opens no other rule, up to their ";" without looking at the tokens.
+    const std::string w = word(first);
+    const ANTLR3_UINT32 type = first->type;
+    if (type == SEMI || type == ML_COMMENT || type == SL_COMMENT || type == T_ALTER || type == T_DECLARE ||
+        type == FORWARD_SLASH || type == T_BEGIN || type == T_END || type == T_DELIMITER ||
+        isOneOf(w, {"CREATE", "DROP", "SOURCE", "DO"})) {
+        return false;
+    }
+    if (w == "INSERT" ? kind_ != Kind::Insert
+                      : kind_ != Kind::Whole && kind_ != Kind::Splittable && kind_ != Kind::Update) {
+        return false;
+    }
+    for (size_t i = 0; i + 1 < raw_.size(); ++i) {
+        if (isSignificant(raw_[i]) || endsLine(raw_[i])) {
+            return false;
+        }
+    }
+    pANTLR3_COMMON_TOKEN second = raw_.back();
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    const auto *from = static_cast<const char16_t *>(input->nextChar);
+    // The next token: a plain word, a number or a closed quoted string,
+    // which mean nothing to the filter after a statement's first word.
+    const std::string text = kp_tokenText(second);
+    const bool plainWord = !text.empty() && std::isalpha(static_cast<unsigned char>(text[0])) != 0 &&
+                           std::all_of(text.begin(), text.end(), [](char c) {
+                               return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
+                           });
+    if (!isSignificant(second) || !(plainWord || second->type == INT || second->type == QUOTED_STRING) ||
+        reinterpret_cast<const char *>(from) != reinterpret_cast<const char *>(second->stop) + 1) {
+        return false;
+    }
+    auto *session = static_cast<ParseSession *>(lexer->rec->state->userp);
+    const auto *data = static_cast<const char16_t *>(input->data);
+    const char16_t *end = data + input->sizeBuf / 2;
+    const char16_t *semi = dataStatementEnd(
+        from, end, kind_ == Kind::Whole ? DataStatementCut::Never : DataStatementCut::AtStatementWords,
+        session != nullptr ? &session->quoteScans : nullptr);
+    if (semi == nullptr) {
+        return false;
+    }
+    dropped.assign(raw_.begin(), raw_.end());
+    raw_.clear();
+    // Move the stream as consuming each unit would (see kp_utf16Consume).
+    ANTLR3_UINT32 lines = 0;
+    for (const char16_t *p = from; p < semi; ++p) {
+        // A line feed, or a carriage return no line feed follows (semi is within the text).
+        lines += static_cast<ANTLR3_UINT32>((*p == u'\n') | ((*p == u'\r') & (p[1] != u'\n')));
+    }
+    if (lines != 0) {
+        const char16_t *lineStart = semi;
+        while (*(lineStart - 1) != u'\n' && *(lineStart - 1) != u'\r') {
+            --lineStart;
+        }
+        input->line += lines;
+        input->charPositionInLine = static_cast<ANTLR3_INT32>(semi - lineStart);
+        input->currentLine = const_cast<char16_t *>(lineStart);
+    } else {
+        input->charPositionInLine += static_cast<ANTLR3_INT32>(semi - from);
+    }
+    input->nextChar = const_cast<char16_t *>(semi);
     return true;
 }
 

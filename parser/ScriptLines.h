@@ -33,12 +33,23 @@
 
 namespace sqlantlr {
 
+// Words (upper case) that start a statement when they open a line.
+bool isStatementWord(const std::string &word);
+
 class ScriptLines {
 public:
     ScriptLines(pANTLR3_TOKEN_SOURCE source, pANTLR3_TOKEN_FACTORY factory) : source_(source), factory_(factory) {}
 
     // The next raw token for the parser's stream, or the end-of-input token.
     pANTLR3_COMMON_TOKEN next();
+
+    // Called with the first word of a statement (INSERT, REPLACE) when it is
+    // the last token handed out and the parser is about to parse the
+    // statement: skips the statement's text up to its ";" with the
+    // data-statement scan (see DataStatements.h), so that the next token is
+    // that ";". The tokens read ahead and dropped go to dropped. False, with
+    // nothing changed, when the statement is to be read token by token.
+    bool skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANTLR3_COMMON_TOKEN> &dropped);
 
 private:
     // How a statement not ended by ";" may be cut at a line that starts with

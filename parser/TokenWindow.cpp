@@ -172,6 +172,18 @@ void TokenWindow::releaseConsumed()
     base_ += cut;
 }
 
+void TokenWindow::skipDataStatement()
+{
+    if (eof_ != nullptr || readCount() != p_ + 1) {
+        return;
+    }
+    pANTLR3_COMMON_TOKEN first = raw(p_);
+    std::vector<pANTLR3_COMMON_TOKEN> dropped;
+    if (first != nullptr && lines_.skipDataStatement(first, dropped)) {
+        freeTokens_.insert(freeTokens_.end(), dropped.begin(), dropped.end());
+    }
+}
+
 pANTLR3_COMMON_TOKEN TokenWindow::lookAhead(pANTLR3_TOKEN_STREAM ts, ANTLR3_INT32 k)
 {
     TokenWindow *window = of(ts);

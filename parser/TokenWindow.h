@@ -32,6 +32,11 @@ public:
     // behind it for look-behind. Only between statements.
     void releaseConsumed();
 
+    // At the start of a statement whose first word is the current token and
+    // the last one read: lets the script-line filter skip a data statement's
+    // text (ScriptLines::skipDataStatement).
+    void skipDataStatement();
+
     // Raw access, hidden tokens included: absolute indexes from 0.
     pANTLR3_COMMON_TOKEN raw(ANTLR3_MARKER index)  // nullptr past the end of input
     {

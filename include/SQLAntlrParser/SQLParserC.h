@@ -81,6 +81,12 @@ public:
         progressHandler_ = std::move(handler);
     }
 
+    // Whether later parses skip the text of data statements (INSERT and
+    // REPLACE at the start of a statement) with a quick scan instead of lexing
+    // and parsing it token by token; on by default. The model and the records
+    // are the same either way; off serves to check that.
+    void setSkipsDataStatements(bool skip) { skipsDataStatements_ = skip; }
+
     // Every token of a script, hidden ones included, end of input excluded.
     std::vector<SQLToken> tokensForString(std::string_view sql);
 
@@ -156,4 +162,5 @@ private:
     std::vector<SQLParserException> exceptionsList_;
     sqlantlr::ParseSession *session_ = nullptr;  // the parse in progress, if any
     std::function<void(const SQLParseProgress &)> progressHandler_;
+    bool skipsDataStatements_ = true;
 };

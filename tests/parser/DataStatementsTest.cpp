@@ -1,0 +1,146 @@
+// Data statements (INSERT, REPLACE) skipped by a scan instead of the lexer:
+// where the scan ends or gives up, and that an import with the skip gives
+// the same model and records (texts and positions) as one that lexes and
+// parses every statement.
+#include "DataStatements.h"
+#include "ModelJson.h"
+#include "ParserTestSupport.h"
+
+#include <random>
+
+namespace {
+
+using sqlantlr::DataStatementCut;
+
+// The offset of the ";" the scan stops at, or -1 when it gives up; text is
+// the script after the statement's first two tokens.
+long scanEnd(const std::u16string &text, DataStatementCut cut = DataStatementCut::AtStatementWords)
+{
+    sqlantlr::QuoteScanCache cache;
+    const char16_t *end = sqlantlr::dataStatementEnd(text.data(), text.data() + text.size(), cut, &cache);
+    return end == nullptr ? -1 : static_cast<long>(end - text.data());
+}
+
+// The model JSON (records included) of a script, imported with or without
+// skipping data statements.
+std::string importJson(const std::string &sql, bool skip)
+{
+    SQLParser parser;
+    parser.driver().setSkipsDataStatements(skip);
+    std::unique_ptr<SQLContainer> container = parser.parseString(sql);
+    if (container == nullptr) {
+        return "<no model>";
+    }
+    return sqlantlr::modelJsonText(*container, parser.getExceptionList(), true);
+}
+
+void expectSameImport(const std::string &sql)
+{
+    EXPECT_EQ(importJson(sql, true), importJson(sql, false)) << sql;
+}
+
+} // namespace
+
+TEST(DataStatements, TheScanStopsAtTheTerminatorOutsideStringsAndComments)
+{
+    EXPECT_EQ(scanEnd(u" INTO t VALUES (1,'a;b'),(2,\"c;\"),(3,`d;`);"), 42);
+    EXPECT_EQ(scanEnd(u" INTO t VALUES ('It\\'s; \\\\', 'O''B;') ;"), 38);
+    EXPECT_EQ(scanEnd(u" INTO t /* ; */ VALUES (1) -- ;\n, (2) # ;\r\n,(3) // ;\r,(4);"), 57);
+    EXPECT_EQ(scanEnd(u" INTO [a;b] VALUES (x[1], N'é;', _binary'x', -1.5e3, 0x1F, @v := 1 <=> 2 || ?);"), 78);
+    // Rows on their own lines, and statement words inside parentheses.
+    EXPECT_EQ(scanEnd(u" INTO t VALUES\n(1,\nSET,\nDROP)\n,(2)\n;"), 35);
+    // A backslash outside strings takes a quote with it.
+    EXPECT_EQ(scanEnd(u" INTO t VALUES (\\';"), 18);
+    // REPLACE is never cut at statement words.
+    EXPECT_EQ(scanEnd(u" INTO t VALUES (1)\nCREATE x;", DataStatementCut::Never), 27);
+}
+
+TEST(DataStatements, TheScanGivesUpWhereTokensCouldMeanMore)
+{
+    int index = 0;
+    for (const char16_t *text : {
+             u" INTO t VALUES ('open);",              // an unclosed quote is a token of its own
+             u" INTO t VALUES (1) /* open;",          // an unclosed comment
+             u" INTO t VALUES (1) -- ;",              // a line comment without a line end
+             u" INTO t VALUES (1)",                   // no terminator
+             u" /*!40000 INTO t */ VALUES (1);",      // an executable comment holds SQL
+             u" INTO t VALUES (q'[x]');",             // Oracle q-quote
+             u" INTO t VALUES ($$x$$);",              // dollar quotes
+             u" INTO t VALUES (1 & 2, ~3, ^4);",      // characters without a token of their own
+             u" INTO t VALUES (é);",                  // names beyond ASCII
+             u" INTO t VALUES (1)\nGO\n;",            // a GO line
+             u" INTO t VALUES (1)\n/\n;",             // a "/" line
+             u" INTO t VALUES (1)GO\n;",              // a GO glued to the parenthesis
+             u" INTO t VALUES (1)\nDELIMITER $$\n;",  // a DELIMITER line
+             u" INTO t VALUES (1)\n  /* c */ CREATE TABLE u (x INT);",  // the filter cuts here
+             u" INTO t VALUES (1,[a);",               // a bracket that opens no name
+             u" INTO t VALUES (a--b);",               // dashes inside a word
+         }) {
+        EXPECT_EQ(scanEnd(text), -1) << "case " << index;
+        ++index;
+    }
+}
+
+TEST(DataStatements, ImportsAreTheSameWithAndWithoutTheSkip)
+{
+    const char *const scripts[] = {
+        "CREATE TABLE a (id INT);\nINSERT INTO a VALUES (1,'x;y'),(2,'It\\'s'),(3,'O''Brien'),(4,\"q\\\"\");\n"
+        "CREATE TABLE b (id INT);\n",
+        // Broken quotes and comments inside data, then more statements.
+        "INSERT INTO a VALUES ('open);\nCREATE TABLE c (id INT);\nINSERT INTO a VALUES (1) /* never closed",
+        "INSERT INTO a VALUES (1)\nCREATE TABLE d (id INT);\nINSERT INTO a VALUES ('C:\\data\\', 'x');\n"
+        "CREATE TABLE e (id INT, PRIMARY KEY (id));",
+        // Statements the filter cuts, GO and "/" lines, DELIMITER.
+        "INSERT INTO t VALUES (1)\nGO\nCREATE TABLE f (id INT)\nGO\nINSERT t VALUES (2)\n/\nCREATE TABLE g (x INT);",
+        "DELIMITER ;;\nINSERT INTO t VALUES (1);;\nDELIMITER ;\nINSERT INTO t VALUES (2);\nCREATE TABLE h (x INT);",
+        "/*!40000 INSERT INTO t VALUES (1) */;\nREPLACE INTO t VALUES ('a;b');\nCREATE TABLE i (x INT);",
+        // Errors after skipped statements keep their lines and positions.
+        "INSERT INTO t VALUES\n(1, 'two\nlines'),\r\n(2, 'crlf'),\r(3, 'cr');\nCREATE TABLE j (x DECIMAL(10 2));",
+        "INSERT INTO t VALUES (1);\nCREATE TABLE k (x INT DEFAULT , y INT);\nINSERT INTO t VALUES (2)",
+        "insert into [dbo].[t] ([a]) values (N'x');\nCREATE TABLE l (x INT) COMMENT 'c';\n",
+        "DO $$ BEGIN UPDATE x SET y = 1; INSERT INTO t VALUES (1); END $$;\nCREATE TABLE m (x INT);",
+        "INSERT INTO t VALUES (1)\nSET @x = 1;\nCREATE TABLE n (x INT) TYPE=;",
+        "INSERT INTO t VALUES (1), -- comment ; here\n (2);\nINSERT INTO t VALUES (';' # x\n);\nCREATE TABLE o (x INT);",
+        // Other statements the grammar skips: COPY data, GRANT, SET, LOCK.
+        "COPY t (a, b) FROM stdin;\n1\tO\\'Brien\t\\N\n2\tx;y\t\\N\n\\.\nCREATE TABLE p (x INT);\n",
+        "COPY t FROM stdin;\nalice\tit's\n\\.\nCREATE TABLE q (x INT);\nGRANT ALL ON q TO u;\n",
+        "LOCK TABLES `t` WRITE;\nSET @a = 'x;y', b = 2;\nUNLOCK TABLES;\nUPDATE t SET a = 1\nCREATE TABLE r (x INT);",
+        "GRANT SELECT\nON t\nTO u;\nDECLARE @v INT\nCREATE TABLE s (x INT)\nGO\nREVOKE x ON y FROM z",
+    };
+    for (const char *sql : scripts) {
+        expectSameImport(sql);
+    }
+}
+
+TEST(DataStatements, GeneratedScriptsImportTheSameWithAndWithoutTheSkip)
+{
+    // Pieces of INSERTs: values, quotes with escapes, comments, line ends and
+    // the odd broken or unusual bit, between tables that carry errors.
+    const char *const pieces[] = {
+        "1", "-2.5", "NULL", "'plain'", "'It\\'s'", "'O''Brien'", "\"say \\\"hi\\\"\"", "'back\\\\'", "'C:\\dir\\'",
+        "'semi; colon'", "`name`", "[br;ack]", "'two\nlines'", "/* c; */", "-- c;\n", "# c\n", "\n", "\r\n", "\r",
+        "(", ")", ",", "'", "\"", "\\", "$", "&", "é", "q'", "GO", "\nGO\n", "\n/\n", "\nCREATE TABLE z (a INT);",
+        "\nSET", "END", "/*!", "*/", "DELIMITER", ";",
+    };
+    std::mt19937 random(20240611);
+    for (int n = 0; n < 300; ++n) {
+        std::string sql = "CREATE TABLE t" + std::to_string(n) + " (id INT, x DECIMAL(10 2));\n";
+        const int statements = 1 + static_cast<int>(random() % 3);
+        for (int s = 0; s < statements; ++s) {
+            const char *const starts[] = {"INSERT INTO t VALUES (", "INSERT INTO t VALUES (", "REPLACE INTO t VALUES (",
+                                          "GRANT SELECT ON t TO u (", "SET x = (", "COPY t FROM stdin;\n1\t("};
+            sql += starts[random() % std::size(starts)];
+            const int count = static_cast<int>(random() % 12);
+            for (int i = 0; i < count; ++i) {
+                // Mostly ordinary values, now and then anything.
+                const size_t ordinary = 12;
+                const size_t pick = random() % 3 != 0 ? random() % ordinary : random() % std::size(pieces);
+                sql += pieces[pick];
+                sql += random() % 2 == 0 ? "," : " ";
+            }
+            sql += random() % 8 == 0 ? ")\n" : ");\n";
+        }
+        sql += "CREATE TABLE u" + std::to_string(n) + " (id INT DEFAULT , y INT);\n";
+        expectSameImport(sql);
+    }
+}
