@@ -98,16 +98,19 @@ bool staysOnItsLine(const char16_t *body, const char16_t *close, const char16_t 
 
 size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote, QuoteScanCache *cache)
 {
-    const char16_t *plain = closingQuote(body, end, quote, false);
+    // The plain reading, and whether its body holds a backslash or a line
+    // end: only then may the escaping reading differ from it.
+    const char16_t *plain = nullptr;
+    bool special = false;
+    for (const char16_t *p = body; p < end; ++p) {
+        if (*p == quote) {
+            plain = p + 1;
+            break;
+        }
+        special = special || *p == u'\\' || isLineEnd(*p);
+    }
     const char16_t *escaped = plain;
-    if (plain == nullptr || crossesLineEnd(body, plain) || [&] {
-            for (const char16_t *p = body; p < plain; ++p) {
-                if (*p == u'\\') {
-                    return true;
-                }
-            }
-            return false;
-        }()) {
+    if (plain == nullptr || special) {
         escaped = closingQuote(body, end, quote, true);
     }
     const char16_t *chosen = escaped;

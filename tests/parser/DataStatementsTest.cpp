@@ -144,3 +144,29 @@ TEST(DataStatements, GeneratedScriptsImportTheSameWithAndWithoutTheSkip)
         expectSameImport(sql);
     }
 }
+
+TEST(DataStatements, TheLineScanCacheGivesTheAnswersOfFreshScans)
+{
+    // Random lines of quotes, backslashes, dashes and line ends; every quote
+    // asked about in text order, as the lexer and the scan ask.
+    const char16_t alphabet[] = u"ab'\"`\\\n\r-; ";
+    std::mt19937 random(3);
+    for (int n = 0; n < 200000; ++n) {
+        std::u16string text;
+        const int length = static_cast<int>(random() % 30);
+        for (int i = 0; i < length; ++i) {
+            text += alphabet[random() % 12];
+        }
+        sqlantlr::QuoteScanCache cache;
+        const char16_t *end = text.data() + text.size();
+        for (size_t i = 0; i < text.size(); ++i) {
+            const char16_t quote = text[i];
+            if (quote == u'\'' || quote == u'"' || quote == u'`') {
+                const char16_t *body = text.data() + i + 1;
+                ASSERT_EQ(sqlantlr::quotedBodyLength(body, end, quote, &cache),
+                          sqlantlr::quotedBodyLength(body, end, quote))
+                    << std::string(text.begin(), text.end()) << " at " << i;
+            }
+        }
+    }
+}
