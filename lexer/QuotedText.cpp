@@ -10,6 +10,22 @@ namespace {
 
 bool isLineEnd(char16_t c) { return c == u'\n' || c == u'\r'; }
 
+// Units that change what a scan of the rest of a line knows: line ends,
+// quotes, backslashes and dashes. Dump lines are mostly other units, which
+// the scan passes with one look-up.
+struct LineScanUnits {
+    bool matters[128] = {};
+    LineScanUnits()
+    {
+        for (const char c : {'\n', '\r', '\'', '"', '`', '\\', '-'}) {
+            matters[static_cast<unsigned char>(c)] = true;
+        }
+    }
+};
+const LineScanUnits lineScanUnits;
+
+bool mattersToLineScan(char16_t c) { return c < 128 && lineScanUnits.matters[c]; }
+
 // The position just after the closing quote, or nullptr when the piece is not
 // closed before end. A doubled quote closes the piece: the next piece of the
 // same token starts there.
@@ -43,8 +59,14 @@ bool lineEndsInString(const char16_t *p, const char16_t *end, bool escapes,
                       std::vector<const char16_t *> *closes = nullptr)
 {
     char16_t open = 0;
-    for (; p < end && !isLineEnd(*p); ++p) {
+    for (; p < end; ++p) {
         const char16_t c = *p;
+        if (!mattersToLineScan(c)) {
+            continue;
+        }
+        if (isLineEnd(c)) {
+            break;
+        }
         if (open != 0) {
             if (escapes && c == u'\\' && p + 1 < end && !isLineEnd(p[1])) {
                 ++p;

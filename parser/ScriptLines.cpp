@@ -664,9 +664,16 @@ bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANT
     raw_.clear();
     // Move the stream as consuming each unit would (see kp_utf16Consume).
     ANTLR3_UINT32 lines = 0;
+    bool returns = false;
     for (const char16_t *p = from; p < semi; ++p) {
-        // A line feed, or a carriage return no line feed follows (semi is within the text).
-        lines += static_cast<ANTLR3_UINT32>((*p == u'\n') | ((*p == u'\r') & (p[1] != u'\n')));
+        lines += static_cast<ANTLR3_UINT32>(*p == u'\n');
+        returns |= *p == u'\r';
+    }
+    if (returns) {
+        // A carriage return that no line feed follows ends a line too (semi is within the text).
+        for (const char16_t *p = from; p < semi; ++p) {
+            lines += static_cast<ANTLR3_UINT32>(*p == u'\r' && p[1] != u'\n');
+        }
     }
     if (lines != 0) {
         const char16_t *lineStart = semi;
