@@ -175,6 +175,8 @@ void ScriptLines::emitTerminator(pANTLR3_COMMON_TOKEN before)
 void ScriptLines::endStatement()
 {
     empty_ = true;
+    copy_ = false;
+    fromStdin_ = false;
     kind_ = Kind::None;
     parens_ = 0;
     tokens_ = 0;
@@ -427,6 +429,10 @@ void ScriptLines::track(pANTLR3_COMMON_TOKEN token, size_t at)
     previousPosition_ = token->charPosition;
     if (empty_) {
         startStatement(at);
+        copy_ = word(token) == "COPY";
+        fromStdin_ = false;
+    } else if (copy_ && word(token) == "STDIN") {
+        fromStdin_ = true;
     }
     ++tokens_;
     if (token->type == OPENPAREN) {
@@ -434,6 +440,9 @@ void ScriptLines::track(pANTLR3_COMMON_TOKEN token, size_t at)
     } else if (token->type == CLOSEPAREN) {
         parens_ = std::max(0, parens_ - 1);
     } else if (token->type == SEMI && kind_ != Kind::Routine) {
+        if (copy_ && fromStdin_) {
+            skipCopyData(token);
+        }
         endStatement();
     }
 }
@@ -621,11 +630,12 @@ bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANT
     }
     // The grammar consumes INSERT statements, and every statement whose first
     // token opens no other rule, up to their ";" without looking at the tokens.
+    // COPY is read, to see whether data lines follow it.
     const std::string w = word(first);
     const ANTLR3_UINT32 type = first->type;
     if (type == SEMI || type == ML_COMMENT || type == SL_COMMENT || type == T_ALTER || type == T_DECLARE ||
         type == FORWARD_SLASH || type == T_BEGIN || type == T_END || type == T_DELIMITER ||
-        isOneOf(w, {"CREATE", "DROP", "SOURCE", "DO"})) {
+        isOneOf(w, {"CREATE", "DROP", "SOURCE", "DO", "COPY"})) {
         return false;
     }
     if (w == "INSERT" ? kind_ != Kind::Insert
@@ -662,32 +672,77 @@ bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANT
     }
     dropped.assign(raw_.begin(), raw_.end());
     raw_.clear();
-    // Move the stream as consuming each unit would (see kp_utf16Consume).
+    advanceInput(semi);
+    return true;
+}
+
+// Moves the lexer's stream to to, as consuming each unit would (see kp_utf16Consume).
+void ScriptLines::advanceInput(const char16_t *to)
+{
+    pANTLR3_INPUT_STREAM input = static_cast<pANTLR3_LEXER>(source_->super)->input;
+    const auto *from = static_cast<const char16_t *>(input->nextChar);
     ANTLR3_UINT32 lines = 0;
     bool returns = false;
-    for (const char16_t *p = from; p < semi; ++p) {
+    for (const char16_t *p = from; p < to; ++p) {
         lines += static_cast<ANTLR3_UINT32>(*p == u'\n');
         returns |= *p == u'\r';
     }
     if (returns) {
-        // A carriage return that no line feed follows ends a line too (semi is within the text).
-        for (const char16_t *p = from; p < semi; ++p) {
+        // A carriage return that no line feed follows ends a line too (to is within the text).
+        for (const char16_t *p = from; p < to; ++p) {
             lines += static_cast<ANTLR3_UINT32>(*p == u'\r' && p[1] != u'\n');
         }
     }
     if (lines != 0) {
-        const char16_t *lineStart = semi;
+        const char16_t *lineStart = to;
         while (*(lineStart - 1) != u'\n' && *(lineStart - 1) != u'\r') {
             --lineStart;
         }
         input->line += lines;
-        input->charPositionInLine = static_cast<ANTLR3_INT32>(semi - lineStart);
+        input->charPositionInLine = static_cast<ANTLR3_INT32>(to - lineStart);
         input->currentLine = const_cast<char16_t *>(lineStart);
     } else {
-        input->charPositionInLine += static_cast<ANTLR3_INT32>(semi - from);
+        input->charPositionInLine += static_cast<ANTLR3_INT32>(to - from);
     }
-    input->nextChar = const_cast<char16_t *>(semi);
-    return true;
+    input->nextChar = const_cast<char16_t *>(to);
+}
+
+// After the ";" of COPY ... FROM STDIN: the data lines up to the "\." line
+// are no SQL. The stream moves to just after the "\.", so that its line end
+// is read as usual. Without a "\." line (or with more on the line of the
+// ";"), the lines are read as before.
+void ScriptLines::skipCopyData(pANTLR3_COMMON_TOKEN semi)
+{
+    pANTLR3_INPUT_STREAM input = static_cast<pANTLR3_LEXER>(source_->super)->input;
+    const auto *data = static_cast<const char16_t *>(input->data);
+    const char16_t *end = data + input->sizeBuf / 2;
+    const auto *p = static_cast<const char16_t *>(input->nextChar);
+    if (raw_.size() != 1 || raw_.front() != semi || eof_ != nullptr || !delimiter_.empty() ||
+        reinterpret_cast<const char *>(p) != reinterpret_cast<const char *>(semi->stop) + 1) {
+        return;
+    }
+    while (p < end && (*p == u' ' || *p == u'\t')) {
+        ++p;
+    }
+    const auto lineEndAt = [end](const char16_t *q) { return q < end && (*q == u'\n' || *q == u'\r'); };
+    const auto afterLine = [end](const char16_t *q) { return *q == u'\r' && q + 1 < end && q[1] == u'\n' ? q + 2 : q + 1; };
+    if (!lineEndAt(p)) {
+        return;
+    }
+    for (const char16_t *line = afterLine(p); line < end;) {
+        if (end - line >= 2 && line[0] == u'\\' && line[1] == u'.' && (line + 2 == end || lineEndAt(line + 2))) {
+            advanceInput(line + 2);
+            return;
+        }
+        const char16_t *q = line;
+        while (q < end && !lineEndAt(q)) {
+            ++q;
+        }
+        if (q == end) {
+            return;
+        }
+        line = afterLine(q);
+    }
 }
 
 } // namespace sqlantlr

@@ -19,7 +19,8 @@
 //   cut; a routine or block runs to the next GO, "/" or DELIMITER line;
 // - "IF <condition>" before a statement at the start of a statement is hidden,
 //   and so are the BEGIN and END around a guarded block, so the statements
-//   inside are read as statements of the script.
+//   inside are read as statements of the script;
+// - the data lines after COPY ... FROM STDIN; up to the "\." line are not read.
 //
 // Scripts whose statements all end with ";" and that use none of these lines
 // reach the parser unchanged.
@@ -77,6 +78,8 @@ private:
     bool breaksStatement(pANTLR3_COMMON_TOKEN token);
     void startStatement(size_t at);
     void track(pANTLR3_COMMON_TOKEN token, size_t at);
+    void advanceInput(const char16_t *to);
+    void skipCopyData(pANTLR3_COMMON_TOKEN semi);
 
     pANTLR3_TOKEN_SOURCE source_;
     pANTLR3_TOKEN_FACTORY factory_;
@@ -97,6 +100,8 @@ private:
     std::vector<int> guards_;               // block depth of each open guarded BEGIN
     int blocks_ = 0;                        // BEGIN/CASE depth inside guarded blocks
     std::string delimiter_;                 // the terminator set by the last DELIMITER line
+    bool copy_ = false;                     // the statement is a COPY ...
+    bool fromStdin_ = false;                // ... FROM STDIN: data lines follow its ";"
 };
 
 } // namespace sqlantlr

@@ -170,3 +170,20 @@ TEST(DataStatements, TheLineScanCacheGivesTheAnswersOfFreshScans)
         }
     }
 }
+
+TEST(DataStatements, CopyDataUpToItsEndLineIsNoSql)
+{
+    // Quotes, semicolons and statement words in the data lines neither end
+    // the data nor start statements; what follows the "\." line is read with
+    // its own lines and positions.
+    for (const std::string newline : {"\n", "\r\n", "\r"}) {
+        const std::string sql = "CREATE TABLE a (id INT);" + newline + "COPY a (id, s) FROM stdin;  " + newline +
+                                "1\tO'Brien\t\\N" + newline + "2\tx;y; CREATE TABLE z (q INT);" + newline + "\\." +
+                                newline + "CREATE TABLE b (x DECIMAL(10 2));" + newline;
+        const ParseResult result = parse(sql);
+        EXPECT_EQ(tableNames(result), (std::vector<std::string>{"a", "b"})) << sql;
+        ASSERT_FALSE(result.records.empty());
+        EXPECT_EQ(result.records[0].rfind("[6:29] ", 0), 0u) << result.records[0];
+        expectSameImport(sql);
+    }
+}
