@@ -88,6 +88,14 @@ TEST(StorageClauses, StorageOnlyAlterTableActionsLeaveNoRecordAndTheTableAsItWas
         "ALTER TABLE t ALLOCATE EXTENT (SIZE 1M);",
         "ALTER TABLE t DEALLOCATE UNUSED KEEP 10M;",
         "ALTER TABLE t PARTITION BY HASH (id) PARTITIONS 4;",
+        "ALTER TABLE t DROP PARTITION p1;",
+        "ALTER TABLE t TRUNCATE PARTITION p1;",
+        "ALTER TABLE t REMOVE PARTITIONING;",
+        "ALTER TABLE t MODIFY LOB (name) (CACHE);",
+        "ALTER TABLE t SET UNLOGGED;",
+        "ALTER TABLE t SET (fillfactor = 70);",
+        "ALTER TABLE t RESET (fillfactor);",
+        "ALTER TABLE t INHERIT parent;",
     };
     for (const char *alter : alters) {
         const ParseResult r = parse(plain + alter);
