@@ -42,6 +42,12 @@ bool kp_bracketedNameAhead(pANTLR3_LEXER lexer);
 // QUOTED_STRING, or QUOTE when a piece of the token was never closed.
 ANTLR3_UINT32 kp_quotedStringType(pANTLR3_LEXER lexer);
 
+// The type of the word the STRING rule just matched: its keyword token when
+// lexer/keywords.txt lists it (in any case), else STRING. A keyword listed
+// with a trailing blank takes the blank that follows it into the token, and
+// is a STRING without one.
+ANTLR3_UINT32 kp_keywordType(pANTLR3_LEXER lexer);
+
 // True when the lexer of this parse leaves blanks out of the token stream.
 bool kp_dropsBlanks(pANTLR3_RECOGNIZER_SHARED_STATE state);
 

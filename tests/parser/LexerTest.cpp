@@ -8,6 +8,9 @@
 
 #include <SQLAntlrParser/SQLParserC.h>
 
+#include <algorithm>
+#include <cctype>
+
 namespace {
 
 std::string VellumGrammarCTokenName(int type)
@@ -74,6 +77,36 @@ TEST(Lexer, KeywordsWithATrailingBlankNeedTheBlank)
     EXPECT_EQ(visible("UNION\nMAX_ROWS=100 MAX_ROWS 1"),
               (std::vector<Tok>{{386, "'UNION'", "UNION"}, {376, "'MAX_ROWS'", "MAX_ROWS"}, {22, "EQUALS", "="},
                                 {38, "INT", "100"}, {440, "'MAX_ROWS '", "MAX_ROWS "}, {38, "INT", "1"}}));
+}
+
+// The lexer reads words with one rule and looks the keywords up; the
+// vocabulary's literal names are the reference: every word literal is its
+// keyword in any case, and only as a whole word.
+TEST(Lexer, EveryWordLiteralIsAKeywordInAnyCaseAndOnlyAsAWholeWord)
+{
+    std::string script;
+    std::vector<Tok> expected;
+    for (ANTLR3_UINT32 type = 53; type < kp_parserTokenCount; ++type) {
+        const std::string name = VellumGrammarCTokenName(static_cast<int>(type));
+        const bool blank = name.size() > 3 && name[name.size() - 2] == ' ';
+        const std::string word = name.substr(1, name.size() - (blank ? 3 : 2));
+        if (word.empty() || !std::isupper(static_cast<unsigned char>(word[0])) ||
+            word.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_") != std::string::npos) {
+            continue;
+        }
+        std::string lower = word;
+        std::transform(lower.begin(), lower.end(), lower.begin(),
+                       [](char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); });
+        const std::string spelling = blank ? word + " " : lower;
+        // A tab, not a blank: UNION and MAX_ROWS are keywords with a trailing
+        // blank as well.
+        script += spelling + (blank ? "" : "\t") + word + "_x9 , ";
+        expected.push_back({static_cast<int>(type), name, spelling});
+        expected.push_back({35, "STRING", word + "_x9"});
+        expected.push_back({23, "COMMA", ","});
+    }
+    ASSERT_GT(expected.size(), 3u * 300);
+    EXPECT_EQ(visible(script), expected);
 }
 
 TEST(Lexer, WordsNumbersAndSizeSuffixes)
