@@ -1,6 +1,7 @@
-// The keyword types of words the lexer's STRING rule matched. The words come
-// from lexer/keywords.txt (generated into KeywordTable.inc); a keyword
-// matches in any case, as the upper-cased look-ahead of the lexer sees it.
+// Names and keywords for the lexer's STRING rule: the rest of a name read in
+// one pass, and the keyword type of the word. The keywords come from
+// lexer/keywords.txt (generated into KeywordTable.inc); a keyword matches in
+// any case, as the upper-cased look-ahead of the lexer sees it.
 #include "KpAntlrStringOperations.h"
 #include "RecognizerSupport.h"
 #include "VellumGrammarCLexer.h"
@@ -85,6 +86,44 @@ const KpAntlrStringOperations &foldTable = KpAntlrStringOperations::sharedManage
 const KeywordTable keywordTable;
 
 } // namespace
+
+namespace {
+
+// NAME_LETTER of the lexer grammar: letters of other scripts.
+bool isNameLetter(char16_t c)
+{
+    return c == 0x00AA || c == 0x00B5 || c == 0x00BA || (c >= 0x00C0 && c <= 0x00D6) || (c >= 0x00D8 && c <= 0x00F6) ||
+           (c >= 0x00F8 && c <= 0x1FFF) || (c >= 0x2C00 && c <= 0x2DFF) || (c >= 0x3040 && c <= 0xDFFF) ||
+           (c >= 0xF900 && c <= 0xFDFF) || (c >= 0xFE70 && c <= 0xFEFE) || (c >= 0xFF10 && c <= 0xFF19) ||
+           (c >= 0xFF21 && c <= 0xFF3A) || (c >= 0xFF41 && c <= 0xFF5A) || (c >= 0xFF66 && c <= 0xFFDC);
+}
+
+// What may follow the first letter of a name, tested on the upper-cased
+// unit the lexer's look-ahead sees.
+bool isNameRest(char16_t c)
+{
+    if (c < 0x80) {
+        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' || c == '-' ||
+               c == '$' || c == '#';
+    }
+    return isNameLetter(c);
+}
+
+} // namespace
+
+void kp_matchNameRest(pANTLR3_LEXER lexer)
+{
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    const auto *end = static_cast<const uint16_t *>(input->data) + input->sizeBuf / 2;
+    const auto *start = static_cast<const uint16_t *>(input->nextChar);
+    const uint16_t *next = start;
+    while (next < end && isNameRest(foldTable.uppercaseCharacter(*next))) {
+        ++next;
+    }
+    // No line ends among these characters: only the column moves.
+    input->charPositionInLine += static_cast<ANTLR3_INT32>(next - start);
+    input->nextChar = const_cast<uint16_t *>(next);
+}
 
 ANTLR3_UINT32 kp_keywordType(pANTLR3_LEXER lexer)
 {

@@ -134,8 +134,12 @@ INT          : ( '0'..'9' )+ ;
 SYMBOL       : '$' | ',' | '-' | '<' | '>' | '?' | '_' | '|' ;
 // Unquoted names: ASCII letters plus the letters of other scripts; after the
 // first letter also digits, '_', '-', and Oracle's '$' and '#' (app$log, emp#hist).
-// A word of lexer/keywords.txt becomes its keyword token.
-STRING       : ( 'A'..'Z' | 'a'..'z' | NAME_LETTER ) ( '-' | INT | 'A'..'Z' | 'a'..'z' | '_' | '$' | '#' | NAME_LETTER )*
+// A word of lexer/keywords.txt becomes its keyword token. kp_matchNameRest
+// consumes the rest of the name in one pass (the generated loop predicts every
+// character through a table); the loop stays for the token prediction, which
+// must know how far a name runs, and then finds nothing left to match.
+STRING       : ( 'A'..'Z' | 'a'..'z' | NAME_LETTER ) { kp_matchNameRest(LEXER); }
+               ( '-' | INT | 'A'..'Z' | 'a'..'z' | '_' | '$' | '#' | NAME_LETTER )*
                { $type = kp_keywordType(LEXER); } ;
 // Letters (and other name characters) beyond ASCII: everything from U+00C0 on
 // except the multiplication and division signs, the general punctuation and

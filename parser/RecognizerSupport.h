@@ -42,6 +42,9 @@ bool kp_bracketedNameAhead(pANTLR3_LEXER lexer);
 // QUOTED_STRING, or QUOTE when a piece of the token was never closed.
 ANTLR3_UINT32 kp_quotedStringType(pANTLR3_LEXER lexer);
 
+// Consumes the characters that may follow the first letter of a name (see
+// STRING in the lexer grammar): letters, digits, '_', '-', '$' and '#'.
+void kp_matchNameRest(pANTLR3_LEXER lexer);
 // The type of the word the STRING rule just matched: its keyword token when
 // lexer/keywords.txt lists it (in any case), else STRING. A keyword listed
 // with a trailing blank takes the blank that follows it into the token, and
