@@ -97,8 +97,16 @@ std::string kp_tokenText(pANTLR3_COMMON_TOKEN token)
         return token->tokText.chars == nullptr ? std::string()
                                                 : std::string(reinterpret_cast<const char *>(token->tokText.chars));
     }
-    if (token->input == nullptr || token->input->data == nullptr) {
-        return {};
+    const char16_t *units = nullptr;
+    size_t count = 0;
+    return kp_tokenUnits(token, &units, &count) ? kp_utf16Slice(units, count) : std::string();
+}
+
+bool kp_tokenUnits(pANTLR3_COMMON_TOKEN token, const char16_t **units, size_t *count)
+{
+    if (token == nullptr || token->type == ANTLR3_TOKEN_EOF || token->textState != ANTLR3_TEXT_NONE ||
+        token->input == nullptr || token->input->data == nullptr) {
+        return false;
     }
     // Token bounds are addresses in the UTF-16 buffer: start is the first
     // byte of the first unit, stop the last byte of the last unit.
@@ -107,9 +115,50 @@ std::string kp_tokenText(pANTLR3_COMMON_TOKEN token)
     const auto end = reinterpret_cast<const char *>(token->stop) + 1;
     const char *limit = data + token->input->sizeBuf;
     if (start < data || end > limit || end <= start) {
-        return {};
+        return false;
     }
-    return kp_utf16Slice(reinterpret_cast<const char16_t *>(start), static_cast<size_t>(end - start) / 2);
+    *units = reinterpret_cast<const char16_t *>(start);
+    *count = static_cast<size_t>(end - start) / 2;
+    return true;
+}
+
+namespace {
+
+// True when the units are the ASCII upper-case word in any case. Only ASCII
+// letters fold: a unit beyond ASCII never matches.
+bool unitsAreWord(const char16_t *units, size_t count, const char *upperWord)
+{
+    size_t i = 0;
+    for (; i < count && upperWord[i] != '\0'; ++i) {
+        const char16_t unit = units[i];
+        const char16_t upper = unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit;
+        if (upper != static_cast<unsigned char>(upperWord[i])) {
+            return false;
+        }
+    }
+    return i == count && upperWord[i] == '\0';
+}
+
+// True when the token's text is one of the words; the input is read in place.
+bool tokenIsOneOf(pANTLR3_COMMON_TOKEN token, const char *const *begin, const char *const *end)
+{
+    if (token == nullptr || token->type == ANTLR3_TOKEN_EOF) {
+        return false;
+    }
+    const char16_t *units = nullptr;
+    size_t count = 0;
+    if (kp_tokenUnits(token, &units, &count)) {
+        return std::any_of(begin, end, [&](const char *word) { return unitsAreWord(units, count, word); });
+    }
+    const std::string text = kp_tokenText(token);
+    return std::any_of(begin, end, [&](const char *word) { return kp_textIsWord(text, word); });
+}
+
+} // namespace
+
+bool kp_tokenIsWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
+{
+    return tokenIsOneOf(token, &upperWord, &upperWord + 1);
 }
 
 bool kp_isRecoveryNode(pANTLR3_BASE_TREE node)
@@ -149,7 +198,7 @@ bool kp_textIsWord(const std::string &text, const char *upperWord)
 
 bool kp_isWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
 {
-    return token != nullptr && token->type == STRING && kp_textIsWord(kp_tokenText(token), upperWord);
+    return token != nullptr && token->type == STRING && kp_tokenIsWord(token, upperWord);
 }
 
 namespace {
@@ -157,17 +206,13 @@ namespace {
 bool tokenIsWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
 {
     return token != nullptr && token->type != STRING && token->type != QUOTED_STRING
-        && kp_textIsWord(kp_tokenText(token), upperWord);
+        && kp_tokenIsWord(token, upperWord);
 }
 
 bool tokenIsAnyWord(pANTLR3_COMMON_TOKEN token, std::initializer_list<const char *> upperWords)
 {
-    for (const char *word : upperWords) {
-        if (tokenIsWord(token, word)) {
-            return true;
-        }
-    }
-    return false;
+    return token != nullptr && token->type != STRING && token->type != QUOTED_STRING &&
+           tokenIsOneOf(token, upperWords.begin(), upperWords.end());
 }
 
 // After KEY, INDEX and the like: true when the tokens from LT(first) on read
@@ -279,9 +324,8 @@ bool kp_isConstructEnd(pANTLR3_COMMON_TOKEN end, pANTLR3_COMMON_TOKEN next)
     if (end == nullptr || end->type != T_END || next == nullptr) {
         return false;
     }
-    const std::string text = kp_tokenText(next);
     for (const char *word : {"IF", "LOOP", "REPEAT", "WHILE"}) {
-        if (kp_textIsWord(text, word)) {
+        if (kp_tokenIsWord(next, word)) {
             return true;
         }
     }
@@ -614,7 +658,7 @@ namespace {
 // A word of any token type, keywords included, in any case.
 bool hasWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
 {
-    return token != nullptr && token->type != ANTLR3_TOKEN_EOF && kp_textIsWord(kp_tokenText(token), upperWord);
+    return kp_tokenIsWord(token, upperWord);
 }
 
 bool isDollarSign(pANTLR3_COMMON_TOKEN token)
@@ -800,7 +844,7 @@ const char *const storageWords[] = {
 
 bool isAnyWord(pANTLR3_COMMON_TOKEN token, const char *const *begin, const char *const *end)
 {
-    return std::any_of(begin, end, [&](const char *w) { return hasWord(token, w); });
+    return tokenIsOneOf(token, begin, end);
 }
 
 // The start of a table option the model keeps (engine, character set,

@@ -293,3 +293,47 @@ TEST(LexerQuotes, BackslashesEscapeOnlyWhereTheLineStaysBalanced)
 }
 
 } // namespace
+
+namespace {
+
+// A token over the units [from, from + count) of text, as the lexer makes them.
+ANTLR3_COMMON_TOKEN sliceToken(ANTLR3_INPUT_STREAM &input, const std::u16string &text, size_t from, size_t count)
+{
+    ANTLR3_COMMON_TOKEN token{};
+    token.type = 35;  // STRING
+    token.textState = ANTLR3_TEXT_NONE;
+    token.input = &input;
+    token.start = reinterpret_cast<ANTLR3_MARKER>(text.data() + from);
+    token.stop = reinterpret_cast<ANTLR3_MARKER>(text.data() + from + count) - 1;
+    return token;
+}
+
+} // namespace
+
+// Grammar predicates and the script-line filter compare words in the input's
+// UTF-16 units: ASCII letters in any case, nothing beyond ASCII (the lexer
+// folds a dotless i to I, but "ıf" is not the word IF), the whole token only.
+TEST(TokenWords, CompareTheInputInPlaceInAsciiOnly)
+{
+    const std::u16string text = u"iF \u0131f ifx i";
+    ANTLR3_INPUT_STREAM input{};
+    input.data = const_cast<char16_t *>(text.data());
+    input.sizeBuf = static_cast<ANTLR3_UINT32>(text.size() * 2);
+    ANTLR3_COMMON_TOKEN mixedCase = sliceToken(input, text, 0, 2);
+    ANTLR3_COMMON_TOKEN dotless = sliceToken(input, text, 3, 2);
+    ANTLR3_COMMON_TOKEN longer = sliceToken(input, text, 6, 3);
+    ANTLR3_COMMON_TOKEN shorter = sliceToken(input, text, 10, 1);
+    EXPECT_TRUE(kp_tokenIsWord(&mixedCase, "IF"));
+    EXPECT_FALSE(kp_tokenIsWord(&dotless, "IF"));
+    EXPECT_FALSE(kp_tokenIsWord(&longer, "IF"));
+    EXPECT_FALSE(kp_tokenIsWord(&shorter, "IF"));
+    EXPECT_EQ(kp_tokenText(&dotless), "\xC4\xB1" "f");
+    // A token that carries its own text (a made-up terminator) is read from it.
+    ANTLR3_COMMON_TOKEN own = sliceToken(input, text, 6, 3);
+    own.textState = ANTLR3_TEXT_CHARP;
+    own.tokText.chars = reinterpret_cast<pANTLR3_UCHAR>(const_cast<char *>("If"));
+    EXPECT_TRUE(kp_tokenIsWord(&own, "IF"));
+    ANTLR3_COMMON_TOKEN end = mixedCase;
+    end.type = ANTLR3_TOKEN_EOF;
+    EXPECT_FALSE(kp_tokenIsWord(&end, "IF"));
+}
