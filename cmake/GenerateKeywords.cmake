@@ -2,11 +2,15 @@
 #   VOCAB_OUT   the token vocabulary: the hand-written named tokens
 #               (VOCAB_IN) followed by T__N=N and 'LITERAL'=N per keyword
 #   LEXER_OUT   the lexer grammar LEXER_IN with its "// @KEYWORD_RULES@"
-#               line replaced by one rule per keyword, in number order
+#               line replaced by one rule per literal that is no word, in
+#               number order
+#   TABLE_OUT   a C++ table of the word keywords (letters, digits and '_',
+#               starting with a letter, maybe with one trailing blank): the
+#               lexer reads them with its STRING rule and looks the word up
 #   NAMES_OUT   the keywordName rule shared by parser and tree walker
 #   WORDS_OUT   a C++ list of the words that may serve as names (for tests)
 # Usage: cmake -DKEYWORDS=keywords.txt -DVOCAB_IN=.. -DLEXER_IN=.. -DVOCAB_OUT=..
-#              -DLEXER_OUT=.. -DNAMES_OUT=.. -DWORDS_OUT=.. -P GenerateKeywords.cmake
+#              -DLEXER_OUT=.. -DNAMES_OUT=.. -DWORDS_OUT=.. -DTABLE_OUT=.. -P GenerateKeywords.cmake
 
 cmake_policy(VERSION 3.20)
 
@@ -38,6 +42,7 @@ set(vocab_literals "")
 set(lexer_rules "")
 set(name_alternatives "")
 set(words "")
+set(table_entries "")
 set(seen_literals "")
 set(line_number 0)
 foreach(line IN LISTS lines)
@@ -60,7 +65,18 @@ foreach(line IN LISTS lines)
     list(APPEND seen_literals "${literal}")
     string(APPEND vocab_names "T__${number}=${number}\n")
     string(APPEND vocab_literals "'${literal}'=${number}\n")
-    string(APPEND lexer_rules "T__${number} : '${literal}' ;\n")
+    # A word would only compete with STRING in the lexer's prediction (which
+    # grows with every literal); STRING matches it and looks it up instead.
+    if(literal MATCHES "^([A-Z][A-Z0-9_]*)( ?)$")
+      if(CMAKE_MATCH_2 STREQUAL " ")
+        set(blank "true")
+      else()
+        set(blank "false")
+      endif()
+      string(APPEND table_entries "    {\"${CMAKE_MATCH_1}\", ${number}, ${blank}},\n")
+    else()
+      string(APPEND lexer_rules "T__${number} : '${literal}' ;\n")
+    endif()
     if(is_name)
       string(APPEND name_alternatives "    | '${literal}'\n")
       string(STRIP "${literal}" word)
@@ -97,4 +113,5 @@ ${name_alternatives}    ;
 write_if_changed("${VOCAB_OUT}" "${named_vocab}${vocab_names}${vocab_literals}")
 write_if_changed("${LEXER_OUT}" "${lexer_text}")
 write_if_changed("${NAMES_OUT}" "${names_text}")
+write_if_changed("${TABLE_OUT}" "// Generated from lexer/keywords.txt: word, token type, trailing blank.\n${table_entries}")
 write_if_changed("${WORDS_OUT}" "// Generated from lexer/keywords.txt: the keywords that may serve as names.\n${words}")

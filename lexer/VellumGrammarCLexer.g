@@ -28,9 +28,11 @@ options {
     ctx->inExecutableComment = ANTLR3_FALSE;
 }
 
-// Literal keywords and operators, one rule each, in token-number order, are
-// generated from lexer/keywords.txt in place of the marker line below. They
-// stand before the named rules so that an exact keyword wins a tie with STRING.
+// Literal operators, one rule each, in token-number order, are generated from
+// lexer/keywords.txt in place of the marker line below. The word keywords of
+// that list have no rules: STRING matches them and kp_keywordType gives the
+// token its keyword type (a rule per word made the lexer's prediction large
+// and slow).
 
 // @KEYWORD_RULES@
 
@@ -132,7 +134,13 @@ INT          : ( '0'..'9' )+ ;
 SYMBOL       : '$' | ',' | '-' | '<' | '>' | '?' | '_' | '|' ;
 // Unquoted names: ASCII letters plus the letters of other scripts; after the
 // first letter also digits, '_', '-', and Oracle's '$' and '#' (app$log, emp#hist).
-STRING       : ( 'A'..'Z' | 'a'..'z' | NAME_LETTER ) ( '-' | INT | 'A'..'Z' | 'a'..'z' | '_' | '$' | '#' | NAME_LETTER )* ;
+// A word of lexer/keywords.txt becomes its keyword token. kp_matchNameRest
+// consumes the rest of the name in one pass (the generated loop predicts every
+// character through a table); the loop stays for the token prediction, which
+// must know how far a name runs, and then finds nothing left to match.
+STRING       : ( 'A'..'Z' | 'a'..'z' | NAME_LETTER ) { kp_matchNameRest(LEXER); }
+               ( '-' | INT | 'A'..'Z' | 'a'..'z' | '_' | '$' | '#' | NAME_LETTER )*
+               { $type = kp_keywordType(LEXER); } ;
 // Letters (and other name characters) beyond ASCII: everything from U+00C0 on
 // except the multiplication and division signs, the general punctuation and
 // symbol blocks, CJK punctuation, the byte order mark and the specials.

@@ -98,8 +98,16 @@ std::string kp_tokenText(pANTLR3_COMMON_TOKEN token)
         return token->tokText.chars == nullptr ? std::string()
                                                 : std::string(reinterpret_cast<const char *>(token->tokText.chars));
     }
-    if (token->input == nullptr || token->input->data == nullptr) {
-        return {};
+    const char16_t *units = nullptr;
+    size_t count = 0;
+    return kp_tokenUnits(token, &units, &count) ? kp_utf16Slice(units, count) : std::string();
+}
+
+bool kp_tokenUnits(pANTLR3_COMMON_TOKEN token, const char16_t **units, size_t *count)
+{
+    if (token == nullptr || token->type == ANTLR3_TOKEN_EOF || token->textState != ANTLR3_TEXT_NONE ||
+        token->input == nullptr || token->input->data == nullptr) {
+        return false;
     }
     // Token bounds are addresses in the UTF-16 buffer: start is the first
     // byte of the first unit, stop the last byte of the last unit.
@@ -108,9 +116,50 @@ std::string kp_tokenText(pANTLR3_COMMON_TOKEN token)
     const auto end = reinterpret_cast<const char *>(token->stop) + 1;
     const char *limit = data + token->input->sizeBuf;
     if (start < data || end > limit || end <= start) {
-        return {};
+        return false;
     }
-    return kp_utf16Slice(reinterpret_cast<const char16_t *>(start), static_cast<size_t>(end - start) / 2);
+    *units = reinterpret_cast<const char16_t *>(start);
+    *count = static_cast<size_t>(end - start) / 2;
+    return true;
+}
+
+namespace {
+
+// True when the units are the ASCII upper-case word in any case. Only ASCII
+// letters fold: a unit beyond ASCII never matches.
+bool unitsAreWord(const char16_t *units, size_t count, const char *upperWord)
+{
+    size_t i = 0;
+    for (; i < count && upperWord[i] != '\0'; ++i) {
+        const char16_t unit = units[i];
+        const char16_t upper = unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit;
+        if (upper != static_cast<unsigned char>(upperWord[i])) {
+            return false;
+        }
+    }
+    return i == count && upperWord[i] == '\0';
+}
+
+// True when the token's text is one of the words; the input is read in place.
+bool tokenIsOneOf(pANTLR3_COMMON_TOKEN token, const char *const *begin, const char *const *end)
+{
+    if (token == nullptr || token->type == ANTLR3_TOKEN_EOF) {
+        return false;
+    }
+    const char16_t *units = nullptr;
+    size_t count = 0;
+    if (kp_tokenUnits(token, &units, &count)) {
+        return std::any_of(begin, end, [&](const char *word) { return unitsAreWord(units, count, word); });
+    }
+    const std::string text = kp_tokenText(token);
+    return std::any_of(begin, end, [&](const char *word) { return kp_textIsWord(text, word); });
+}
+
+} // namespace
+
+bool kp_tokenIsWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
+{
+    return tokenIsOneOf(token, &upperWord, &upperWord + 1);
 }
 
 bool kp_isRecoveryNode(pANTLR3_BASE_TREE node)
@@ -150,7 +199,7 @@ bool kp_textIsWord(const std::string &text, const char *upperWord)
 
 bool kp_isWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
 {
-    return token != nullptr && token->type == STRING && kp_textIsWord(kp_tokenText(token), upperWord);
+    return token != nullptr && token->type == STRING && kp_tokenIsWord(token, upperWord);
 }
 
 bool kp_isAnyWord(pANTLR3_COMMON_TOKEN token, const char *upperWords)
@@ -158,12 +207,11 @@ bool kp_isAnyWord(pANTLR3_COMMON_TOKEN token, const char *upperWords)
     if (token == nullptr || token->type != STRING || upperWords == nullptr) {
         return false;
     }
-    const std::string text = kp_tokenText(token);
     std::string_view words(upperWords);
     while (!words.empty()) {
         const size_t blank = words.find(' ');
         const std::string word(words.substr(0, blank));
-        if (!word.empty() && kp_textIsWord(text, word.c_str())) {
+        if (!word.empty() && kp_tokenIsWord(token, word.c_str())) {
             return true;
         }
         words = blank == std::string_view::npos ? std::string_view() : words.substr(blank + 1);
@@ -176,17 +224,13 @@ namespace {
 bool tokenIsWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
 {
     return token != nullptr && token->type != STRING && token->type != QUOTED_STRING
-        && kp_textIsWord(kp_tokenText(token), upperWord);
+        && kp_tokenIsWord(token, upperWord);
 }
 
 bool tokenIsAnyWord(pANTLR3_COMMON_TOKEN token, std::initializer_list<const char *> upperWords)
 {
-    for (const char *word : upperWords) {
-        if (tokenIsWord(token, word)) {
-            return true;
-        }
-    }
-    return false;
+    return token != nullptr && token->type != STRING && token->type != QUOTED_STRING &&
+           tokenIsOneOf(token, upperWords.begin(), upperWords.end());
 }
 
 // After KEY, INDEX and the like: true when the tokens from LT(first) on read
@@ -298,9 +342,8 @@ bool kp_isConstructEnd(pANTLR3_COMMON_TOKEN end, pANTLR3_COMMON_TOKEN next)
     if (end == nullptr || end->type != T_END || next == nullptr) {
         return false;
     }
-    const std::string text = kp_tokenText(next);
     for (const char *word : {"IF", "LOOP", "REPEAT", "WHILE"}) {
-        if (kp_textIsWord(text, word)) {
+        if (kp_tokenIsWord(next, word)) {
             return true;
         }
     }
@@ -633,7 +676,7 @@ namespace {
 // A word of any token type, keywords included, in any case.
 bool hasWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
 {
-    return token != nullptr && token->type != ANTLR3_TOKEN_EOF && kp_textIsWord(kp_tokenText(token), upperWord);
+    return kp_tokenIsWord(token, upperWord);
 }
 
 bool isDollarSign(pANTLR3_COMMON_TOKEN token)

@@ -42,6 +42,15 @@ bool kp_bracketedNameAhead(pANTLR3_LEXER lexer);
 // QUOTED_STRING, or QUOTE when a piece of the token was never closed.
 ANTLR3_UINT32 kp_quotedStringType(pANTLR3_LEXER lexer);
 
+// Consumes the characters that may follow the first letter of a name (see
+// STRING in the lexer grammar): letters, digits, '_', '-', '$' and '#'.
+void kp_matchNameRest(pANTLR3_LEXER lexer);
+// The type of the word the STRING rule just matched: its keyword token when
+// lexer/keywords.txt lists it (in any case), else STRING. A keyword listed
+// with a trailing blank takes the blank that follows it into the token, and
+// is a STRING without one.
+ANTLR3_UINT32 kp_keywordType(pANTLR3_LEXER lexer);
+
 // True when the lexer of this parse leaves blanks out of the token stream.
 bool kp_dropsBlanks(pANTLR3_RECOGNIZER_SHARED_STATE state);
 
@@ -127,6 +136,12 @@ bool kp_nestingTooDeep(pANTLR3_BASE_RECOGNIZER recognizer);
 // The text of a token as UTF-8: its own text if it has one, else the slice of
 // the input it covers ("<EOF>" for the end of input).
 std::string kp_tokenText(pANTLR3_COMMON_TOKEN token);
+// The UTF-16 units of the input a token covers, when its text is that slice
+// (no text set on the token, not the end of input): true, with units and count.
+bool kp_tokenUnits(pANTLR3_COMMON_TOKEN token, const char16_t **units, size_t *count);
+// True when the text of a token of any type is the ASCII upper-case word in
+// any case; compares the input in place (no text is made).
+bool kp_tokenIsWord(pANTLR3_COMMON_TOKEN token, const char *upperWord);
 std::string kp_nodeText(pANTLR3_BASE_TREE node);
 // True for a node that recovery made (an error node, or a token made up for
 // a missing one): its text is no input, and no model value is made of it.

@@ -41,6 +41,26 @@ std::string word(pANTLR3_COMMON_TOKEN token)
         token->type == OPENPAREN || token->type == CLOSEPAREN) {
         return {};
     }
+    // Most tokens are read in place: the first unit decides, and an ASCII
+    // word is upper-cased without a detour through UTF-8.
+    const char16_t *units = nullptr;
+    size_t count = 0;
+    if (kp_tokenUnits(token, &units, &count)) {
+        if (count == 0 || units[0] >= 0x80 || !std::isalpha(static_cast<int>(units[0]))) {
+            return {};
+        }
+        std::string text(count, ' ');
+        for (size_t i = 0; i < count; ++i) {
+            if (units[i] >= 0x80) {
+                text.clear();
+                break;
+            }
+            text[i] = static_cast<char>(std::toupper(static_cast<int>(units[i])));
+        }
+        if (!text.empty()) {
+            return text;
+        }
+    }
     std::string text = kp_tokenText(token);
     if (text.empty() || !std::isalpha(static_cast<unsigned char>(text[0]))) {
         return {};

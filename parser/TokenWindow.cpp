@@ -184,35 +184,47 @@ void TokenWindow::skipDataStatement()
     }
 }
 
-pANTLR3_COMMON_TOKEN TokenWindow::lookAhead(pANTLR3_TOKEN_STREAM ts, ANTLR3_INT32 k)
+pANTLR3_COMMON_TOKEN TokenWindow::lookAhead(pANTLR3_TOKEN_STREAM, ANTLR3_INT32 k)
 {
-    TokenWindow *window = of(ts);
-    if (k == 1) {  // most look-ahead asks for the current token
-        pANTLR3_COMMON_TOKEN token = window->raw(window->p_);
-        return token != nullptr ? token : window->endToken();
+    // The generated parser asks for LA(1) several times per token, through a
+    // function pointer: the current token, once read, is answered here
+    // without a call or a stack frame.
+    TokenWindow *window = activeWindow;
+    const ANTLR3_MARKER offset = window->p_ - window->base_;
+    if (k == 1 && offset >= 0 && offset < static_cast<ANTLR3_MARKER>(window->tokens_.size())) {
+        return window->tokens_[static_cast<size_t>(offset)];
+    }
+    return window->lookAheadFar(k);
+}
+
+pANTLR3_COMMON_TOKEN TokenWindow::lookAheadFar(ANTLR3_INT32 k)
+{
+    if (k == 1) {
+        pANTLR3_COMMON_TOKEN token = raw(p_);
+        return token != nullptr ? token : endToken();
     }
     if (k == 0) {
         return nullptr;
     }
     if (k < 0) {
         // k tokens back on the parser's channel.
-        ANTLR3_MARKER i = window->p_;
+        ANTLR3_MARKER i = p_;
         for (ANTLR3_INT32 n = 0; n < -k; ++n) {
             do {
                 --i;
-            } while (i >= window->base_ && !window->onChannel(i));
-            if (i < window->base_) {
+            } while (i >= base_ && !onChannel(i));
+            if (i < base_) {
                 return nullptr;
             }
         }
-        return window->raw(i);
+        return raw(i);
     }
-    ANTLR3_MARKER i = window->p_;
-    for (ANTLR3_INT32 n = 1; n < k && window->raw(i) != nullptr; ++n) {
-        i = window->nextOnChannel(i + 1);
+    ANTLR3_MARKER i = p_;
+    for (ANTLR3_INT32 n = 1; n < k && raw(i) != nullptr; ++n) {
+        i = nextOnChannel(i + 1);
     }
-    pANTLR3_COMMON_TOKEN token = window->raw(i);
-    return token != nullptr ? token : window->endToken();
+    pANTLR3_COMMON_TOKEN token = raw(i);
+    return token != nullptr ? token : endToken();
 }
 
 pANTLR3_COMMON_TOKEN TokenWindow::get(pANTLR3_TOKEN_STREAM ts, ANTLR3_UINT32 i)

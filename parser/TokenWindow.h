@@ -56,6 +56,8 @@ public:
 
 private:
     static pANTLR3_COMMON_TOKEN lookAhead(pANTLR3_TOKEN_STREAM ts, ANTLR3_INT32 k);
+    // LT(k) when it is not the current token already read.
+    __attribute__((noinline)) pANTLR3_COMMON_TOKEN lookAheadFar(ANTLR3_INT32 k);
     static pANTLR3_COMMON_TOKEN get(pANTLR3_TOKEN_STREAM ts, ANTLR3_UINT32 i);
     static ANTLR3_UINT32 lookAheadType(pANTLR3_INT_STREAM is, ANTLR3_INT32 k);
     static void consume(pANTLR3_INT_STREAM is);

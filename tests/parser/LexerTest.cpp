@@ -8,6 +8,9 @@
 
 #include <SQLAntlrParser/SQLParserC.h>
 
+#include <algorithm>
+#include <cctype>
+
 namespace {
 
 std::string VellumGrammarCTokenName(int type)
@@ -74,6 +77,36 @@ TEST(Lexer, KeywordsWithATrailingBlankNeedTheBlank)
     EXPECT_EQ(visible("UNION\nMAX_ROWS=100 MAX_ROWS 1"),
               (std::vector<Tok>{{386, "'UNION'", "UNION"}, {376, "'MAX_ROWS'", "MAX_ROWS"}, {22, "EQUALS", "="},
                                 {38, "INT", "100"}, {440, "'MAX_ROWS '", "MAX_ROWS "}, {38, "INT", "1"}}));
+}
+
+// The lexer reads words with one rule and looks the keywords up; the
+// vocabulary's literal names are the reference: every word literal is its
+// keyword in any case, and only as a whole word.
+TEST(Lexer, EveryWordLiteralIsAKeywordInAnyCaseAndOnlyAsAWholeWord)
+{
+    std::string script;
+    std::vector<Tok> expected;
+    for (ANTLR3_UINT32 type = 53; type < kp_parserTokenCount; ++type) {
+        const std::string name = VellumGrammarCTokenName(static_cast<int>(type));
+        const bool blank = name.size() > 3 && name[name.size() - 2] == ' ';
+        const std::string word = name.substr(1, name.size() - (blank ? 3 : 2));
+        if (word.empty() || !std::isupper(static_cast<unsigned char>(word[0])) ||
+            word.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_") != std::string::npos) {
+            continue;
+        }
+        std::string lower = word;
+        std::transform(lower.begin(), lower.end(), lower.begin(),
+                       [](char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); });
+        const std::string spelling = blank ? word + " " : lower;
+        // A tab, not a blank: UNION and MAX_ROWS are keywords with a trailing
+        // blank as well.
+        script += spelling + (blank ? "" : "\t") + word + "_x9 , ";
+        expected.push_back({static_cast<int>(type), name, spelling});
+        expected.push_back({35, "STRING", word + "_x9"});
+        expected.push_back({23, "COMMA", ","});
+    }
+    ASSERT_GT(expected.size(), 3u * 300);
+    EXPECT_EQ(visible(script), expected);
 }
 
 TEST(Lexer, WordsNumbersAndSizeSuffixes)
@@ -260,3 +293,47 @@ TEST(LexerQuotes, BackslashesEscapeOnlyWhereTheLineStaysBalanced)
 }
 
 } // namespace
+
+namespace {
+
+// A token over the units [from, from + count) of text, as the lexer makes them.
+ANTLR3_COMMON_TOKEN sliceToken(ANTLR3_INPUT_STREAM &input, const std::u16string &text, size_t from, size_t count)
+{
+    ANTLR3_COMMON_TOKEN token{};
+    token.type = 35;  // STRING
+    token.textState = ANTLR3_TEXT_NONE;
+    token.input = &input;
+    token.start = reinterpret_cast<ANTLR3_MARKER>(text.data() + from);
+    token.stop = reinterpret_cast<ANTLR3_MARKER>(text.data() + from + count) - 1;
+    return token;
+}
+
+} // namespace
+
+// Grammar predicates and the script-line filter compare words in the input's
+// UTF-16 units: ASCII letters in any case, nothing beyond ASCII (the lexer
+// folds a dotless i to I, but "ıf" is not the word IF), the whole token only.
+TEST(TokenWords, CompareTheInputInPlaceInAsciiOnly)
+{
+    const std::u16string text = u"iF \u0131f ifx i";
+    ANTLR3_INPUT_STREAM input{};
+    input.data = const_cast<char16_t *>(text.data());
+    input.sizeBuf = static_cast<ANTLR3_UINT32>(text.size() * 2);
+    ANTLR3_COMMON_TOKEN mixedCase = sliceToken(input, text, 0, 2);
+    ANTLR3_COMMON_TOKEN dotless = sliceToken(input, text, 3, 2);
+    ANTLR3_COMMON_TOKEN longer = sliceToken(input, text, 6, 3);
+    ANTLR3_COMMON_TOKEN shorter = sliceToken(input, text, 10, 1);
+    EXPECT_TRUE(kp_tokenIsWord(&mixedCase, "IF"));
+    EXPECT_FALSE(kp_tokenIsWord(&dotless, "IF"));
+    EXPECT_FALSE(kp_tokenIsWord(&longer, "IF"));
+    EXPECT_FALSE(kp_tokenIsWord(&shorter, "IF"));
+    EXPECT_EQ(kp_tokenText(&dotless), "\xC4\xB1" "f");
+    // A token that carries its own text (a made-up terminator) is read from it.
+    ANTLR3_COMMON_TOKEN own = sliceToken(input, text, 6, 3);
+    own.textState = ANTLR3_TEXT_CHARP;
+    own.tokText.chars = reinterpret_cast<pANTLR3_UCHAR>(const_cast<char *>("If"));
+    EXPECT_TRUE(kp_tokenIsWord(&own, "IF"));
+    ANTLR3_COMMON_TOKEN end = mixedCase;
+    end.type = ANTLR3_TOKEN_EOF;
+    EXPECT_FALSE(kp_tokenIsWord(&end, "IF"));
+}

@@ -1,0 +1,154 @@
+// Names and keywords for the lexer's STRING rule: the rest of a name read in
+// one pass, and the keyword type of the word. The keywords come from
+// lexer/keywords.txt (generated into KeywordTable.inc); a keyword matches in
+// any case, as the upper-cased look-ahead of the lexer sees it.
+#include "KpAntlrStringOperations.h"
+#include "RecognizerSupport.h"
+#include "VellumGrammarCLexer.h"
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+
+namespace {
+
+struct KeywordEntry {
+    const char *word;
+    ANTLR3_UINT32 type;
+    // The keyword includes one blank after the word ('OVERFLOW '): without
+    // the blank the word is another keyword or a plain name.
+    bool trailingBlank;
+};
+
+constexpr KeywordEntry keywordEntries[] = {
+#include "KeywordTable.inc"
+};
+
+constexpr size_t entryCount = sizeof(keywordEntries) / sizeof(keywordEntries[0]);
+
+// Open addressing over a power-of-two table at most a quarter full, so a
+// look-up for a name that is no keyword usually ends at an empty slot.
+class KeywordTable {
+public:
+    static constexpr size_t maxLength = 40;
+
+    KeywordTable()
+    {
+        slots_.fill(0);
+        for (size_t i = 0; i < entryCount; ++i) {
+            const char *word = keywordEntries[i].word;
+            size_t slot = hash(word, std::strlen(word)) & mask;
+            while (slots_[slot] != 0) {
+                slot = (slot + 1) & mask;
+            }
+            slots_[slot] = static_cast<uint16_t>(i + 1);
+        }
+    }
+
+    // The types of a word: alone, and with a trailing blank (0 when the list
+    // has no such keyword). UNION and MAX_ROWS are listed both ways.
+    struct Types {
+        ANTLR3_UINT32 alone = 0;
+        ANTLR3_UINT32 withBlank = 0;
+    };
+
+    Types find(const char *text, size_t length) const
+    {
+        Types types;
+        for (size_t slot = hash(text, length) & mask; slots_[slot] != 0; slot = (slot + 1) & mask) {
+            const KeywordEntry &entry = keywordEntries[slots_[slot] - 1];
+            if (std::strncmp(entry.word, text, length) == 0 && entry.word[length] == '\0') {
+                (entry.trailingBlank ? types.withBlank : types.alone) = entry.type;
+            }
+        }
+        return types;
+    }
+
+private:
+    static constexpr size_t slotCount = 2048;
+    static constexpr size_t mask = slotCount - 1;
+    static_assert(entryCount * 4 <= slotCount, "the keyword table must stay sparse");
+
+    static size_t hash(const char *text, size_t length)
+    {
+        uint32_t h = 2166136261u;  // FNV-1a
+        for (size_t i = 0; i < length; ++i) {
+            h = (h ^ static_cast<unsigned char>(text[i])) * 16777619u;
+        }
+        return h ^ (h >> 15);
+    }
+
+    std::array<uint16_t, slotCount> slots_;
+};
+
+// Made when the library is loaded, like the fold table.
+const KpAntlrStringOperations &foldTable = KpAntlrStringOperations::sharedManager();
+const KeywordTable keywordTable;
+
+} // namespace
+
+namespace {
+
+// NAME_LETTER of the lexer grammar: letters of other scripts.
+bool isNameLetter(char16_t c)
+{
+    return c == 0x00AA || c == 0x00B5 || c == 0x00BA || (c >= 0x00C0 && c <= 0x00D6) || (c >= 0x00D8 && c <= 0x00F6) ||
+           (c >= 0x00F8 && c <= 0x1FFF) || (c >= 0x2C00 && c <= 0x2DFF) || (c >= 0x3040 && c <= 0xDFFF) ||
+           (c >= 0xF900 && c <= 0xFDFF) || (c >= 0xFE70 && c <= 0xFEFE) || (c >= 0xFF10 && c <= 0xFF19) ||
+           (c >= 0xFF21 && c <= 0xFF3A) || (c >= 0xFF41 && c <= 0xFF5A) || (c >= 0xFF66 && c <= 0xFFDC);
+}
+
+// What may follow the first letter of a name, tested on the upper-cased
+// unit the lexer's look-ahead sees.
+bool isNameRest(char16_t c)
+{
+    if (c < 0x80) {
+        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' || c == '-' ||
+               c == '$' || c == '#';
+    }
+    return isNameLetter(c);
+}
+
+} // namespace
+
+void kp_matchNameRest(pANTLR3_LEXER lexer)
+{
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    const auto *end = static_cast<const uint16_t *>(input->data) + input->sizeBuf / 2;
+    const auto *start = static_cast<const uint16_t *>(input->nextChar);
+    const uint16_t *next = start;
+    while (next < end && isNameRest(foldTable.uppercaseCharacter(*next))) {
+        ++next;
+    }
+    // No line ends among these characters: only the column moves.
+    input->charPositionInLine += static_cast<ANTLR3_INT32>(next - start);
+    input->nextChar = const_cast<uint16_t *>(next);
+}
+
+ANTLR3_UINT32 kp_keywordType(pANTLR3_LEXER lexer)
+{
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    const auto *start = reinterpret_cast<const uint16_t *>(lexer->rec->state->tokenStartCharIndex);
+    const auto *end = static_cast<const uint16_t *>(input->nextChar);
+    const auto length = static_cast<size_t>(end - start);
+    if (length > KeywordTable::maxLength) {
+        return STRING;
+    }
+    std::array<char, KeywordTable::maxLength> word;
+    for (size_t i = 0; i < length; ++i) {
+        const char16_t unit = foldTable.uppercaseCharacter(start[i]);
+        if (unit >= 0x80) {
+            return STRING;
+        }
+        word[i] = static_cast<char>(unit);
+    }
+    const KeywordTable::Types types = keywordTable.find(word.data(), length);
+    if (types.withBlank != 0) {
+        pANTLR3_INT_STREAM stream = input->istream;
+        if (stream->_LA(stream, 1) == ' ') {
+            stream->consume(stream);
+            return types.withBlank;
+        }
+    }
+    return types.alone != 0 ? types.alone : static_cast<ANTLR3_UINT32>(STRING);
+}
