@@ -60,7 +60,6 @@ tableOption[SQLTable *table]
       )+
     ;
 
-// The comment is not kept.
 tableComment[SQLTable *table]
-    : 'COMMENT' EQUALS ( STRING | QUOTED_STRING )
+    : 'COMMENT' EQUALS value=( STRING | QUOTED_STRING ) { kp_setCommentFromNode(table, $value); }
     ;
