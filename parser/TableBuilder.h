@@ -31,3 +31,11 @@ void kp_setCommentFromNode(SQLObject *target, pANTLR3_BASE_TREE value);
 // table or column that is not in the model (yet) is left alone, unreported.
 void kp_commentOnTable(SQLContainer *container, const std::vector<std::string> *nameParts, pANTLR3_BASE_TREE is);
 void kp_commentOnColumn(SQLContainer *container, const std::vector<std::string> *nameParts, pANTLR3_BASE_TREE is);
+// Gives a table the columns of its parent (PostgreSQL's PARTITION OF and
+// INHERITS): each parent column the table does not have yet is copied (name,
+// type, NOT NULL, auto-increment, default, properties, column checks) and
+// added after the table's own; keys stay with the parent. The parent's name
+// as written is recorded in the table property `key`, several parents
+// separated by ", ". A parent not (yet) in the container adds no column.
+void kp_inheritColumns(SQLContainer *container, SQLTable *table, const std::vector<std::string> *parentParts,
+                       const char *key);
