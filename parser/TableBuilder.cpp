@@ -122,6 +122,8 @@ void kp_commentOnColumn(SQLContainer *container, const std::vector<std::string> 
     const std::vector<std::string> table(nameParts->end() - 1 - static_cast<std::ptrdiff_t>(keep), nameParts->end() - 1);
     if (SQLTable *target = kp_findAlterTarget(container, &table)) {
         applyComment(target->getFieldByName(nameParts->back()), commentOnValue(is));
+    }
+}
 
 void kp_inheritColumns(SQLContainer *container, SQLTable *table, const std::vector<std::string> *parentParts,
                        const char *key)
