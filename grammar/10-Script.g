@@ -15,6 +15,7 @@ schemaEntry
 
 objectNotComment
     : createObject
+    | commentOn
     | alterInstruction
     | insertStatement
     | dropStatement
@@ -43,7 +44,7 @@ strayStatementStart
 
 otherObjectFirst
     : ~( SEMI | ML_COMMENT | SL_COMMENT | T_ALTER | T_DECLARE | FORWARD_SLASH | T_BEGIN
-       | T_END | T_DELIMITER | 'CREATE' | 'INSERT' | 'DROP' | 'SOURCE' )
+       | T_END | T_DELIMITER | 'CREATE' | 'INSERT' | 'DROP' | 'SOURCE' | 'COMMENT' )
     ;
 
 unknownObjectBlock
@@ -104,6 +105,40 @@ dropStatement
 comment
     : ML_COMMENT -> ^( COMMENT_NODE ML_COMMENT )
     | SL_COMMENT -> ^( COMMENT_NODE SL_COMMENT )
+    ;
+
+// COMMENT ON TABLE t IS '...' and COMMENT ON COLUMN t.c IS '...'
+// (PostgreSQL, Oracle) become ^( 'COMMENT' kind name 'IS' ), the value's
+// source text riding on the IS token; COMMENT ON any other object (and any
+// other statement that starts with COMMENT) is consumed and leaves nothing.
+commentOn
+    : 'COMMENT'
+      ( 'ON'
+        ( kind=( 'TABLE' | 'COLUMN' ) name=anyQualifiedName is='IS' value=commentValue
+          { setCustomStringValueOnToken(RECOGNIZER, $is, $value.start, $value.stop); }
+          SEMI -> ^( 'COMMENT' $kind $name $is )
+        | commentOnOtherFirst skipToSemi SEMI -> IGNORED_NODE
+        | SEMI -> IGNORED_NODE
+        )
+      | commentOtherFirst skipToSemi SEMI -> IGNORED_NODE
+      | SEMI -> IGNORED_NODE
+      )
+    ;
+
+commentOnOtherFirst
+    : ~( 'TABLE' | 'COLUMN' | SEMI )
+    ;
+
+commentOtherFirst
+    : ~( 'ON' | SEMI )
+    ;
+
+// NULL removes the comment; E'...' is PostgreSQL's escape string.
+commentValue
+    : QUOTED_STRING
+    | STRING QUOTED_STRING
+    | 'NULL'
+    | dollarQuotedString
     ;
 
 createObject

@@ -8,8 +8,8 @@
 // the entry's closing COMMA or CLOSEPAREN.
 
 createTable
-    : 'TABLE' ( 'IF' T_NOT 'EXISTS' )? qualifiedObjectName
-      ( OPENPAREN ( subsequentTableEntry ( COMMA subsequentTableEntry )* )? CLOSEPAREN
+    : 'TABLE' ( 'IF' T_NOT 'EXISTS' )? anyQualifiedName
+      ( OPENPAREN ( subsequentTableEntry ( tableEntrySeparator )* )? CLOSEPAREN
       | partitionOfParent
       )
       ( tableOption )?
@@ -21,6 +21,17 @@ createTable
             (pANTLR3_BASE_TREE)ADAPTOR->errorNode(ADAPTOR, INPUT, retval.start, LT(-1), EXCEPTION));
         kp_forgetRecognitionError(RECOGNIZER);
     }
+
+// A comma and the entry after it. A comma with no entry after it (before
+// the closing parenthesis, as hand-written scripts have it, or before
+// another comma) is reported as an extraneous token and dropped, so that no
+// entry is lost and no empty entry is made of it.
+tableEntrySeparator
+    : c=COMMA
+      ( subsequentTableEntry -> COMMA subsequentTableEntry
+      | { kp_reportDroppedToken(RECOGNIZER, $c); } ->
+      )
+    ;
 
 tableName
     : objectName

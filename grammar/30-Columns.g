@@ -11,7 +11,7 @@ fieldBlock
 // column then has an empty type text and keeps its options.
 
 field
-    : columnName ( { kp_columnTypeAhead(LT(1)) }?=> fieldType ( ARRAY_BOUNDS )* )? ( fieldOptions )?
+    : columnName ( { kp_columnTypeAhead(LT(1)) }?=> fieldType ( arraySuffix )* )? ( fieldOptions )?
       ( options { greedy = true; }
       : T_PRIMARY T_KEY ( keyClustering )?
       | 'NULL'
@@ -44,6 +44,13 @@ field
             retval.tree = (pANTLR3_BASE_TREE)ADAPTOR->errorNode(ADAPTOR, INPUT, retval.start, LT(-1), EXCEPTION);
         }
     }
+
+// PostgreSQL's array forms after a type: int[], int[3], int ARRAY, int
+// ARRAY[4]. They stay in the type text as written.
+arraySuffix
+    : ARRAY_BOUNDS
+    | { kp_isWord(LT(1), "ARRAY") }?=> STRING ( options { greedy = true; } : ARRAY_BOUNDS )?
+    ;
 
 // Column options the model has no place for leave nothing: SQL Server's
 // NOT FOR REPLICATION, ROWGUIDCOL, SPARSE, FILESTREAM, PERSISTED; MySQL's
@@ -147,6 +154,7 @@ fieldDefaultValue
 
 fieldDefaultValueEntry
     : ( OPENPAREN boolean_expression CLOSEPAREN
+      | dollarQuotedString
       | ( 'NULL' | 'LOCALTIME' | 'LOCALTIMESTAMP' | T_TRUE | T_FALSE )
       | 'CURRENT_TIMESTAMP' ( OPENPAREN ( INT )? CLOSEPAREN )?
       | numericValue

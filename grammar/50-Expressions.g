@@ -41,6 +41,7 @@ boolean_expression_value
         | QUOTED_STRING  // a prefixed or typed literal: E'a\'b', DATE '2020-01-01'
         )?
       | numericValue
+      | dollarQuotedString
       | 'NULL'
       | T_TRUE
       | T_FALSE
@@ -66,4 +67,12 @@ specific_function_call
       ( 'SEPARATOR' QUOTED_STRING )? CLOSEPAREN
     | { kp_isWord(LT(1), "CAST") }?=> STRING OPENPAREN boolean_expression 'AS' fieldType CLOSEPAREN
     | 'CALL' objectName OPENPAREN ( boolean_expression ( COMMA boolean_expression )* )? CLOSEPAREN
+    ;
+
+// PostgreSQL's dollar-quoted string, $$text$$ or $tag$text$tag$: the helper
+// checks that the quote closes and then consumes it whole (as a predicate,
+// which is always true then, so that it also runs while a decision tries the
+// tokens ahead). Only its first token stays in the tree.
+dollarQuotedString
+    : { kp_dollarQuoteAhead(RECOGNIZER) }?=> SYMBOL { kp_skipDollarQuote(RECOGNIZER) }?
     ;

@@ -4,7 +4,7 @@
 // their action words; MATCH leaves nothing.
 
 references
-    : 'REFERENCES' objectName ( '.' objectName )? ( OPENPAREN idList CLOSEPAREN )?
+    : 'REFERENCES' listColumnName ( '.' listColumnName )? ( OPENPAREN idList CLOSEPAREN )?
       ( referencesAction )? ( deferrableOptions )*
     ;
 

@@ -16,7 +16,7 @@ alterInstruction
 // SQL Server's WITH CHECK / WITH NOCHECK, written before the clauses, leaves
 // nothing.
 alterTableInstruction
-    : 'TABLE' ( 'ONLY' )? qualifiedObjectName ( existingRowsCheck )?
+    : 'TABLE' ( { kp_isKeyword(LT(1), "ONLY") }?=> 'ONLY' )? anyQualifiedName ( existingRowsCheck )?
       alter_table_clause ( COMMA alter_table_clause )* SEMI
     ;
 

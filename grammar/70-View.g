@@ -12,7 +12,7 @@ viewStart
     ;
 
 createView
-    : ( viewModifier )* ( viewWord )? 'VIEW' ( 'IF' T_NOT 'EXISTS' )? qualifiedObjectName
+    : ( viewModifier )* ( viewWord )? 'VIEW' ( 'IF' T_NOT 'EXISTS' )? anyQualifiedName
       ( options { greedy = true; } : OPENPAREN idList CLOSEPAREN )? ( viewOption )* 'AS' q=viewQuery
       { kp_checkViewQuery(RECOGNIZER, $q.start, $q.stop); }
     ;

@@ -63,6 +63,13 @@ columnKeyword
       )
     ;
 
+// A table's or view's name where only a name can stand (after CREATE TABLE,
+// VIEW, REFERENCES, ALTER TABLE, COMMENT ON): the column keywords name
+// tables too (CREATE TABLE key (...), REFERENCES sort (id)).
+anyQualifiedName
+    : listColumnName ( '.' listColumnName )*
+    ;
+
 procedure_name
     : qualifiedObjectName
     ;

@@ -31,6 +31,12 @@ void SQLObject::setProperty(std::string_view key, std::string_view value)
         properties_.emplace(std::string(key), std::string(value));
 }
 
+void SQLObject::removeProperty(std::string_view key)
+{
+    if (auto it = properties_.find(key); it != properties_.end())
+        properties_.erase(it);
+}
+
 void SQLObject::setPropertyAsBoolean(std::string_view key, bool value)
 {
     if (auto it = properties_.find(key); it != properties_.end())

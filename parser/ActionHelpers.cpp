@@ -219,13 +219,13 @@ bool kp_isAnyWord(pANTLR3_COMMON_TOKEN token, const char *upperWords)
     return false;
 }
 
-namespace {
-
-bool tokenIsWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
+bool kp_isKeyword(pANTLR3_COMMON_TOKEN token, const char *upperWord)
 {
     return token != nullptr && token->type != STRING && token->type != QUOTED_STRING
         && kp_tokenIsWord(token, upperWord);
 }
+
+namespace {
 
 bool tokenIsAnyWord(pANTLR3_COMMON_TOKEN token, std::initializer_list<const char *> upperWords)
 {
@@ -243,7 +243,7 @@ bool indexFollows(pANTLR3_TOKEN_STREAM stream, ANTLR3_INT32 first)
         return true;
     }
     pANTLR3_COMMON_TOKEN after = stream->_LT(stream, first + 1);
-    if (after == nullptr || tokenIsWord(after, "USING")) {
+    if (after == nullptr || kp_isKeyword(after, "USING")) {
         return true;
     }
     if (after->type != OPENPAREN) {
@@ -268,7 +268,7 @@ bool kp_keywordColumnAhead(pANTLR3_BASE_RECOGNIZER recognizer)
     if (tokenIsAnyWord(word, {"KEY", "INDEX", "FULLTEXT", "CLUSTERED", "NONCLUSTERED"})) {
         return !indexFollows(stream, 2);
     }
-    if (tokenIsWord(word, "FULL") && tokenIsWord(stream->_LT(stream, 2), "TEXT")) {
+    if (kp_isKeyword(word, "FULL") && kp_isKeyword(stream->_LT(stream, 2), "TEXT")) {
         return !indexFollows(stream, 3) && stream->_LT(stream, 3)->type != STRING
             && stream->_LT(stream, 3)->type != QUOTED_STRING;
     }
@@ -684,47 +684,106 @@ bool isDollarSign(pANTLR3_COMMON_TOKEN token)
     return token->type == SYMBOL && kp_tokenText(token) == "$";
 }
 
-// The dollar tag that opens at LT(k): "$$" or "$tag$" (the lexer reads "tag$"
-// as one word), as text; empty when none opens there.
+// A dollar-quoted text, $$...$$ or $tag$...$tag$, seen token by token. The
+// lexer has no rule for it: the sign is a SYMBOL and the tag's word takes the
+// "$" after it ("tag$", even "tag$text$tag$" when nothing separates them), so
+// the tags are found in the characters of adjacent tokens.
+class DollarQuote {
+public:
+    // The quote that opens with the sign token and the token after it;
+    // empty tag when none opens there.
+    DollarQuote(pANTLR3_COMMON_TOKEN sign, pANTLR3_COMMON_TOKEN next)
+    {
+        if (!isDollarSign(sign) || next == nullptr || next->type == ANTLR3_TOKEN_EOF ||
+            next->start != sign->stop + 1) {
+            return;
+        }
+        const std::string text = kp_tokenText(next);
+        const size_t close = text.find('$');
+        if (close == std::string::npos ||
+            !std::all_of(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(close),
+                         [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; }) ||
+            (close > 0 && std::isdigit(static_cast<unsigned char>(text[0])) != 0)) {
+            return;
+        }
+        tag_ = "$" + text.substr(0, close + 1);
+        text_ = text.substr(close + 1);
+        lastStop_ = next->stop;
+        closed_ = text_.find(tag_) != std::string::npos;
+    }
+
+    const std::string &tag() const { return tag_; }
+    // True once the closing tag has been seen.
+    bool closed() const { return closed_; }
+
+    // Takes the next token of the text; true when the closing tag ends in it.
+    bool feed(pANTLR3_COMMON_TOKEN token)
+    {
+        if (token->start != lastStop_ + 1) {
+            text_ += '\n';  // blanks or comments between: no tag spans them
+        }
+        lastStop_ = token->stop;
+        // Only the end of the text seen so far can begin the closing tag.
+        if (text_.size() >= tag_.size()) {
+            text_.erase(0, text_.size() - (tag_.size() - 1));
+        }
+        text_ += kp_tokenText(token);
+        closed_ = text_.find(tag_) != std::string::npos;
+        return closed_;
+    }
+
+private:
+    std::string tag_;
+    std::string text_;  // the end of the text read so far
+    ANTLR3_MARKER lastStop_ = 0;
+    bool closed_ = false;
+};
+
+// The dollar tag that opens at LT(k): "$$" or "$tag$", as text; empty when
+// none opens there.
 std::string dollarTag(pANTLR3_TOKEN_STREAM stream, ANTLR3_INT32 k)
 {
-    pANTLR3_COMMON_TOKEN sign = stream->_LT(stream, k);
-    if (!isDollarSign(sign)) {
-        return {};
-    }
-    pANTLR3_COMMON_TOKEN next = stream->_LT(stream, k + 1);
-    if (next->type == ANTLR3_TOKEN_EOF || next->start != sign->stop + 1) {
-        return {};
-    }
-    const std::string text = kp_tokenText(next);
-    if (text == "$") {
-        return "$$";
-    }
-    if (text.size() < 2 || text.back() != '$' ||
-        !std::all_of(text.begin(), text.end() - 1,
-                     [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; })) {
-        return {};
-    }
-    return "$" + text;
+    return DollarQuote(stream->_LT(stream, k), stream->_LT(stream, k + 1)).tag();
 }
 
 // Consumes a dollar-quoted text, its opening and closing tags included; stops
 // before the last token of the closing tag, or at the end of the input.
-void skipDollarQuote(pANTLR3_TOKEN_STREAM stream, const std::string &tag)
+void skipDollarQuote(pANTLR3_TOKEN_STREAM stream)
 {
     pANTLR3_INT_STREAM input = stream->istream;
+    DollarQuote quote(stream->_LT(stream, 1), stream->_LT(stream, 2));
     input->consume(input);  // the opening "$"; its tag word follows
+    if (quote.closed()) {
+        return;
+    }
     input->consume(input);
-    for (;;) {
-        if (stream->_LT(stream, 1)->type == ANTLR3_TOKEN_EOF) {
-            return;
-        }
-        if (dollarTag(stream, 1) == tag) {
-            input->consume(input);
-            return;
-        }
+    while (stream->_LT(stream, 1)->type != ANTLR3_TOKEN_EOF && !quote.feed(stream->_LT(stream, 1))) {
         input->consume(input);
     }
+}
+
+// How many tokens from LT(first) on a dollar-quoted value takes after its
+// sign, the closing tag's last token included; 0 when no quote opens at the
+// sign or it does not close within a value's reach (its statement may be
+// broken, and the rest of the script must not vanish into it).
+ANTLR3_INT32 dollarValueLength(pANTLR3_TOKEN_STREAM stream, pANTLR3_COMMON_TOKEN sign, ANTLR3_INT32 first)
+{
+    constexpr ANTLR3_INT32 reach = 4096;
+    DollarQuote quote(sign, stream->_LT(stream, first));
+    if (quote.tag().empty()) {
+        return 0;
+    }
+    for (ANTLR3_INT32 count = 1; !quote.closed(); ++count) {
+        pANTLR3_COMMON_TOKEN token = stream->_LT(stream, first + count);
+        if (count > reach || token->type == ANTLR3_TOKEN_EOF) {
+            return 0;
+        }
+        quote.feed(token);
+        if (quote.closed()) {
+            return count + 1;
+        }
+    }
+    return 1;
 }
 
 const char *const routineWords[] = {"PROCEDURE", "PROC", "FUNCTION", "PACKAGE", "EVENT", "AGGREGATE", "RULE", "LIBRARY"};
@@ -761,6 +820,21 @@ int kp_routineKind(pANTLR3_BASE_RECOGNIZER recognizer)
     return 0;
 }
 
+bool kp_dollarQuoteAhead(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    return dollarValueLength(stream, stream->_LT(stream, 1), 2) > 0;
+}
+
+bool kp_skipDollarQuote(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    for (ANTLR3_INT32 left = dollarValueLength(stream, stream->_LT(stream, -1), 1); left > 0; --left) {
+        stream->istream->consume(stream->istream);
+    }
+    return true;
+}
+
 bool kp_isDollarBlock(pANTLR3_BASE_RECOGNIZER recognizer)
 {
     pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
@@ -791,7 +865,7 @@ bool kp_skipRoutine(pANTLR3_BASE_RECOGNIZER recognizer)
         }
         const bool top = depth == 0 && parens == 0;
         if (const std::string tag = dollarTag(stream, 1); !tag.empty()) {
-            skipDollarQuote(stream, tag);
+            skipDollarQuote(stream);
         } else if (type == OPENPAREN) {
             ++parens;
         } else if (type == CLOSEPAREN) {

@@ -148,8 +148,11 @@ std::string kp_nodeText(pANTLR3_BASE_TREE node);
 bool kp_isRecoveryNode(pANTLR3_BASE_TREE node);
 // UTF-16 units as UTF-8.
 std::string kp_utf16Slice(const char16_t *units, size_t count);
-// Case-insensitive check of a token's text against an ASCII upper-case word.
+// Case-insensitive check of a plain word (a STRING token) against an ASCII
+// upper-case word.
 bool kp_isWord(pANTLR3_COMMON_TOKEN token, const char *upperWord);
+// The same for a keyword's token (any type but STRING and QUOTED_STRING).
+bool kp_isKeyword(pANTLR3_COMMON_TOKEN token, const char *upperWord);
 // True when the token is a plain word (STRING) that is one of the ASCII
 // upper-case words of a blank-separated list ("MONITORING NOMONITORING").
 bool kp_isAnyWord(pANTLR3_COMMON_TOKEN token, const char *upperWords);
@@ -188,6 +191,11 @@ void kp_skipBlockBody(pANTLR3_BASE_RECOGNIZER recognizer);
 // procedure, function, package, type body, event, aggregate or rule, 2 for a
 // trigger (DEFINER=..., EDITIONABLE and CONSTRAINT may come first).
 int kp_routineKind(pANTLR3_BASE_RECOGNIZER recognizer);
+// True at a dollar-quoted string ($$text$$, $tag$text$tag$) that closes
+// within a value's reach.
+bool kp_dollarQuoteAhead(pANTLR3_BASE_RECOGNIZER recognizer);
+// After the sign of such a string: consumes the rest of it (always true).
+bool kp_skipDollarQuote(pANTLR3_BASE_RECOGNIZER recognizer);
 // True at DO followed by a dollar-quoted body.
 bool kp_isDollarBlock(pANTLR3_BASE_RECOGNIZER recognizer);
 // Consumes the rest of a routine after its first word (always true): the routine ends at a marked terminator, before a DELIMITER line,

@@ -37,6 +37,94 @@ void kp_setTableProperty(SQLTable *table, const char *key, pANTLR3_BASE_TREE val
     }
 }
 
+std::optional<std::string> kp_commentText(std::string_view written)
+{
+    const size_t first = written.find_first_not_of(" \t\r\n");
+    const std::string text(first == std::string_view::npos
+                               ? std::string_view()
+                               : written.substr(first, written.find_last_not_of(" \t\r\n") - first + 1));
+    if (kp_textIsWord(text, "NULL")) {
+        return std::nullopt;
+    }
+    if (!text.empty() && text.front() == '$') {
+        const size_t tagEnd = text.find('$', 1);
+        if (tagEnd != std::string::npos) {
+            const std::string tag = text.substr(0, tagEnd + 1);
+            const size_t close = text.rfind(tag);
+            if (close > tagEnd) {
+                return text.substr(tagEnd + 1, close - tagEnd - 1);
+            }
+        }
+        return text;
+    }
+    const size_t open = text.find_first_of("'\"`");
+    if (open == std::string::npos || text.size() < open + 2 || text.back() != text[open]) {
+        return text;
+    }
+    const char quote = text[open];
+    const std::string body = text.substr(open + 1, text.size() - open - 2);
+    std::string comment;
+    for (size_t i = 0; i < body.size(); ++i) {
+        comment += body[i];
+        if (body[i] == quote && i + 1 < body.size() && body[i + 1] == quote) {
+            ++i;
+        }
+    }
+    return comment;
+}
+
+namespace {
+
+void applyComment(SQLObject *target, const std::optional<std::string> &comment)
+{
+    if (target == nullptr) {
+        return;
+    }
+    if (comment) {
+        target->setProperty("comment", *comment);
+    } else {
+        target->removeProperty("comment");
+    }
+}
+
+std::optional<std::string> commentOnValue(pANTLR3_BASE_TREE is)
+{
+    const std::string *written = kp_customValue(is);
+    return written != nullptr ? kp_commentText(*written) : std::nullopt;
+}
+
+} // namespace
+
+void kp_setCommentFromNode(SQLObject *target, pANTLR3_BASE_TREE value)
+{
+    if (target != nullptr && value != nullptr && !kp_isRecoveryNode(value)) {
+        applyComment(target, kp_commentText(kp_nodeText(value)));
+    }
+}
+
+void kp_commentOnTable(SQLContainer *container, const std::vector<std::string> *nameParts, pANTLR3_BASE_TREE is)
+{
+    if (nameParts == nullptr || nameParts->empty() || kp_customValue(is) == nullptr) {
+        return;
+    }
+    // A database name before schema and table is not part of the model.
+    const size_t keep = std::min<size_t>(nameParts->size(), 2);
+    const std::vector<std::string> table(nameParts->end() - static_cast<std::ptrdiff_t>(keep), nameParts->end());
+    applyComment(kp_findAlterTarget(container, &table), commentOnValue(is));
+}
+
+void kp_commentOnColumn(SQLContainer *container, const std::vector<std::string> *nameParts, pANTLR3_BASE_TREE is)
+{
+    if (nameParts == nullptr || nameParts->size() < 2 || kp_customValue(is) == nullptr) {
+        return;
+    }
+    const size_t keep = std::min<size_t>(nameParts->size() - 1, 2);
+    const std::vector<std::string> table(nameParts->end() - 1 - static_cast<std::ptrdiff_t>(keep), nameParts->end() - 1);
+    if (SQLTable *target = kp_findAlterTarget(container, &table)) {
+        applyComment(target->getFieldByName(nameParts->back()), commentOnValue(is));
+    }
+}
+
 void kp_inheritColumns(SQLContainer *container, SQLTable *table, const std::vector<std::string> *parentParts,
                        const char *key)
 {

@@ -5,6 +5,9 @@
 
 #include "RecognizerSupport.h"
 
+#include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 // Creates the table from the first name part, gives a two-part name its
@@ -15,6 +18,19 @@ SQLTable *kp_beginTable(SQLContainer *container, const std::vector<std::string> 
 void kp_setTableType(SQLTable *table, pANTLR3_BASE_TREE engine);
 // A string property from a node's text.
 void kp_setTableProperty(SQLTable *table, const char *key, pANTLR3_BASE_TREE value);
+
+// The text of a comment as the script wrote its value: a quoted string
+// ('x', "x", E'x', with or without its prefix) loses its quotes and a doubled
+// quote becomes one; a dollar-quoted string ($$x$$, $t$x$t$) loses its tags;
+// backslashes stay as written; a bare word is kept. Nullopt for NULL.
+std::optional<std::string> kp_commentText(std::string_view written);
+// A column's COMMENT 'x' or a table's COMMENT='x': the "comment" property.
+void kp_setCommentFromNode(SQLObject *target, pANTLR3_BASE_TREE value);
+// COMMENT ON TABLE [schema.]t IS ... and COMMENT ON COLUMN [schema.]t.c IS
+// ...: the value's text rides on the IS node. IS NULL removes the comment. A
+// table or column that is not in the model (yet) is left alone, unreported.
+void kp_commentOnTable(SQLContainer *container, const std::vector<std::string> *nameParts, pANTLR3_BASE_TREE is);
+void kp_commentOnColumn(SQLContainer *container, const std::vector<std::string> *nameParts, pANTLR3_BASE_TREE is);
 // Gives a table the columns of its parent (PostgreSQL's PARTITION OF and
 // INHERITS): each parent column the table does not have yet is copied (name,
 // type, NOT NULL, auto-increment, default, properties, column checks) and

@@ -9,6 +9,7 @@ schema[SQLContainer *c]
 
 schemaEntry[SQLContainer *c]
     : createObject[c]
+    | commentOn[c]
     | alterInstruction[c]
     | otherObject
     | insertStatement
@@ -19,6 +20,13 @@ schemaEntry[SQLContainer *c]
 
 errorNode
     : ^( ERROR_NODE ( . )* )
+    ;
+
+// The comment goes to the table or column when it is in the model by now;
+// otherwise it is dropped (it may belong to a view or a later table).
+commentOn[SQLContainer *c]
+    : ^( 'COMMENT' 'TABLE' table=qualifiedObjectName is='IS' ) { kp_commentOnTable(c, $table.parts, $is); }
+    | ^( 'COMMENT' 'COLUMN' column=qualifiedObjectName is='IS' ) { kp_commentOnColumn(c, $column.parts, $is); }
     ;
 
 otherObject

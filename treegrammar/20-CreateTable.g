@@ -79,7 +79,6 @@ tableOption[SQLContainer *c, SQLTable *table]
       )+
     ;
 
-// The comment is not kept.
 tableComment[SQLTable *table]
-    : 'COMMENT' EQUALS ( STRING | QUOTED_STRING )
+    : 'COMMENT' EQUALS value=( STRING | QUOTED_STRING ) { kp_setCommentFromNode(table, $value); }
     ;

@@ -12,7 +12,7 @@ field[SQLTable *table]
 @init { SQLField *field = NULL; ANTLR3_MARKER typeStart = 0; bool accepted = true; }
     : name=fieldName { typeStart = INDEX(); }
       ( { kp_columnTypeAhead(LT(1)->getToken(LT(1))) }?=> type=fieldType { accepted = $type.accepted; }
-        ( ARRAY_BOUNDS )*  // PostgreSQL's array bounds are part of the type text
+        ( ARRAY_BOUNDS | STRING )*  // PostgreSQL's array bounds (int[3], int ARRAY[3]) are part of the type text
       )?
       { field = kp_addField(RECOGNIZER, table, $name.start, kp_nodeRunText(RECOGNIZER, typeStart), accepted); }
       ( fieldOptions[field] )?
@@ -28,7 +28,7 @@ field[SQLTable *table]
       | 'UNSIGNED' { kp_setFieldFlag(field, "unsigned"); }
       | fieldDefaultValue[field]
       | fieldOnUpdate[field]
-      | fieldComment
+      | fieldComment[field]
       | fieldConstraint[field]
       | checkConstraint[field, NULL]
       | 'ENABLE'
@@ -126,9 +126,8 @@ defaultFunctionArguments
     : OPENPAREN ( boolean_expression ( COMMA boolean_expression )* )? CLOSEPAREN
     ;
 
-// The comment is not kept.
-fieldComment
-    : 'COMMENT' fieldValue
+fieldComment[SQLField *field]
+    : 'COMMENT' value=fieldValue { kp_setCommentFromNode(field, $value.start); }
     ;
 
 // A NOT NULL written as a named constraint does not make the column not

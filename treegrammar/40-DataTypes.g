@@ -1,10 +1,9 @@
 // Data types, matched token by token as the parser left them. They make no
 // model calls: the column rule renders the matched run as the type text.
 //
-// Three forms the parser accepts are not taken here: VARBIT, an INTERVAL
-// without its qualifier, and an INTERVAL with a TO part. They are matched
-// (so that the rest of the table is still read) and reported as not
-// accepted; the column rule then builds no column.
+// One form the parser accepts is not taken here: VARBIT. It is matched (so
+// that the rest of the table is still read) and reported as not accepted;
+// the column rule then builds no column.
 
 data_type returns [bool accepted = true]
     : char_string_type
@@ -12,7 +11,7 @@ data_type returns [bool accepted = true]
     | bits=bit_string_type { $accepted = $bits.accepted; }
     | num_type
     | datetime_type
-    | interval=interval_type { $accepted = $interval.accepted; }
+    | interval_type
     | binary_type
     | misc_types
     ;
@@ -113,15 +112,11 @@ timezone_option
     : ( T_WITH | 'WITHOUT' ) ( 'LOCAL' )? ( 'TIME' 'ZONE' | 'TIMEZONE' )
     ;
 
-// Only 'INTERVAL' interval_qualifier is taken; the parser's TO token is not
-// the 'to' of interval_qualifier.
-interval_type returns [bool accepted = true]
-    : typeWord='INTERVAL'
-      ( interval_qualifier
-        ( 'TO' end_field { $accepted = false; kp_traceRejectedType(RECOGNIZER, $typeWord); } )?
-      | type_size { $accepted = false; kp_traceRejectedType(RECOGNIZER, $typeWord); }
-      | { $accepted = false; kp_traceRejectedType(RECOGNIZER, $typeWord); }
-      )
+// Every interval form is taken: INTERVAL alone, PostgreSQL's interval(3),
+// and a qualifier with or without its TO part (DAY(2) TO SECOND(6)). The
+// parser's TO token is not the 'to' of interval_qualifier.
+interval_type
+    : 'INTERVAL' ( interval_qualifier ( 'TO' end_field )? | type_size )?
     ;
 
 interval_qualifier

@@ -36,6 +36,8 @@ public:
 
     void setProperty(std::string_view key, std::string_view value);
     void setPropertyAsBoolean(std::string_view key, bool value);
+    /// Removes the key; nothing happens when it is absent.
+    void removeProperty(std::string_view key);
     bool hasProperty(std::string_view key) const;
     const PropertyMap &getProperties() const { return properties_; }
     /// False when the key is absent or holds a string.

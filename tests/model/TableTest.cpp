@@ -126,6 +126,18 @@ TEST(TableTest, BaseNameRenamesTablesButNotViews)
     EXPECT_EQ(view->getQueryString(), " SELECT o.id FROM orders o ");
 }
 
+TEST(FieldTest, RemovingAPropertyLeavesTheOthers)
+{
+    auto field = SQLField::fieldWithName("a", "int");
+    field->setProperty("comment", "c");
+    field->setPropertyAsBoolean("unique", true);
+    field->removeProperty("comment");
+    field->removeProperty("absent");
+    EXPECT_FALSE(field->hasProperty("comment"));
+    EXPECT_TRUE(field->getPropertyAsBoolean("unique"));
+    EXPECT_EQ(field->getProperties().size(), 1u);
+}
+
 TEST(FieldTest, StoresTextsExactly)
 {
     auto field = SQLField::fieldWithName(" [amount] ", " DECIMAL(10, 2) ");

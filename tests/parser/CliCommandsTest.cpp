@@ -60,7 +60,7 @@ TEST(CliModel, MergesFilesInOrderAndResolvesKeysAcrossThem)
     EXPECT_EQ(json["tables"][1]["name"], "t");
     EXPECT_EQ(json["tables"][0]["fields"][1]["references"]["resolved"], true) << merged.out;
     ASSERT_FALSE(json["exceptions"].empty());
-    EXPECT_EQ(json["exceptions"][0].get<std::string>().rfind("<stdin>: [1:22] ", 0), 0U) << json["exceptions"][0];
+    EXPECT_EQ(json["exceptions"][0].get<std::string>().rfind("<stdin>: [1:21] ", 0), 0U) << json["exceptions"][0];
 
     // Alone, the child's key stays unresolved.
     const nlohmann::json alone = nlohmann::json::parse(runCli("model " + child).out);
@@ -111,7 +111,7 @@ TEST(CliCheck, PrintsRecordsAsFileLineColumnAndExitsThreeWhenThereAreAny)
     EXPECT_EQ(some.exitCode, 3);
     EXPECT_EQ(some.err, "");
     ASSERT_GE(lines(some.out), 2U);
-    EXPECT_EQ(some.out.rfind(broken + ":2:23: Parse Error: ", 0), 0U) << some.out;
+    EXPECT_EQ(some.out.rfind(broken + ":2:22: Parse Error: ", 0), 0U) << some.out;
 
     const CliRun first = runCli("check --max 1 " + broken);
     EXPECT_EQ(first.exitCode, 3);
@@ -119,7 +119,7 @@ TEST(CliCheck, PrintsRecordsAsFileLineColumnAndExitsThreeWhenThereAreAny)
     EXPECT_EQ(runCli("check --max 0 " + broken).exitCode, 2);
 
     const CliRun stdinRun = runCli("check -", brokenScript);
-    EXPECT_EQ(stdinRun.out.rfind("<stdin>:1:23: ", 0), 0U) << stdinRun.out;
+    EXPECT_EQ(stdinRun.out.rfind("<stdin>:1:22: ", 0), 0U) << stdinRun.out;
 }
 
 TEST(CliCheck, UnreadableFilesFailButTheOthersAreStillChecked)
@@ -129,7 +129,7 @@ TEST(CliCheck, UnreadableFilesFailButTheOthersAreStillChecked)
     const CliRun run = runCli("check /nonexistent/x.sql " + scripts.dir() + " " + broken);
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(lines(run.err), 2U) << run.err;
-    EXPECT_NE(run.out.find(broken + ":1:23: "), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find(broken + ":1:22: "), std::string::npos) << run.out;
 }
 
 TEST(CliDiagram, WritesEachFormatToStandardOutputOrAFile)
