@@ -1,3 +1,6 @@
+// MySQL's SPATIAL [INDEX|KEY] at the start of an entry is marked before the
+// entry is predicted (kp_markSpatialIndex), so it reads as a FULLTEXT index.
+//
 // CREATE TABLE: the table's name, its column list and its options. Reached
 // from createObject after 'CREATE', the optional OR REPLACE and TEMPORARY.
 // The tree is flat; options the model keeps (engine, character set,
@@ -9,7 +12,8 @@
 
 createTable
     : 'TABLE' ( 'IF' T_NOT 'EXISTS' )? qualifiedObjectName
-      OPENPAREN ( subsequentTableEntry ( COMMA subsequentTableEntry )* )? CLOSEPAREN
+      OPENPAREN { kp_markSpatialIndex(RECOGNIZER); }
+      ( subsequentTableEntry ( COMMA { kp_markSpatialIndex(RECOGNIZER); } subsequentTableEntry )* )? CLOSEPAREN
       ( tableOption )?
     ;
     catch [ANTLR3_RECOGNITION_EXCEPTION] {
