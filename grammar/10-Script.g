@@ -183,7 +183,7 @@ unknownCreateObject
 @init { pANTLR3_COMMON_TOKEN first = LT(1); }
     : ~( 'PROCEDURE' | 'VIEW' | 'USER' | 'UNIQUE' | 'FUNCTION' | 'INDEX' | 'TABLE' | 'SEQUENCE'
          | 'OR' | 'ALGORITHM' | 'DEFINER' | 'SQL' | 'TEMPORARY' | 'TRIGGER' | 'EXTENSION'
-         | 'CLUSTERED' | 'NONCLUSTERED' | SEMI )
+         | 'CLUSTERED' | 'NONCLUSTERED' | 'FULLTEXT' | SEMI )
       ( ~SEMI )* SEMI
       { kp_logUnknownObjectType(RECOGNIZER, first, "CREATE"); }
     ;

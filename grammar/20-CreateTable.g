@@ -1,3 +1,6 @@
+// MySQL's SPATIAL [INDEX|KEY] at the start of an entry is marked before the
+// entry is predicted (kp_markSpatialIndex), so it reads as a FULLTEXT index.
+//
 // CREATE TABLE: the table's name, its column list and its options. Reached
 // from createObject after 'CREATE', the optional OR REPLACE and TEMPORARY.
 // The tree is flat; options the model keeps (engine, character set,
@@ -9,7 +12,7 @@
 
 createTable
     : 'TABLE' ( 'IF' T_NOT 'EXISTS' )? anyQualifiedName
-      ( OPENPAREN ( subsequentTableEntry ( tableEntrySeparator )* )? CLOSEPAREN
+      ( OPENPAREN { kp_markSpatialIndex(RECOGNIZER); } ( subsequentTableEntry ( tableEntrySeparator )* )? CLOSEPAREN
       | partitionOfParent
       )
       ( tableOption )?
@@ -27,7 +30,7 @@ createTable
 // another comma) is reported as an extraneous token and dropped, so that no
 // entry is lost and no empty entry is made of it.
 tableEntrySeparator
-    : c=COMMA
+    : c=COMMA { kp_markSpatialIndex(RECOGNIZER); }
       ( subsequentTableEntry -> COMMA subsequentTableEntry
       | { kp_reportDroppedToken(RECOGNIZER, $c); } ->
       )

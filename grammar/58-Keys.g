@@ -22,11 +22,16 @@ tablePKey[ANTLR3_BOOLEAN sortOrderAllowed]
     : tablePKeyEntry[sortOrderAllowed] ( COMMA tablePKeyEntry[sortOrderAllowed] )*
     ;
 
-// A bare column name: no prefix length (that form belongs to indexes). A
-// sort order is reported and dropped, except after SQL Server's CLUSTERED or
-// NONCLUSTERED, whose key columns take ASC and DESC; the key keeps the column.
+// A column name. MySQL's prefix length (s(100)) leaves nothing: the key is
+// a flag of its columns. A sort order is reported and dropped, except after
+// SQL Server's CLUSTERED or NONCLUSTERED, whose key columns take ASC and
+// DESC; the key keeps the column.
 tablePKeyEntry[ANTLR3_BOOLEAN sortOrderAllowed]
-    : listColumnName ( keySortOrder[sortOrderAllowed] )?
+    : listColumnName ( keyPrefixLength )? ( keySortOrder[sortOrderAllowed] )?
+    ;
+
+keyPrefixLength
+    : OPENPAREN INT CLOSEPAREN ->
     ;
 
 keyClustering
@@ -79,28 +84,70 @@ indexStorageOption
     ;
 
 // One kind word at most; the name may be the word PRIMARY; the method named
-// after USING is accepted before the column list.
+// after USING is accepted before the column list. SQL Server's included
+// columns and filter stay for the walker.
 tableIndex
+    : 'UNIQUE' ( keyClustering )? ( 'INDEX' | T_KEY )? tableIndexBody
+    | nonUniqueIndex
+    ;
+
+// Also what MySQL's ALTER TABLE ... ADD INDEX adds.
+nonUniqueIndex
     : ( ( 'FULL' 'TEXT' | 'FULLTEXT' | 'CLUSTERED' ) ( 'INDEX' | T_KEY )?
-      | 'UNIQUE' ( keyClustering )? ( 'INDEX' | T_KEY )?
       | 'INDEX'
       | T_KEY
       )
-      ( T_PRIMARY | objectName )? ( 'USING' objectName )?
-      OPENPAREN indexEntry ( COMMA indexEntry )* CLOSEPAREN ( constraint_state )?
+      tableIndexBody
     ;
 
-// A column, with a prefix length (a(10)) or a name in parentheses (an
-// expression such as lower(name) in CREATE INDEX).
+tableIndexBody
+    : ( T_PRIMARY | objectName )? ( 'USING' objectName )?
+      OPENPAREN indexEntry ( COMMA indexEntry )* CLOSEPAREN
+      ( constraint_state )?
+      ( indexInclude ( indexFilter )? ( indexStorageOption )* | indexFilter ( indexStorageOption )* )?
+    ;
+
+// A column, with a prefix length (a(10)) or a name in parentheses (lower(name)
+// reads as that form), or else an expression: a function call, an operation,
+// or an expression in parentheses (MySQL's functional key parts,
+// PostgreSQL's and Oracle's expression indexes).
 indexEntry
+    : ( columnIndexEntry ( COMMA | CLOSEPAREN ) )=> columnIndexEntry
+    | indexExpression ( indexEntryOptions )*
+    ;
+
+columnIndexEntry
     : listColumnName ( OPENPAREN ( fieldSize | objectName ) CLOSEPAREN )? ( indexEntryOptions )*
     ;
 
-// Sort order, collation, null ordering and operator classes.
+// The expression's tokens up to the sort order or collation, the COMMA or
+// the CLOSEPAREN that ends the entry (parentheses balanced) leave one
+// INDEX_EXPRESSION node that carries their text without the parentheses
+// around it.
+indexExpression
+@after { kp_carryIndexExpression(RECOGNIZER, retval.tree, retval.start, LT(-1)); }
+    : ( parenthesisedTokens | listColumnName ) { kp_skipIndexExpressionRest(RECOGNIZER) }?
+      -> INDEX_EXPRESSION[$start]
+    ;
+
+// Sort order, collation, null ordering and operator classes (which may be
+// schema-qualified).
 indexEntryOptions
     : 'COLLATE' objectName
     | 'ASC'
     | 'DESC'
     | 'NULLS' ( 'FIRST' | 'LAST' )
-    | STRING
+    | STRING ( '.' objectName )?
+    ;
+
+// INCLUDE (columns) of PostgreSQL and SQL Server.
+indexInclude
+    : { kp_isWord(LT(1), "INCLUDE") }?=> STRING OPENPAREN idList CLOSEPAREN
+    ;
+
+// A partial index's WHERE: the predicate's text rides on the WHERE token.
+indexFilter
+    : where='WHERE' condition=boolean_expression
+      { setCustomStringValueOnToken(RECOGNIZER, $where, $condition.start, $condition.stop); }
+      -> $where
     ;

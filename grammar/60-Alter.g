@@ -24,9 +24,12 @@ existingRowsCheck
     : T_WITH ( T_CHECK | { kp_isWord(LT(1), "NOCHECK") }?=> STRING ) ->
     ;
 
+// SQL Server adds several named constraints after one ADD: ADD CONSTRAINT
+// a DEFAULT (0) FOR x, CONSTRAINT b DEFAULT ('') FOR y.
 alter_table_clause
     : supported_alter_table_clause
     | unsupported_alter_table_clause
+    | 'CONSTRAINT' qualifiedObjectName addedConstraintBody
     ;
 
 // Oracle also adds constraints as a parenthesised list: ADD (CONSTRAINT ...,
@@ -36,10 +39,16 @@ supported_alter_table_clause
     | ignored_enable_disable_clause
     ;
 
-// The constraint name may be left out or be schema-qualified. Oracle writes
-// the constraint's state (ENABLE, DISABLE NOVALIDATE ...) after it.
+// The constraint name may be left out or be schema-qualified.
 addedConstraint
-    : ( 'CONSTRAINT' ( qualifiedObjectName )? )? ( foreignKeyConstraint | alterPrimaryKey | checkConstraint )
+    : ( 'CONSTRAINT' ( qualifiedObjectName )? )? addedConstraintBody
+    ;
+
+// Oracle writes the constraint's state (ENABLE, DISABLE NOVALIDATE ...) after
+// it. SQL Server's DEFAULT value FOR column sets the column's default; the
+// value's text rides on the DEFAULT token as in a column definition.
+addedConstraintBody
+    : ( foreignKeyConstraint | alterPrimaryKey | checkConstraint | fieldDefaultValue 'FOR' objectName )
       ( ignored_enable_disable_clause )*
     ;
 
@@ -48,10 +57,10 @@ addedConstraint
 // they are reported unless SQL Server's CLUSTERED or NONCLUSTERED allows them.
 alterPrimaryKey
 @init { ANTLR3_BOOLEAN clustered = ANTLR3_FALSE; }
-    : ( T_PRIMARY T_KEY ( keyClustering { clustered = ANTLR3_TRUE; } )?
-      | 'UNIQUE' ( keyClustering { clustered = ANTLR3_TRUE; } )? ( 'INDEX' | T_KEY )?
-      ) ( objectName )?
+    : T_PRIMARY T_KEY ( keyClustering { clustered = ANTLR3_TRUE; } )? ( objectName )? ( keyMethod )?
       OPENPAREN tablePKey[clustered] CLOSEPAREN ( alterPrimaryKeyOptions )*
+    | 'UNIQUE' ( keyClustering )? ( 'INDEX' | T_KEY )? ( objectName )? ( keyMethod )?
+      OPENPAREN indexEntry ( COMMA indexEntry )* CLOSEPAREN ( alterPrimaryKeyOptions )*
     ;
 
 alterPrimaryKeyOptions
@@ -103,8 +112,7 @@ unsupported_alter_table_clause
 // Added columns and plain indexes are not applied to the model. The empty
 // alternative lets a clause list hold empty entries (ALTER TABLE t;).
 // Beyond the MySQL, PostgreSQL and Oracle forms: PostgreSQL's ATTACH and
-// DETACH PARTITION, SQL Server's default constraints (ADD DEFAULT ... FOR)
-// and CHECK / NOCHECK CONSTRAINT.
+// DETACH PARTITION, SQL Server's CHECK / NOCHECK CONSTRAINT.
 unsupported_alter_table_clause_entry
     : ( tableOptionEntry )+
     | storage_alteration
@@ -136,7 +144,6 @@ unsupported_alter_table_clause_entry
             | storage_parameterOptions
             )
     | 'OWNER' 'TO' objectName
-    | 'ADD' ( 'CONSTRAINT' objectName )? T_DEFAULT fieldDefaultValueEntry 'FOR' objectName
     | ( T_CHECK | { kp_isWord(LT(1), "NOCHECK") }?=> STRING ) 'CONSTRAINT' objectName
     | { kp_isWord(LT(1), "ATTACH") || kp_isWord(LT(1), "DETACH") }?=> STRING 'PARTITION' balancedTokens
     ;

@@ -7,40 +7,40 @@ createIndex
     ;
 
 // Index and table names may be schema-qualified. CONCURRENTLY, ONLY (an
-// index of a partitioned table) and the method are accepted and ignored.
-// SQL Server's NONCLUSTERED (the default) leaves no node, nor does CLUSTERED
-// after UNIQUE: the index type is one word.
+// index of a partitioned table) and the method (any name: btree, gin, hnsw
+// ...) are accepted and ignored. SQL Server's NONCLUSTERED (the default)
+// leaves no node, nor does CLUSTERED after UNIQUE: the index type is one
+// word, as is MySQL's FULLTEXT.
 createIndexCore
-    : ( 'UNIQUE' ( 'CLUSTERED'! | 'NONCLUSTERED'! )? | 'CLUSTERED' | 'NONCLUSTERED'! )?
+    : ( 'UNIQUE' ( 'CLUSTERED'! | 'NONCLUSTERED'! )? | 'CLUSTERED' | 'NONCLUSTERED'! | 'FULLTEXT' )?
       'INDEX' ( 'CONCURRENTLY' )? qualifiedObjectName
       'ON' ( 'ONLY' )? qualifiedObjectName ( 'USING' using_index_method )?
       OPENPAREN indexEntry ( COMMA indexEntry )* CLOSEPAREN
     ;
 
+// BTREE, HASH and the other methods are names; GIST and GIN name columns only.
 using_index_method
-    : 'BTREE'
-    | T_HASH
+    : objectName
     | 'GIST'
     | 'GIN'
     ;
 
-// What the dialects write after the column list: a partial index's WHERE,
-// storage parameters, included columns, MySQL's method and comment, SQL
-// Server's file group, Oracle's index clauses. None leaves a node.
+// What the dialects write after the column list: storage parameters, MySQL's
+// method and comment, SQL Server's file group, Oracle's index clauses leave
+// nothing; a partial index's WHERE and the included columns stay for the
+// walker.
 createIndexOptions
-    : ( createIndexOption )* ->
+    : ( createIndexOption | indexInclude | indexFilter )*
     ;
 
 createIndexOption
-    : 'WHERE' boolean_expression
-    | indexStorageOption
-    | { kp_isWord(LT(1), "INCLUDE") }?=> STRING OPENPAREN idList CLOSEPAREN
-    | mysql_index_type
-    | 'COMMENT' ( STRING | QUOTED_STRING )
-    | global_partioned_index
-    | local_partioned_index
-    | index_attributes
-    | domain_index_clause
+    : indexStorageOption ->
+    | mysql_index_type ->
+    | 'COMMENT' ( STRING | QUOTED_STRING ) ->
+    | global_partioned_index ->
+    | local_partioned_index ->
+    | index_attributes ->
+    | domain_index_clause ->
     ;
 
 // Options in any order, repeatable, none required. Oracle and PostgreSQL

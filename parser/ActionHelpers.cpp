@@ -275,6 +275,17 @@ bool kp_keywordColumnAhead(pANTLR3_BASE_RECOGNIZER recognizer)
     return true;
 }
 
+void kp_markSpatialIndex(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    // T__424 is the keyword 'FULLTEXT' (its number is fixed by lexer/keywords.txt).
+    constexpr ANTLR3_UINT32 fulltextType = T__424;
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    pANTLR3_COMMON_TOKEN word = stream->_LT(stream, 1);
+    if (kp_isWord(word, "SPATIAL") && indexFollows(stream, 2)) {
+        word->setType(word, fulltextType);
+    }
+}
+
 bool kp_columnTypeAhead(pANTLR3_COMMON_TOKEN token)
 {
     if (token == nullptr) {
@@ -500,6 +511,46 @@ void setCustomStringValueOnToken(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COM
     carrier->custom = const_cast<std::string *>(session->addCustomValue(std::move(text)));
 }
 
+void kp_carryIndexExpression(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE carrier,
+                             pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop)
+{
+    ParseSession *session = kp_session(recognizer);
+    pANTLR3_COMMON_TOKEN token = carrier != nullptr ? carrier->getToken(carrier) : nullptr;
+    if (session == nullptr || token == nullptr || start == nullptr || stop == nullptr) {
+        return;
+    }
+    // Drop the parentheses only when the one that opens the expression is
+    // the one that closes it: not for (a) + (b).
+    if (start->type == OPENPAREN && stop->type == CLOSEPAREN && stop->index > start->index) {
+        pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+        int depth = 0;
+        bool wraps = true;
+        for (ANTLR3_MARKER i = start->index; i <= stop->index && wraps; ++i) {
+            pANTLR3_COMMON_TOKEN inner = stream->get(stream, static_cast<ANTLR3_UINT32>(i));
+            if (inner == nullptr || inner->channel != ANTLR3_TOKEN_DEFAULT_CHANNEL) {
+                continue;
+            }
+            depth += inner->type == OPENPAREN ? 1 : inner->type == CLOSEPAREN ? -1 : 0;
+            wraps = depth > 0 || i == stop->index;
+        }
+        if (wraps) {
+            std::string text = kp_sourceText(start, stop);
+            text = text.size() > 2 ? text.substr(1, text.size() - 2) : std::string();
+            const size_t first = text.find_first_not_of(" \t\r\n");
+            text = first == std::string::npos ? std::string()
+                                              : text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
+            if (!text.empty()) {
+                token->custom = const_cast<std::string *>(session->addCustomValue(std::move(text)));
+            }
+            return;
+        }
+    }
+    std::string text = kp_sourceText(start, stop);
+    if (!text.empty()) {
+        token->custom = const_cast<std::string *>(session->addCustomValue(std::move(text)));
+    }
+}
+
 const std::string *kp_customValue(pANTLR3_BASE_TREE node)
 {
     pANTLR3_COMMON_TOKEN token = node != nullptr ? node->getToken(node) : nullptr;
@@ -585,6 +636,24 @@ void kp_skipToClosingParenthesis(pANTLR3_BASE_RECOGNIZER recognizer)
         const ANTLR3_UINT32 next = is->_LA(is, 1);
         if (next == ANTLR3_TOKEN_EOF || next == SEMI || (next == CLOSEPAREN && depth == 0)) {
             return;
+        }
+        depth += next == OPENPAREN ? 1 : next == CLOSEPAREN ? -1 : 0;
+        is->consume(is);
+    }
+}
+
+bool kp_skipIndexExpressionRest(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    pANTLR3_INT_STREAM is = stream->istream;
+    long depth = 0;
+    for (;;) {
+        const ANTLR3_UINT32 next = is->_LA(is, 1);
+        if (next == ANTLR3_TOKEN_EOF || next == SEMI || (depth == 0 && (next == CLOSEPAREN || next == COMMA))) {
+            return true;
+        }
+        if (depth == 0 && tokenIsAnyWord(stream->_LT(stream, 1), {"ASC", "DESC", "NULLS", "COLLATE"})) {
+            return true;
         }
         depth += next == OPENPAREN ? 1 : next == CLOSEPAREN ? -1 : 0;
         is->consume(is);

@@ -20,6 +20,12 @@ std::string kp_sourceText(pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop)
 void setCustomStringValueOnToken(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN carrier,
                                  pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop);
 
+// Attaches the source text of an index expression start..stop to the node
+// that stands for it, without the one pair of parentheses that may enclose
+// the whole expression: (b + c) carries "b + c", lower(x) "lower(x)".
+void kp_carryIndexExpression(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE carrier,
+                             pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop);
+
 // The source text that setCustomStringValueOnToken attached to a node's
 // token, or nullptr.
 const std::string *kp_customValue(pANTLR3_BASE_TREE node);
@@ -43,6 +49,13 @@ pANTLR3_BASE_TREE kp_treeEndingInError(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR
 // Consumes the tokens after an OPENPAREN up to the CLOSEPAREN that closes it,
 // which is left; stops early at SEMI or the end of input.
 void kp_skipToClosingParenthesis(pANTLR3_BASE_RECOGNIZER recognizer);
+
+// Consumes the rest of an index expression: the tokens up to the COMMA or
+// CLOSEPAREN that ends the entry (parentheses balanced) or a sort order or
+// collation word after it; stops early at SEMI or the end of input. Always
+// true: it runs as a predicate, so that it also runs while a decision tries
+// the entry ahead.
+bool kp_skipIndexExpressionRest(pANTLR3_BASE_RECOGNIZER recognizer);
 
 // ---- Tree walker -----------------------------------------------------------
 

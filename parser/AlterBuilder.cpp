@@ -78,14 +78,28 @@ void kp_setPrimaryKeyColumns(SQLTable *table, const std::vector<std::string> *co
     }
 }
 
-void kp_addUniqueKey(SQLTable *table, pANTLR3_BASE_TREE nameNode, const std::vector<std::string> *columns)
+SQLIndex *kp_addUniqueKey(SQLTable *table, pANTLR3_BASE_TREE nameNode)
 {
-    if (table == nullptr || columns == nullptr) {
-        return;
+    if (table == nullptr) {
+        return nullptr;
     }
     std::optional<std::string> name;
-    if (nameNode != nullptr) {
+    if (nameNode != nullptr && !kp_isRecoveryNode(nameNode)) {
         name = kp_nodeText(nameNode);
     }
-    table->addParsedIndexWithName(name, *columns, "UNIQUE");
+    return table->addParsedIndexWithName(name, {}, "UNIQUE");
+}
+
+void kp_setColumnDefaultFromToken(SQLTable *table, pANTLR3_BASE_TREE columnName, pANTLR3_BASE_TREE defaultNode)
+{
+    if (table == nullptr || columnName == nullptr || kp_isRecoveryNode(columnName)) {
+        return;
+    }
+    const std::string name = kp_nodeText(columnName);
+    SQLField *field = table->getFieldByName(name);
+    if (field == nullptr) {
+        logf("can't find default value column. %s", name.c_str());
+        return;
+    }
+    kp_setDefaultFromToken(field, defaultNode);
 }

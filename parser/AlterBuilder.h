@@ -24,6 +24,11 @@ void kp_takeConstraintName(std::optional<std::string> *current, const std::vecto
 const std::string *kp_currentConstraintName(const std::optional<std::string> *current);
 // ADD PRIMARY KEY: exactly these columns become the primary key.
 void kp_setPrimaryKeyColumns(SQLTable *table, const std::vector<std::string> *columns);
-// ADD UNIQUE: an index of type "UNIQUE" over the columns, named when a name
-// was written.
-void kp_addUniqueKey(SQLTable *table, pANTLR3_BASE_TREE nameNode, const std::vector<std::string> *columns);
+// ADD UNIQUE: an index of type "UNIQUE", named when a name was written, added
+// to the table before its entries (kp_addIndexEntry) are read; nullptr
+// without a table.
+SQLIndex *kp_addUniqueKey(SQLTable *table, pANTLR3_BASE_TREE nameNode);
+// SQL Server's ADD [CONSTRAINT c] DEFAULT value FOR column: the column's
+// default is the text the DEFAULT node carries, as in a column definition.
+// An unknown column is only logged.
+void kp_setColumnDefaultFromToken(SQLTable *table, pANTLR3_BASE_TREE columnName, pANTLR3_BASE_TREE defaultNode);

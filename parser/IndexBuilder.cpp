@@ -24,16 +24,15 @@ void kp_setIndexNameFromParts(SQLIndex *index, const std::vector<std::string> *n
     }
 }
 
-void kp_addIndexToNamedTable(SQLContainer *container, const std::vector<std::string> *tableParts,
-                             std::unique_ptr<SQLIndex> index)
+SQLIndex *kp_addIndexToNamedTable(SQLContainer *container, const std::vector<std::string> *tableParts,
+                                  std::unique_ptr<SQLIndex> index)
 {
     if (container == nullptr || tableParts == nullptr || tableParts->empty()) {
-        return;
+        return nullptr;
     }
     SQLObject *target = tableParts->size() == 1
                             ? container->getObjectWithSchema((*tableParts)[0], std::nullopt)
                             : container->getObjectWithSchema((*tableParts)[1], (*tableParts)[0]);
-    if (auto *table = dynamic_cast<SQLTable *>(target)) {
-        table->add(std::move(index));
-    }
+    auto *table = dynamic_cast<SQLTable *>(target);
+    return table != nullptr ? table->add(std::move(index)) : nullptr;
 }

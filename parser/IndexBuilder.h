@@ -16,7 +16,7 @@ void kp_setIndexType(SQLIndex *index, const char *indexType);
 // Names the index after the last of its name parts (a schema prefix is dropped).
 void kp_setIndexNameFromParts(SQLIndex *index, const std::vector<std::string> *nameParts);
 // Adds the index to the table named by one part (table) or two (schema,
-// table), looked up in the container. Without such a table the index is
-// dropped, silently.
-void kp_addIndexToNamedTable(SQLContainer *container, const std::vector<std::string> *tableParts,
-                             std::unique_ptr<SQLIndex> index);
+// table), looked up in the container, and returns it. Without such a table
+// the index is dropped, silently, and the result is nullptr.
+SQLIndex *kp_addIndexToNamedTable(SQLContainer *container, const std::vector<std::string> *tableParts,
+                                  std::unique_ptr<SQLIndex> index);

@@ -55,6 +55,12 @@ std::unique_ptr<SQLIndex> kp_newClusteredIndex()
     return kp_newTableIndex("CLUSTERED");
 }
 
+std::unique_ptr<SQLIndex> kp_newKindWordIndex(pANTLR3_BASE_TREE kindWord)
+{
+    return kp_newTableIndex(kindWord != nullptr && kp_textIsWord(kp_nodeText(kindWord), "SPATIAL") ? "SPATIAL"
+                                                                                                 : "FULLTEXT");
+}
+
 void kp_setIndexName(SQLIndex *index, pANTLR3_BASE_TREE nameNode)
 {
     if (index != nullptr && nameNode != nullptr && !kp_isRecoveryNode(nameNode)) {
@@ -82,10 +88,40 @@ void kp_addIndexEntry(SQLIndex *index, pANTLR3_BASE_TREE column, pANTLR3_BASE_TR
     index->addIndexEntry(std::move(entry));
 }
 
-void kp_addTableIndex(SQLTable *table, std::unique_ptr<SQLIndex> index)
+void kp_addIndexExpressionEntry(SQLIndex *index, pANTLR3_BASE_TREE expression)
 {
-    if (table != nullptr) {
-        table->addWithRenaming(std::move(index));
+    const std::string *text = kp_customValue(expression);
+    if (index == nullptr || text == nullptr) {
+        return;
+    }
+    auto entry = std::make_unique<SQLIndexEntry>();
+    entry->setName(*text);
+    index->setFieldName(*text);
+    index->addIndexEntry(std::move(entry));
+}
+
+SQLIndex *kp_addTableIndex(SQLTable *table, std::unique_ptr<SQLIndex> index)
+{
+    return table != nullptr ? table->addWithRenaming(std::move(index)) : nullptr;
+}
+
+void kp_setIndexIncludedColumns(SQLIndex *index, const std::vector<std::string> *columns)
+{
+    if (index == nullptr || columns == nullptr || columns->empty()) {
+        return;
+    }
+    std::string text;
+    for (const std::string &column : *columns) {
+        text += (text.empty() ? "" : ", ") + SchemaModel::trim(column);
+    }
+    index->setProperty("include", text);
+}
+
+void kp_setIndexFilterFromToken(SQLIndex *index, pANTLR3_BASE_TREE whereNode)
+{
+    const std::string *predicate = kp_customValue(whereNode);
+    if (index != nullptr && predicate != nullptr) {
+        index->setProperty("where", *predicate);
     }
 }
 

@@ -25,6 +25,10 @@ std::unique_ptr<SQLIndex> kp_newUniqueConstraint();
 std::unique_ptr<SQLIndex> kp_newTableIndex(const char *indexType);
 // A CLUSTERED table element: a "CLUSTERED" index, traced as found.
 std::unique_ptr<SQLIndex> kp_newClusteredIndex();
+// A FULLTEXT table element, or MySQL's SPATIAL that reaches the walker as one
+// (see kp_markSpatialIndex): typed "FULLTEXT" or "SPATIAL" by the
+// kind word's text.
+std::unique_ptr<SQLIndex> kp_newKindWordIndex(pANTLR3_BASE_TREE kindWord);
 // Names the index after a node's text (an index name, or the word PRIMARY as
 // written).
 void kp_setIndexName(SQLIndex *index, pANTLR3_BASE_TREE nameNode);
@@ -33,8 +37,18 @@ void kp_setIndexName(SQLIndex *index, pANTLR3_BASE_TREE nameNode);
 // The index's field name follows each entry, so it ends as the last one's.
 void kp_addIndexEntry(SQLIndex *index, pANTLR3_BASE_TREE column, pANTLR3_BASE_TREE prefixSize,
                       pANTLR3_BASE_TREE innerName);
-// Adds a finished table element to its table, renaming it on a name clash.
-void kp_addTableIndex(SQLTable *table, std::unique_ptr<SQLIndex> index);
+// Adds an expression entry, named by the expression's text that its node
+// carries (see kp_carryIndexExpression); the index's field name follows it.
+void kp_addIndexExpressionEntry(SQLIndex *index, pANTLR3_BASE_TREE expression);
+// Adds a finished table element to its table, renaming it on a name clash;
+// returns it, or nullptr without a table.
+SQLIndex *kp_addTableIndex(SQLTable *table, std::unique_ptr<SQLIndex> index);
+// INCLUDE (d, e): the property "include" holds the column names joined by
+// ", ".
+void kp_setIndexIncludedColumns(SQLIndex *index, const std::vector<std::string> *columns);
+// A partial index's WHERE: the property "where" holds the predicate's text
+// that the WHERE node carries.
+void kp_setIndexFilterFromToken(SQLIndex *index, pANTLR3_BASE_TREE whereNode);
 
 // ---- Foreign keys ----------------------------------------------------------
 

@@ -179,6 +179,11 @@ bool kp_isColumnEndAtWord(pANTLR3_BASE_RECOGNIZER recognizer);
 void kp_dropColumnEndAtWord(pANTLR3_BASE_RECOGNIZER recognizer);
 // Makes a matched name token a STRING (a quoted name stays as it is).
 void kp_retypeAsName(pANTLR3_COMMON_TOKEN token);
+// At the start of a table's element: MySQL's SPATIAL [INDEX|KEY] [name] (...)
+// (the word SPATIAL followed by what starts an index; a column may be called
+// spatial) becomes a FULLTEXT token, the kind word whose path it shares; its
+// text stays as written, and the walker reads it.
+void kp_markSpatialIndex(pANTLR3_BASE_RECOGNIZER recognizer);
 // True for END followed by IF, LOOP, REPEAT or WHILE: the end of a construct
 // inside a block, not the end of the block.
 bool kp_isConstructEnd(pANTLR3_COMMON_TOKEN end, pANTLR3_COMMON_TOKEN next);

@@ -47,26 +47,46 @@ foreignKey[SQLTable *table, const std::string *constraintName]
     }
 
 // UNIQUE makes a unique constraint, the other forms an index (typed by the
-// kind word). The name may be the word PRIMARY; the USING method is ignored.
+// kind word; MySQL's SPATIAL arrives as a FULLTEXT node that keeps its text).
+// The name may be the word PRIMARY; the USING method is ignored. Included
+// columns and a filter become properties of the index once it is added.
 tableIndex[SQLTable *table, const std::string *constraintName]
 @init { std::unique_ptr<SQLIndex> index; }
-    : ( 'UNIQUE' { index = kp_newUniqueConstraint(); } ( 'INDEX' | T_KEY )?
-      | 'FULL' 'TEXT' { index = kp_newTableIndex("FULL TEXT"); } ( 'INDEX' | T_KEY )?
-      | 'FULLTEXT' { index = kp_newTableIndex("FULLTEXT"); } ( 'INDEX' | T_KEY )?
-      | 'CLUSTERED' { index = kp_newClusteredIndex(); } ( 'INDEX' | T_KEY )?
-      | ( 'INDEX' | T_KEY ) { index = kp_newTableIndex(NULL); }
-      )
-      ( primary=T_PRIMARY { kp_setIndexName(index.get(), $primary); }
-      | name=objectName { kp_setIndexName(index.get(), $name.start); }
-      )?
-      ( 'USING' objectName )?
-      OPENPAREN indexEntry[index.get()] ( COMMA indexEntry[index.get()] )* CLOSEPAREN
-      { kp_addTableIndex(table, std::move(index)); }
+    : 'UNIQUE' { index = kp_newUniqueConstraint(); } ( 'INDEX' | T_KEY )? tableIndexBody[table, index.release()]
+    | nonUniqueIndex[table]
     ;
     catch [ANTLR3_RECOGNITION_EXCEPTION] {
     }
 
-// A column with its prefix length, or with a name in parentheses.
+// Also what MySQL's ALTER TABLE ... ADD INDEX adds.
+nonUniqueIndex[SQLTable *table]
+@init { std::unique_ptr<SQLIndex> index; }
+    : ( 'FULL' 'TEXT' { index = kp_newTableIndex("FULL TEXT"); } ( 'INDEX' | T_KEY )?
+      | kind='FULLTEXT' { index = kp_newKindWordIndex($kind); } ( 'INDEX' | T_KEY )?
+      | 'CLUSTERED' { index = kp_newClusteredIndex(); } ( 'INDEX' | T_KEY )?
+      | ( 'INDEX' | T_KEY ) { index = kp_newTableIndex(NULL); }
+      )
+      tableIndexBody[table, index.release()]
+    ;
+    catch [ANTLR3_RECOGNITION_EXCEPTION] {
+    }
+
+// Takes ownership of the index it is given.
+tableIndexBody[SQLTable *table, SQLIndex *newIndex]
+@init { std::unique_ptr<SQLIndex> index(newIndex); SQLIndex *added = NULL; }
+    : ( primary=T_PRIMARY { kp_setIndexName(index.get(), $primary); }
+      | name=objectName { kp_setIndexName(index.get(), $name.start); }
+      )?
+      ( 'USING' objectName )?
+      OPENPAREN indexEntry[index.get()] ( COMMA indexEntry[index.get()] )* CLOSEPAREN
+      { added = kp_addTableIndex(table, std::move(index)); }
+      ( indexClause[added] )*
+    ;
+    catch [ANTLR3_RECOGNITION_EXCEPTION] {
+    }
+
+// A column with its prefix length, or with a name in parentheses; or an
+// expression, named by its text.
 indexEntry[SQLIndex *index]
 @init { pANTLR3_BASE_TREE prefixSize = NULL; pANTLR3_BASE_TREE innerName = NULL; }
     : column=objectName
@@ -75,26 +95,36 @@ indexEntry[SQLIndex *index]
       )?
       ( indexEntryOptions )*
       { kp_addIndexEntry(index, $column.start, prefixSize, innerName); }
+    | expression=INDEX_EXPRESSION ( indexEntryOptions )*
+      { kp_addIndexExpressionEntry(index, $expression); }
     ;
     catch [ANTLR3_RECOGNITION_EXCEPTION] {
     }
 
-// Sort order, collation and null ordering do not reach the model.
+// Sort order, collation, null ordering and operator classes do not reach
+// the model.
 indexEntryOptions
     : 'COLLATE' objectName
     | 'ASC'
     | 'DESC'
     | 'NULLS' ( 'FIRST' | 'LAST' )
-    | STRING
+    | STRING ( '.' objectName )?
+    ;
+
+// INCLUDE (columns) and a partial index's WHERE, after the column list.
+indexClause[SQLIndex *index]
+    : STRING OPENPAREN included=idList CLOSEPAREN { kp_setIndexIncludedColumns(index, $included.names); }
+    | where='WHERE' { kp_setIndexFilterFromToken(index, $where); }
     ;
 
 // ALTER TABLE ... ADD PRIMARY KEY hands the whole column list to the table;
-// ADD UNIQUE makes an index of type UNIQUE. Deferrability is matched only.
+// ADD UNIQUE makes an index of type UNIQUE, whose entries are read as in a
+// table definition. Deferrability is matched only.
 alterPrimaryKey[SQLTable *table]
-@init { pANTLR3_BASE_TREE uniqueName = NULL; }
+@init { pANTLR3_BASE_TREE uniqueName = NULL; SQLIndex *unique = NULL; }
     : T_PRIMARY T_KEY ( objectName )? OPENPAREN keyColumns=idList CLOSEPAREN ( deferrableOptions[NULL] )?
       { kp_setPrimaryKeyColumns(table, $keyColumns.names); }
     | 'UNIQUE' ( 'INDEX' | T_KEY )? ( name=objectName { uniqueName = $name.start; } )?
-      OPENPAREN uniqueColumns=idList CLOSEPAREN ( deferrableOptions[NULL] )?
-      { kp_addUniqueKey(table, uniqueName, $uniqueColumns.names); }
+      OPENPAREN { unique = kp_addUniqueKey(table, uniqueName); }
+      indexEntry[unique] ( COMMA indexEntry[unique] )* CLOSEPAREN ( deferrableOptions[NULL] )?
     ;

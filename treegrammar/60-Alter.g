@@ -1,5 +1,6 @@
 // ALTER TABLE applies added constraints (CHECK, FOREIGN KEY, PRIMARY KEY,
-// UNIQUE) to a table that an earlier statement built; every other
+// UNIQUE, SQL Server's DEFAULT ... FOR) to a table that an earlier statement
+// built; every other
 // clause arrives as an IGNORED_NODE and changes nothing. The table is
 // looked up for each ADD; a missing one is recorded each time and the
 // constraint is walked without it.
@@ -21,6 +22,9 @@ alterTableInstruction[SQLContainer *c]
           | OPENPAREN addedConstraint[table, &constraintName] ( COMMA addedConstraint[table, &constraintName] )*
             CLOSEPAREN
           )
+        | 'CONSTRAINT' { table = kp_alterTargetTable(RECOGNIZER, c, nameParts, $tableWord); }
+          cn=qualifiedObjectName { kp_takeConstraintName(&constraintName, $cn.parts); }
+          addedConstraintBody[table, &constraintName]  // SQL Server: ADD CONSTRAINT a ..., CONSTRAINT b ...
         | IGNORED_NODE
         | errorNode
         )
@@ -31,8 +35,19 @@ alterTableInstruction[SQLContainer *c]
 
 addedConstraint[SQLTable *table, std::optional<std::string> *constraintName]
     : ( 'CONSTRAINT' ( cn=qualifiedObjectName { kp_takeConstraintName(constraintName, $cn.parts); } )? )?
-      ( checkConstraint[table, kp_currentConstraintName(constraintName)]
+      addedConstraintBody[table, constraintName]
+    ;
+
+addedConstraintBody[SQLTable *table, std::optional<std::string> *constraintName]
+    : ( checkConstraint[table, kp_currentConstraintName(constraintName)]
       | foreignKey[table, kp_currentConstraintName(constraintName)]
       | alterPrimaryKey[table]
+      | defaultFor[table]
       )
+    ;
+
+// SQL Server's DEFAULT value FOR column: the column's default, as a column
+// definition would set it.
+defaultFor[SQLTable *table]
+    : T_DEFAULT 'FOR' column=objectName { kp_setColumnDefaultFromToken(table, $column.start, $T_DEFAULT); }
     ;

@@ -2,25 +2,28 @@
 // (a missing table drops it, silently); CREATE SEQUENCE is matched and makes
 // nothing.
 
-// UNIQUE and CLUSTERED become the index type; a schema prefix on the index
-// name is dropped. The index is added once its column list is read, so a
-// broken trailing option does not lose it.
+// UNIQUE, CLUSTERED and FULLTEXT become the index type; a schema prefix on
+// the index name is dropped. The index is added once its column list is
+// read, so a broken trailing option does not lose it; its included columns
+// and filter then become its properties.
 createIndex[SQLContainer *c]
-@init { std::unique_ptr<SQLIndex> index = kp_newStatementIndex(); }
+@init { std::unique_ptr<SQLIndex> index = kp_newStatementIndex(); SQLIndex *added = NULL; }
     : ( 'UNIQUE' { kp_setIndexType(index.get(), "UNIQUE"); }
       | 'CLUSTERED' { kp_setIndexType(index.get(), "CLUSTERED"); }
+      | 'FULLTEXT' { kp_setIndexType(index.get(), "FULLTEXT"); }
       )?
       'INDEX' ( 'CONCURRENTLY' )? name=qualifiedObjectName { kp_setIndexNameFromParts(index.get(), $name.parts); }
       'ON' ( 'ONLY' )? target=qualifiedObjectName
       ( 'USING' ( using_index_method | errorNode ) )?
       OPENPAREN indexEntry[index.get()] ( COMMA indexEntry[index.get()] )* CLOSEPAREN
-      { kp_addIndexToNamedTable(c, $target.parts, std::move(index)); }
-      ( errorNode )*
+      { added = kp_addIndexToNamedTable(c, $target.parts, std::move(index)); }
+      ( indexClause[added] | errorNode )*
     ;
 
+// The method is ignored.
+// BTREE, HASH and the other methods are names; GIST and GIN name columns only.
 using_index_method
-    : 'BTREE'
-    | T_HASH
+    : objectName
     | 'GIST'
     | 'GIN'
     ;

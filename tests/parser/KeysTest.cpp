@@ -48,12 +48,14 @@ TEST(TableKeys, SortOrderOnKeyColumnsIsReportedUnlessClustered)
     EXPECT_EQ(primaryKeyNames(tableNamed(clustered, "s")), (Names{"a", "b"}));
     EXPECT_EQ(primaryKeyNames(tableNamed(clustered, "n")), Names{"a"});
 
+    // ADD UNIQUE reads its entries as an index does: a sort order is no error there.
     const ParseResult plain = parse("CREATE TABLE p (a INT, b INT, PRIMARY KEY (a, b DESC));\n"
                                     "ALTER TABLE p ADD CONSTRAINT u UNIQUE (a ASC);\n");
-    ASSERT_EQ(plain.records.size(), 4u);
+    ASSERT_EQ(plain.records.size(), 2u);
     EXPECT_NE(plain.records[0].find("[1:48]"), std::string::npos) << plain.records[0];
-    EXPECT_NE(plain.records[2].find("[2:41]"), std::string::npos) << plain.records[2];
     EXPECT_EQ(primaryKeyNames(tableNamed(plain, "p")), (Names{"a", "b"}));
+    ASSERT_EQ(tableNamed(plain, "p").indexes().size(), 1u);
+    EXPECT_EQ(tableNamed(plain, "p").indexes()[0]->getFieldName(), std::optional<std::string>("a"));
 }
 
 // A primary-key column takes no prefix length; a broken key entry is
@@ -164,13 +166,13 @@ TEST(CreateIndex, BuildsATypedIndexOnAnExistingTable)
     EXPECT_EQ(indexes[4]->getName(), "j");
 }
 
-TEST(CreateIndex, AMissingTableDropsTheIndexSilentlyAndABadMethodIsReported)
+TEST(CreateIndex, AMissingTableDropsTheIndexSilentlyAndAMissingMethodIsReported)
 {
     const ParseResult lost = parse("CREATE INDEX i ON t (a);\nCREATE TABLE t (a INT);\nCREATE INDEX j ON nope (a);\n");
     EXPECT_EQ(lost.records, Names{});
     EXPECT_TRUE(tableNamed(lost, "t").indexes().empty());
 
-    const ParseResult rejected = parse("CREATE TABLE t (a INT);\nCREATE INDEX i ON t USING RTREE (a);\n"
+    const ParseResult rejected = parse("CREATE TABLE t (a INT);\nCREATE INDEX i ON t USING (a);\n"
                                        "CREATE TABLE u (b INT);");
     EXPECT_FALSE(rejected.records.empty());
     EXPECT_EQ(tableNamed(rejected, "u").fields().size(), 1u);
