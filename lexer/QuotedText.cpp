@@ -3,11 +3,20 @@
 #include "RecognizerSupport.h"
 #include "VellumGrammarCLexer.h"
 
+#include <string>
+
 namespace sqlantlr {
 
 namespace {
 
 bool isLineEnd(char16_t c) { return c == u'\n' || c == u'\r'; }
+
+bool isAsciiLetter(char16_t c) { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z'); }
+
+bool isNameCharacter(char16_t c)
+{
+    return isAsciiLetter(c) || (c >= u'0' && c <= u'9') || c == u'_' || c == u'$' || c == u'#';
+}
 
 // The position just after the closing quote, or nullptr when the piece is not
 // closed before end. A doubled quote closes the piece: the next piece of the
@@ -64,8 +73,15 @@ bool staysOnItsLine(const char16_t *body, const char16_t *close, const char16_t 
 
 } // namespace
 
-size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote)
+size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote, bool lineBound)
 {
+    if (lineBound) {
+        const char16_t *p = body;
+        while (p < end && !isLineEnd(*p) && *p != quote) {
+            ++p;
+        }
+        return p < end && *p == quote ? static_cast<size_t>(p + 1 - body) : 0;
+    }
     const char16_t *plain = closingQuote(body, end, quote, false);
     const char16_t *escaped = plain;
     if (plain == nullptr || crossesLineEnd(body, plain) || [&] {
@@ -85,6 +101,61 @@ size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quot
         }
     }
     return chosen != nullptr ? static_cast<size_t>(chosen - body) : 0;
+}
+
+bool isRemarkLine(const char16_t *begin, const char16_t *at)
+{
+    const char16_t *p = at;
+    while (p > begin && !isLineEnd(p[-1])) {
+        --p;
+    }
+    while (p < at && (*p == u' ' || *p == u'\t')) {
+        ++p;
+    }
+    std::string word;
+    for (; p < at && isAsciiLetter(*p) && word.size() < 8; ++p) {
+        word += static_cast<char>(*p >= u'a' ? *p - (u'a' - u'A') : *p);
+    }
+    if (p == at || (*p != u' ' && *p != u'\t')) {
+        return false;
+    }
+    // SQL*Plus takes any abbreviation down to REM and PRO.
+    auto abbreviates = [&](const std::string &full, size_t shortest) {
+        return word.size() >= shortest && full.compare(0, word.size(), word) == 0 && word.size() <= full.size();
+    };
+    return abbreviates("REMARK", 3) || abbreviates("PROMPT", 3);
+}
+
+size_t substitutionPrefixLength(const char16_t *begin, const char16_t *p, const char16_t *end)
+{
+    if (p >= end || *p != u'&') {
+        return 0;
+    }
+    if (p > begin) {
+        const char16_t before = p[-1];
+        if (isNameCharacter(before) || before == u')' || before == u']' || before == u'&' || before == u'\'' ||
+            before == u'"' || before == u'`' || before >= 0x80) {
+            return 0;
+        }
+    }
+    const char16_t *q = p + 1;
+    if (q < end && *q == u'&') {
+        ++q;
+    }
+    const char16_t *name = q;
+    while (q < end && isNameCharacter(*q)) {
+        ++q;
+    }
+    if (q == name || q >= end || *q != u'.') {
+        return 0;
+    }
+    ++q;
+    if (q < end && *q == u'.') {
+        ++q;
+    }
+    const bool nameFollows = q < end && (isAsciiLetter(*q) || *q == u'"' || *q == u'`' || *q == u'[' || *q == u'_' ||
+                                         *q >= 0x80);
+    return nameFollows ? static_cast<size_t>(q - p) : 0;
 }
 
 size_t bracketedNameLength(const char16_t *p, const char16_t *end)
@@ -114,7 +185,8 @@ void kp_matchQuotedBody(pANTLR3_LEXER lexer, ANTLR3_UCHAR quote)
     const auto *data = static_cast<const char16_t *>(input->data);
     const char16_t *end = data + input->sizeBuf / 2;
     const auto *body = static_cast<const char16_t *>(input->nextChar);
-    const size_t length = sqlantlr::quotedBodyLength(body, end, static_cast<char16_t>(quote));
+    const bool lineBound = sqlantlr::isRemarkLine(data, body - 1);
+    const size_t length = sqlantlr::quotedBodyLength(body, end, static_cast<char16_t>(quote), lineBound);
     if (length == 0) {
         lexer->rec->state->user1++;
         return;
@@ -140,4 +212,13 @@ bool kp_bracketedNameAhead(pANTLR3_LEXER lexer)
     const char16_t *end = data + input->sizeBuf / 2;
     const auto *p = static_cast<const char16_t *>(input->nextChar);
     return sqlantlr::bracketedNameLength(p, end) != 0;
+}
+
+bool kp_substitutionPrefixAhead(pANTLR3_LEXER lexer)
+{
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    const auto *data = static_cast<const char16_t *>(input->data);
+    const char16_t *end = data + input->sizeBuf / 2;
+    const auto *p = static_cast<const char16_t *>(input->nextChar);
+    return sqlantlr::substitutionPrefixLength(data, p, end) != 0;
 }

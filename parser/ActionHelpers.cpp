@@ -716,11 +716,16 @@ bool kp_skipRoutine(pANTLR3_BASE_RECOGNIZER recognizer)
     bool declarative = false;  // IS/AS/DECLARE before the body: its ; end declarations
     bool closed = false;       // the END of the body has been met
     bool statements = false;   // a statement word at the top level: AS is no header any more
+    bool passedSemicolon = false;
     for (;;) {
         pANTLR3_COMMON_TOKEN token = stream->_LT(stream, 1);
         pANTLR3_COMMON_TOKEN next = stream->_LT(stream, 2);  // fetched first: it may mark token
         const ANTLR3_UINT32 type = token->type;
         if (type == ANTLR3_TOKEN_EOF || type == T_DELIMITER) {
+            if (type == ANTLR3_TOKEN_EOF && passedSemicolon) {
+                // Statements after a ";" it could not end at went with it.
+                kp_reportRunOnStatement(recognizer, token);
+            }
             return true;
         }
         if (token->user2 == kp_routineEndMark) {
@@ -738,10 +743,16 @@ bool kp_skipRoutine(pANTLR3_BASE_RECOGNIZER recognizer)
             // A CREATE after a ";" at the top level, or at the start of a line
             // inside a block that never closed, is the next statement.
             const bool create = hasWord(next, "CREATE") && (top || next->charPosition == 0);
-            if ((top && (closed || !declarative)) || create) {
+            const bool ended = top && (closed || !declarative);
+            if (ended || create) {
+                if (!ended && passedSemicolon) {
+                    // The routine never closed: what lies between went with it.
+                    kp_reportRunOnStatement(recognizer, next);
+                }
                 input->consume(input);
                 return true;
             }
+            passedSemicolon = true;
         } else if (type == T_END) {
             if (kp_isConstructEnd(token, next)) {
                 input->consume(input);

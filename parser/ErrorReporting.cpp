@@ -131,6 +131,7 @@ void kp_parser_displayRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer, pANTL
         auto token = static_cast<pANTLR3_COMMON_TOKEN>(ex->token);
         if (token->type == ANTLR3_TOKEN_EOF) {
             logf(", at <EOF>");
+            kp_reportRunOnStatement(recognizer, token);
         } else {
             const std::string text = kp_tokenText(token);
             const unsigned number = sink != nullptr ? ++sink->descriptionCounter : 0;
@@ -240,7 +241,21 @@ void kp_parser_recover2(pANTLR3_BASE_RECOGNIZER recognizer)
     recognizer->state->lastErrorIndex = is->index(is);
     pANTLR3_BITSET followSet = recognizer->computeErrorRecoverySet(recognizer);
     recognizer->beginResync(recognizer);
-    recognizer->consumeUntilSet(recognizer, followSet);
+    if (recognizer->type == ANTLR3_TYPE_PARSER) {
+        // The runtime's consumeUntilSet, noting the statements it passes.
+        pANTLR3_TOKEN_STREAM tokens = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+        bool passed = false;
+        for (ANTLR3_UINT32 type = is->_LA(is, 1); type != ANTLR3_TOKEN_EOF && !followSet->isMember(followSet, type);
+             type = is->_LA(is, 1)) {
+            passed = passed || kp_startsStatementLine(tokens->_LT(tokens, 1));
+            is->consume(is);
+        }
+        if (passed || is->_LA(is, 1) == ANTLR3_TOKEN_EOF) {
+            kp_reportRunOnStatement(recognizer, tokens->_LT(tokens, 1));
+        }
+    } else {
+        recognizer->consumeUntilSet(recognizer, followSet);
+    }
     recognizer->endResync(recognizer);
     followSet->free(followSet);
     recognizer->state->error = ANTLR3_FALSE;
@@ -262,15 +277,23 @@ void kp_parser_recover(pANTLR3_BASE_RECOGNIZER recognizer)
     recognizer->state->lastErrorIndex = is->index(is);
     recognizer->beginResync(recognizer);
     logf("consuming until SEMI");
+    pANTLR3_TOKEN_STREAM tokens =
+        recognizer->type == ANTLR3_TYPE_PARSER ? static_cast<pANTLR3_PARSER>(recognizer->super)->tstream : nullptr;
+    bool passed = false;
     for (;;) {
         const ANTLR3_UINT32 type = is->_LA(is, 1);
         if (type == ANTLR3_TOKEN_EOF) {
+            passed = true;
             break;
         }
+        passed = passed || (tokens != nullptr && kp_startsStatementLine(tokens->_LT(tokens, 1)));
         is->consume(is);
         if (type == SEMI) {
             break;
         }
+    }
+    if (passed && tokens != nullptr) {
+        kp_reportRunOnStatement(recognizer, tokens->_LT(tokens, 1));
     }
     recognizer->endResync(recognizer);
     recognizer->state->error = ANTLR3_FALSE;
@@ -435,6 +458,47 @@ void kp_forgetRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer)
         recognizer->state->exception = nullptr;
         ex->freeEx(ex);
     }
+}
+
+void kp_statementStart(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN token)
+{
+    ParseSession *session = kp_session(recognizer);
+    if (session == nullptr || token == nullptr || recognizer->state->backtracking > 0) {
+        return;
+    }
+    session->statementLine = static_cast<int>(token->line);
+    session->statementPosition = token->type == ANTLR3_TOKEN_EOF ? -1 : token->charPosition;
+    session->runOnReported = false;
+}
+
+void kp_reportRunOnStatement(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN until)
+{
+    ParseSession *session = kp_session(recognizer);
+    if (session == nullptr || session->runOnReported || session->statementPosition < 0 ||
+        recognizer->state->backtracking > 0) {
+        return;
+    }
+    session->runOnReported = true;
+    const std::string end = until == nullptr || until->type == ANTLR3_TOKEN_EOF
+                                ? std::string("<EOF>")
+                                : "[" + std::to_string(until->line) + ":" + std::to_string(until->charPosition) + "]";
+    logf("statement at [%d:%d] runs on to %s", session->statementLine, session->statementPosition, end.c_str());
+    session->addException("Unended statement - read up to " + end, session->statementLine,
+                          session->statementPosition);
+}
+
+bool kp_startsStatementLine(pANTLR3_COMMON_TOKEN token)
+{
+    if (token == nullptr || token->type == ANTLR3_TOKEN_EOF || token->charPosition != 0) {
+        return false;
+    }
+    const std::string text = kp_tokenText(token);
+    for (const char *word : {"CREATE", "ALTER", "DROP", "INSERT"}) {
+        if (kp_textIsWord(text, word)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 void kp_raiseNoViableAlternative(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN token)

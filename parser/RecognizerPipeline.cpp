@@ -395,6 +395,8 @@ SQLSyntaxTree *RecognizerPipeline::parseStatement()
     kp_resetRecognitionState(parser->pParser->rec);  // an error ends with its statement
     pANTLR3_STACK following = parser->pParser->rec->state->following;
     following->push(following, const_cast<ANTLR3_BITSET_LIST *>(&follow.list), nullptr);
+    pANTLR3_TOKEN_STREAM tokens = parser->pParser->tstream;
+    kp_statementStart(parser->pParser->rec, tokens->_LT(tokens, 1));
     VellumGrammarCParser_schemaEntry_return entry = parser->schemaEntry(parser);
     following->pop(following);
     return treeHandle(entry.tree);
