@@ -222,3 +222,27 @@ bool kp_substitutionPrefixAhead(pANTLR3_LEXER lexer)
     const auto *p = static_cast<const char16_t *>(input->nextChar);
     return sqlantlr::substitutionPrefixLength(data, p, end) != 0;
 }
+
+void kp_widenSubstitutionPrefix(pANTLR3_LEXER lexer, pANTLR3_COMMON_TOKEN token)
+{
+    // The '&&' operator wins the lexer's prediction over the longer prefix rule.
+    if (token == nullptr || token->type == ANTLR3_TOKEN_EOF || token->type == SUBSTITUTION_PREFIX ||
+        kp_tokenText(token) != "&&") {
+        return;
+    }
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    const auto *data = static_cast<const char16_t *>(input->data);
+    const char16_t *end = data + input->sizeBuf / 2;
+    const auto *p = reinterpret_cast<const char16_t *>(token->start);
+    const size_t length = sqlantlr::substitutionPrefixLength(data, p, end);
+    if (length <= 2 || static_cast<const char16_t *>(input->nextChar) != p + 2) {
+        return;
+    }
+    pANTLR3_INT_STREAM stream = input->istream;
+    for (size_t i = 2; i < length; ++i) {
+        stream->consume(stream);
+    }
+    token->type = SUBSTITUTION_PREFIX;
+    token->channel = HIDDEN;
+    token->stop = reinterpret_cast<ANTLR3_MARKER>(p + length) - 1;
+}

@@ -473,13 +473,19 @@ void kp_requireTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer)
 void kp_recoverToTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer)
 {
     pANTLR3_INT_STREAM is = parserStream(recognizer);
+    pANTLR3_TOKEN_STREAM tokens = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
     recognizer->beginResync(recognizer);
     long depth = 0;
+    bool passed = false;  // a line that starts the next statement went with the entry
     for (;;) {
         const ANTLR3_UINT32 next = is->_LA(is, 1);
         if (next == ANTLR3_TOKEN_EOF || next == SEMI || (depth == 0 && (next == COMMA || next == CLOSEPAREN))) {
+            if (passed || next == ANTLR3_TOKEN_EOF) {
+                kp_reportRunOnStatement(recognizer, tokens->_LT(tokens, 1));
+            }
             break;
         }
+        passed = passed || kp_startsStatementLine(tokens->_LT(tokens, 1));
         if (next == OPENPAREN) {
             ++depth;
         } else if (next == CLOSEPAREN) {

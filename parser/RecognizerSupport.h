@@ -42,6 +42,8 @@ bool kp_bracketedNameAhead(pANTLR3_LEXER lexer);
 // True when a SQL*Plus substitution variable prefixes a name at the lexer's
 // position (&&owner..emp).
 bool kp_substitutionPrefixAhead(pANTLR3_LEXER lexer);
+// Makes an '&&' token that starts such a prefix the whole hidden prefix.
+void kp_widenSubstitutionPrefix(pANTLR3_LEXER lexer, pANTLR3_COMMON_TOKEN token);
 // QUOTED_STRING, or QUOTE when a piece of the token was never closed.
 ANTLR3_UINT32 kp_quotedStringType(pANTLR3_LEXER lexer);
 
