@@ -9,7 +9,9 @@
 
 createTable
     : 'TABLE' ( 'IF' T_NOT 'EXISTS' )? qualifiedObjectName
-      OPENPAREN ( subsequentTableEntry ( COMMA subsequentTableEntry )* )? CLOSEPAREN
+      ( OPENPAREN ( subsequentTableEntry ( COMMA subsequentTableEntry )* )? CLOSEPAREN
+      | partitionOfParent
+      )
       ( tableOption )?
     ;
     catch [ANTLR3_RECOGNITION_EXCEPTION] {
@@ -22,6 +24,25 @@ createTable
 
 tableName
     : objectName
+    ;
+
+// PostgreSQL's partition: PARTITION OF parent [(constraints and column
+// options)] FOR VALUES ... | DEFAULT. PARTITION OF and the parent's name stay
+// in the tree (the walker gives the table the parent's columns); the bounds
+// leave nothing.
+partitionOfParent
+    : 'PARTITION' 'OF' qualifiedObjectName
+      ( OPENPAREN subsequentTableEntry ( COMMA subsequentTableEntry )* CLOSEPAREN )?
+      partitionOfBound
+    ;
+
+partitionOfBound
+    : 'FOR' 'VALUES'
+      ( 'FROM' balancedParentheses 'TO' balancedParentheses
+      | 'IN' balancedParentheses
+      | T_WITH balancedParentheses
+      ) ->
+    | T_DEFAULT ->
     ;
 
 // A column, or a key, index or CHECK constraint (named or not); the first
@@ -62,6 +83,7 @@ checkConstraintState
 // Options, separated by commas or by blanks. Called only when one follows.
 tableOption
     : ( postgresSpecificTableOptions
+      | inheritsClause
       | tableOptionEntry
       | optionalComma
       )+
@@ -75,7 +97,12 @@ postgresSpecificTableOptions
     : T_WITH ( storage_parameterOptions | 'OIDS' ) ->
     | 'WITHOUT' ( 'OIDS' | { kp_isWord(LT(1), "ROWID") }?=> STRING ) ->  // SQLite's WITHOUT ROWID
     | { kp_isWord(LT(1), "STRICT") }?=> STRING ->  // SQLite's STRICT
-    | { kp_isWord(LT(1), "INHERITS") }?=> STRING OPENPAREN qualifiedObjectName ( COMMA qualifiedObjectName )* CLOSEPAREN ->
+    ;
+
+// PostgreSQL's INHERITS (parent, ...) stays in the tree: the walker gives the
+// table its parents' columns.
+inheritsClause
+    : { kp_isWord(LT(1), "INHERITS") }?=> STRING OPENPAREN qualifiedObjectName ( COMMA qualifiedObjectName )* CLOSEPAREN
     ;
 
 // WITH (fillfactor = 70, autovacuum_enabled = false, toast.x = 1)
@@ -111,32 +138,24 @@ tableOptionEntry
     | fileGroupOption
     ;
 
-// SQL Server's file groups: ON [PRIMARY], TEXTIMAGE_ON [PRIMARY].
+// SQL Server's file groups and partition schemes: ON [PRIMARY],
+// ON scheme (column), TEXTIMAGE_ON [PRIMARY], FILESTREAM_ON fg.
 fileGroupOption
-    : ( 'ON' | { kp_isWord(LT(1), "TEXTIMAGE_ON") }?=> STRING ) ( T_PRIMARY | objectName ) ->
+    : ( 'ON' | { kp_isAnyWord(LT(1), "TEXTIMAGE_ON FILESTREAM_ON") }?=> STRING ) ( T_PRIMARY | objectName )
+      ( OPENPAREN objectName CLOSEPAREN )? ->
     ;
 
 tableComment
     : 'COMMENT' EQUALS ( STRING | QUOTED_STRING )
     ;
 
+// Storage, organisation and partitioning clauses (68-Storage.g) and the
+// MySQL options the model has no place for; none of them reaches the tree.
 table_properties_ignore
     : mysql_unsupported_table_property ->
-    | { kp_isStorageClauseStart(RECOGNIZER) }?=> physical_properties ->
-    ;
-
-// Storage and partitioning clauses: their first word, then the helper skips
-// the rest (as a predicate that is always true, so that it also runs while
-// a decision tries the statement ahead); nothing of them reaches the tree.
-physical_properties
-    : storageClauseWord { kp_skipStorageClause(RECOGNIZER) }?
-    ;
-
-storageClauseWord
-    : STRING | T_TABLESPACE | T_STORAGE | 'PCTFREE' | 'PCTUSED' | 'INITRANS' | 'MAXTRANS' | 'LOGGING'
-    | 'NOLOGGING' | 'COMPRESS' | 'NOCOMPRESS' | 'LOB' | 'ORGANIZATION' | 'OVERFLOW' | 'PARALLEL'
-    | 'NOPARALLEL' | 'CACHE' | 'NOCACHE' | 'PCTTHRESHOLD' | 'INCLUDING' | 'VARRAY' | 'NESTED'
-    | 'ROW' | 'PARTITION' | 'USING'
+    | physical_properties ->
+    | table_properties ->
+    | table_partitioning_clauses ->
     ;
 
 // MySQL options the model has no place for. The lexer makes 'MAX_ROWS ',
@@ -156,4 +175,10 @@ mysql_unsupported_table_property
     | 'PASSWORD' ( EQUALS )? QUOTED_STRING
     | 'ROW_FORMAT' ( EQUALS )? ( T_DEFAULT | 'DYNAMIC' | 'FIXED' | 'COMPRESSED' | 'REDUNDANT' | 'COMPACT' )
     | ( 'UNION' | 'UNION ' ) ( EQUALS )? OPENPAREN idList CLOSEPAREN
+    | { kp_isAnyWord(LT(1), "STATS_PERSISTENT STATS_AUTO_RECALC STATS_SAMPLE_PAGES ENCRYPTION COMPRESSION") }?=>
+      STRING ( EQUALS )? ( fieldValue | T_DEFAULT )
+    | { kp_isAnyWord(LT(1), "AUTOEXTEND_SIZE SECONDARY_ENGINE ENGINE_ATTRIBUTE SECONDARY_ENGINE_ATTRIBUTE") }?=>
+      STRING ( EQUALS )? fieldValue
+    | { kp_isAnyWord(LT(1), "PAGE_CHECKSUM PAGE_COMPRESSED PAGE_COMPRESSION_LEVEL TRANSACTIONAL") }?=>
+      STRING ( EQUALS )? fieldValue
     ;

@@ -106,7 +106,9 @@ unsupported_alter_table_clause
 // DETACH PARTITION, SQL Server's default constraints (ADD DEFAULT ... FOR)
 // and CHECK / NOCHECK CONSTRAINT.
 unsupported_alter_table_clause_entry
-    : tableOptionEntry
+    : ( tableOptionEntry )+
+    | storage_alteration
+    | partition_alteration
     | 'ADD' ( ( 'COLUMN' )? ( field ( columnPosition )? | OPENPAREN field ( COMMA field )* CLOSEPAREN )
             | ( 'INDEX' | T_KEY | 'FULLTEXT' ( 'INDEX' | T_KEY )? ) ( objectName )? ( mysql_index_type )?
               OPENPAREN indexEntry ( COMMA indexEntry )* CLOSEPAREN ( mysql_index_type )?
@@ -129,11 +131,37 @@ unsupported_alter_table_clause_entry
     | 'IMPORT' T_TABLESPACE
     |
     | 'CLUSTER' 'ON' objectName
-    | 'SET' ( 'SCHEMA' objectName | T_TABLESPACE objectName | 'WITHOUT' ( 'CLUSTER' | 'OIDS' ) )
+    | 'SET' ( 'SCHEMA' objectName | T_TABLESPACE objectName | 'WITHOUT' ( 'CLUSTER' | 'OIDS' )
+            | { kp_isAnyWord(LT(1), "LOGGED UNLOGGED") }?=> STRING
+            | storage_parameterOptions
+            )
     | 'OWNER' 'TO' objectName
     | 'ADD' ( 'CONSTRAINT' objectName )? T_DEFAULT fieldDefaultValueEntry 'FOR' objectName
     | ( T_CHECK | { kp_isWord(LT(1), "NOCHECK") }?=> STRING ) 'CONSTRAINT' objectName
     | { kp_isWord(LT(1), "ATTACH") || kp_isWord(LT(1), "DETACH") }?=> STRING 'PARTITION' balancedTokens
+    ;
+
+// Oracle's storage-only actions: MOVE [ONLINE] [PARTITION p] with new
+// storage, SHRINK SPACE, ALLOCATE EXTENT, DEALLOCATE UNUSED.
+storage_alteration
+    : { kp_isWord(LT(1), "MOVE") }?=> STRING ( 'ONLINE' )? ( ( 'PARTITION' | 'SUBPARTITION' ) nonKeyWordObjectName )?
+      ( tableOptionEntry )* ( 'UPDATE' ( 'GLOBAL' )? { kp_isWord(LT(1), "INDEXES") }?=> STRING )?
+    | { kp_isWord(LT(1), "SHRINK") }?=> STRING { kp_isWord(LT(1), "SPACE") }?=> STRING
+      ( 'COMPACT' )? ( 'CASCADE' )?
+    | { kp_isWord(LT(1), "ALLOCATE") }?=> STRING { kp_isWord(LT(1), "EXTENT") }?=> STRING ( balancedParentheses )?
+    | 'DEALLOCATE' { kp_isWord(LT(1), "UNUSED") }?=> STRING ( 'KEEP' integer ( objectSizeSuffix )? )?
+    ;
+
+// Partition maintenance of Oracle and MySQL (DROP, TRUNCATE, REMOVE
+// PARTITIONING), PostgreSQL's RESET (...) and
+// INHERIT parent, Oracle's MODIFY LOB (...) (...): nothing reaches the model.
+partition_alteration
+    : ( 'DROP' | 'TRUNCATE' ) ( 'PARTITION' | 'SUBPARTITION' )
+      ( nonKeyWordObjectName | integer )
+    | { kp_isWord(LT(1), "REMOVE") }?=> STRING { kp_isWord(LT(1), "PARTITIONING") }?=> STRING
+    | 'MODIFY' 'LOB' OPENPAREN idList CLOSEPAREN OPENPAREN ( lob_parameters )* CLOSEPAREN
+    | { kp_isWord(LT(1), "RESET") }?=> STRING storage_parameterOptions
+    | { kp_isWord(LT(1), "INHERIT") }?=> STRING qualifiedObjectName
     ;
 
 columnPosition

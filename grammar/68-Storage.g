@@ -1,7 +1,9 @@
-// Oracle's index clauses (USING INDEX in ALTER TABLE, the options after
-// CREATE INDEX) and the physical attribute and storage clauses they use.
-// Everything here is consumed; the rules that use it leave nothing of it in
-// the tree.
+// Physical storage, organisation and partitioning clauses: Oracle's index
+// clauses (USING INDEX in ALTER TABLE, the options after CREATE INDEX), the
+// clauses after a table of every dialect (reached from tableOptionEntry
+// through table_properties_ignore) and the physical attribute and storage
+// clauses they share. Everything here is consumed; the rules that use it
+// leave nothing of it in the tree.
 
 index_properties
     : ( global_partioned_index | local_partioned_index | index_attributes )*
@@ -100,9 +102,10 @@ index_attributes
     | parallel_clause
     ;
 
+// PARALLEL, PARALLEL 4, PARALLEL (DEGREE 4 INSTANCES 1).
 parallel_clause
     : 'NOPARALLEL'
-    | 'PARALLEL' ( options { greedy = true; } : integer )?
+    | 'PARALLEL' ( options { greedy = true; } : integer | balancedParentheses )?
     ;
 
 domain_index_clause
@@ -145,7 +148,9 @@ storage_clause
       | 'FREELIST' 'GROUPS' integer
       | 'OPTIMAL' ( integer ( objectSizeSuffix )? | 'NULL' )
       | 'BUFFER_POOL' ( T_DEFAULT | 'KEEP' | 'RECYCLE' )
-      | { kp_isWord(LT(1), "FLASH_CACHE") || kp_isWord(LT(1), "CELL_FLASH_CACHE") }?=> STRING ( T_DEFAULT | 'KEEP' | STRING )
+      | { kp_isAnyWord(LT(1), "FLASH_CACHE CELL_FLASH_CACHE") }?=> STRING ( T_DEFAULT | 'KEEP' | STRING )
+      | { kp_isWord(LT(1), "MAXSIZE") }?=> STRING ( 'UNLIMITED' | integer ( objectSizeSuffix )? )
+      | { kp_isWord(LT(1), "ENCRYPT") }?=> STRING
       )+
       CLOSEPAREN
     ;
@@ -153,4 +158,207 @@ storage_clause
 objectSizeSuffix
     : 'K'
     | 'M'
+    | { kp_isAnyWord(LT(1), "G T P E") }?=> STRING
+    ;
+
+// ---- After a table ----------------------------------------------------------
+// One clause a turn: tableOption repeats them in any order.
+
+// Oracle's segment attributes, compression, organisation, parallelism,
+// caching, row movement and table state words; MySQL's STORAGE DISK;
+// PostgreSQL's USING method (TABLESPACE is a segment attribute).
+physical_properties
+    : segment_attributes_clause
+    | table_compression
+    | 'ORGANIZATION' ( 'HEAP' | 'INDEX' | 'EXTERNAL' external_table_clause )
+    | index_org_table_clause
+    | 'CLUSTER' qualifiedObjectName OPENPAREN idList CLOSEPAREN
+    | parallel_clause
+    | 'CACHE'
+    | 'NOCACHE'
+    | ( 'ENABLE' | 'DISABLE' ) 'ROW' { kp_isWord(LT(1), "MOVEMENT") }?=> STRING
+    | { kp_isWord(LT(1), "SEGMENT") }?=> STRING { kp_isWord(LT(1), "CREATION") }?=> STRING ( 'IMMEDIATE' | 'DEFERRED' )
+    | { kp_isAnyWord(LT(1), "MONITORING NOMONITORING ROWDEPENDENCIES NOROWDEPENDENCIES INMEMORY NOINMEMORY") }?=> STRING
+    | { kp_isWord(LT(1), "MEMCOMPRESS") }?=> STRING 'FOR' compression_level
+    | { kp_isWord(LT(1), "PRIORITY") }?=> STRING ( 'NONE' | STRING )
+    | { kp_isWord(LT(1), "FLASHBACK") }?=> STRING { kp_isWord(LT(1), "ARCHIVE") }?=> STRING ( options { greedy = true; } : nonKeyWordObjectName )?
+    | T_NO { kp_isAnyWord(LT(1), "FLASHBACK MEMCOMPRESS INMEMORY") }?=> STRING ( options { greedy = true; } : { kp_isWord(LT(1), "ARCHIVE") }?=> STRING )?
+    | { kp_isWord(LT(1), "RESULT_CACHE") }?=> STRING OPENPAREN 'MODE' ( T_DEFAULT | 'FORCE' ) CLOSEPAREN
+    | T_STORAGE { kp_isAnyWord(LT(1), "DISK MEMORY") }?=> STRING
+    | 'USING' objectName
+    ;
+
+// COMPRESS [n | BASIC | ADVANCED | FOR OLTP | FOR QUERY HIGH ...], NOCOMPRESS,
+// ROW STORE COMPRESS ..., COLUMN STORE COMPRESS FOR ...; a LOB's COMPRESS
+// HIGH too.
+table_compression
+    : 'COMPRESS' ( options { greedy = true; } : compression_kind )?
+    | 'NOCOMPRESS'
+    | ( 'ROW' | 'COLUMN' ) 'STORE' ( 'COMPRESS' ( options { greedy = true; } : compression_kind )? | 'NOCOMPRESS' )
+    ;
+
+compression_kind
+    : integer
+    | 'FOR' compression_level
+    | { kp_isAnyWord(LT(1), "BASIC ADVANCED HIGH MEDIUM LOW") }?=> STRING
+    ;
+
+// OLTP, ALL OPERATIONS, DIRECT_LOAD OPERATIONS, QUERY [LOW | HIGH], ARCHIVE [LOW | HIGH].
+compression_level
+    : 'ALL' STRING
+    | STRING ( options { greedy = true; } : { kp_isAnyWord(LT(1), "LOW HIGH OPERATIONS") }?=> STRING )?
+    ;
+
+// The parts of an index-organized table's clause, one a turn; OVERFLOW's
+// segment attributes follow as clauses of their own.
+index_org_table_clause
+    : 'PCTTHRESHOLD' integer
+    | 'INCLUDING' objectName
+    | 'OVERFLOW'
+    | 'OVERFLOW '
+    | { kp_isWord(LT(1), "MAPPING") }?=> STRING 'TABLE'
+    ;
+
+// (TYPE oracle_loader DEFAULT DIRECTORY d ACCESS PARAMETERS (...) LOCATION ('f'))
+// REJECT LIMIT UNLIMITED. The access parameters are the driver's own
+// language; they are taken as a balanced list.
+external_table_clause
+    : OPENPAREN ( 'TYPE' objectName )? ( T_DEFAULT 'DIRECTORY' objectName )?
+      ( { kp_isWord(LT(1), "ACCESS") }?=> STRING 'PARAMETERS' balancedParentheses )?
+      ( { kp_isWord(LT(1), "LOCATION") }?=> STRING balancedParentheses )?
+      CLOSEPAREN ( 'REJECT' 'LIMIT' ( integer | 'UNLIMITED' ) )?
+    ;
+
+// Storage of LOB, VARRAY, nested table and object type columns.
+table_properties
+    : column_properties
+    ;
+
+column_properties
+    : lob_storage_clause ( OPENPAREN lob_partition_storage ( COMMA lob_partition_storage )* CLOSEPAREN )?
+    | varray_col_properties
+    | nested_table_col_properties
+    | object_type_col_properties
+    ;
+
+// LOB (doc) STORE AS [SECUREFILE | BASICFILE] [doc_seg] [(parameters)]
+lob_storage_clause
+    : 'LOB' OPENPAREN idList CLOSEPAREN 'STORE' 'AS'
+      ( options { greedy = true; } : { kp_isAnyWord(LT(1), "SECUREFILE BASICFILE") }?=> STRING )?
+      ( options { greedy = true; } : lob_segname )?
+      ( options { greedy = true; } : OPENPAREN ( lob_parameters )* CLOSEPAREN )?
+    ;
+
+lob_segname
+    : nonKeyWordObjectName
+    ;
+
+lob_partition_storage
+    : 'PARTITION' nonKeyWordObjectName ( lob_storage_clause | varray_col_properties )+
+      ( OPENPAREN 'SUBPARTITION' nonKeyWordObjectName ( lob_storage_clause | varray_col_properties )+ CLOSEPAREN )?
+    ;
+
+lob_parameters
+    : T_TABLESPACE objectName
+    | ( 'ENABLE' | 'DISABLE' ) T_STORAGE 'IN' 'ROW'
+    | storage_clause
+    | 'CHUNK' integer
+    | 'PCTVERSION' integer
+    | 'RETENTION' ( options { greedy = true; } : 'MAX' | 'NONE' | { kp_isWord(LT(1), "AUTO") }?=> STRING
+                  | { kp_isWord(LT(1), "MIN") }?=> STRING integer )?
+    | 'FREEPOOLS' integer
+    | 'CACHE' ( options { greedy = true; } : 'READS' )?
+    | 'NOCACHE'
+    | logging_clause
+    | table_compression
+    | { kp_isAnyWord(LT(1), "FILESYSTEM_LIKE_LOGGING DEDUPLICATE KEEP_DUPLICATES ENCRYPT DECRYPT") }?=> STRING
+    ;
+
+// VARRAY v [IS OF TYPE (ONLY t) | [NOT] SUBSTITUTABLE AT ALL LEVELS] STORE AS [SECUREFILE | BASICFILE] LOB seg [(parameters)]
+varray_col_properties
+    : 'VARRAY' qualifiedObjectName ( substitutable_column_clause )? 'STORE' 'AS'
+      ( options { greedy = true; } : { kp_isAnyWord(LT(1), "SECUREFILE BASICFILE") }?=> STRING )? 'LOB'
+      ( options { greedy = true; } : lob_segname )?
+      ( options { greedy = true; } : OPENPAREN ( lob_parameters )* CLOSEPAREN )?
+    ;
+
+// NESTED TABLE col STORE AS storage_table [RETURN AS LOCATOR | VALUE]
+nested_table_col_properties
+    : 'NESTED' 'TABLE' qualifiedObjectName ( substitutable_column_clause )? 'STORE' 'AS' objectName
+      ( options { greedy = true; } : 'RETURN' ( 'AS' )? ( 'VALUE' | { kp_isWord(LT(1), "LOCATOR") }?=> STRING ) )?
+    ;
+
+object_type_col_properties
+    : 'COLUMN' qualifiedColumnName substitutable_column_clause
+    ;
+
+substitutable_column_clause
+    : ( 'ELEMENT' )? 'IS' 'OF' ( 'TYPE' )? OPENPAREN ( 'ONLY' )? fieldType CLOSEPAREN
+    | ( T_NOT )? 'SUBSTITUTABLE' 'AT' 'ALL' 'LEVELS'
+    ;
+
+// PARTITION BY of every dialect. Oracle: RANGE, LIST, HASH, REFERENCE or
+// SYSTEM, INTERVAL, subpartitioning, PARTITIONS n or the partition list;
+// MySQL: [LINEAR] HASH or KEY, RANGE or LIST [COLUMNS], PARTITIONS n,
+// SUBPARTITION BY, the partition list (also inside /*!50100 ... */);
+// PostgreSQL: the method and its key only.
+table_partitioning_clauses
+    : 'PARTITION' 'BY' partition_method
+      ( 'INTERVAL' balancedParentheses ( store_in_tablespace )? )?
+      ( hash_partitions_by_quanitity ( subpartition_by_clause )?
+      | subpartition_by_clause ( hash_partitions_by_quanitity )?
+      )?
+      ( OPENPAREN table_partition ( COMMA table_partition )* CLOSEPAREN )?
+    ;
+
+// The key is a column list or expressions (YEAR(created), (lower(name)) opclass).
+partition_method
+    : ( 'RANGE' | { kp_isWord(LT(1), "LIST") }?=> STRING ) ( { kp_isWord(LT(1), "COLUMNS") }?=> STRING )? balancedParentheses
+    | ( { kp_isWord(LT(1), "LINEAR") }?=> STRING )? ( T_HASH | T_KEY ( 'ALGORITHM' EQUALS integer )? ) balancedParentheses
+    | { kp_isWord(LT(1), "REFERENCE") }?=> STRING OPENPAREN objectName CLOSEPAREN
+    | { kp_isWord(LT(1), "SYSTEM") }?=> STRING
+    ;
+
+// SUBPARTITION BY method [SUBPARTITIONS n [STORE IN (...)] | SUBPARTITION TEMPLATE (...)]
+subpartition_by_clause
+    : 'SUBPARTITION' 'BY' partition_method
+      ( { kp_isWord(LT(1), "SUBPARTITIONS") }?=> STRING integer ( store_in_tablespace )?
+      | 'SUBPARTITION' { kp_isWord(LT(1), "TEMPLATE") }?=> STRING ( balancedParentheses | integer )
+      )?
+    ;
+
+// PARTITION p VALUES LESS THAN (...) | VALUES [IN] (...), then its storage
+// (Oracle's segment attributes and LOB storage, MySQL's ENGINE, COMMENT,
+// directories ...) and its subpartitions.
+// A keyword is no partition name here (it would read as an option).
+table_partition
+    : 'PARTITION' ( options { greedy = true; } : nonKeyWordObjectName )? ( partition_values )? ( partition_option )*
+      ( OPENPAREN table_subpartition ( COMMA table_subpartition )* CLOSEPAREN )?
+    ;
+
+table_subpartition
+    : 'SUBPARTITION' ( options { greedy = true; } : nonKeyWordObjectName )? ( partition_values )? ( partition_option )*
+    ;
+
+partition_values
+    : 'VALUES' ( 'LESS' 'THAN' ( balancedParentheses | 'MAXVALUE' ) | ( 'IN' )? balancedParentheses )
+    ;
+
+partition_option
+    : physical_properties
+    | table_properties
+    | ( T_STORAGE )? 'ENGINE' ( EQUALS )? objectName
+    | 'COMMENT' ( EQUALS )? ( QUOTED_STRING | STRING )
+    | mysql_unsupported_table_property
+    | T_TABLESPACE EQUALS objectName
+    | { kp_isWord(LT(1), "NODEGROUP") }?=> STRING ( EQUALS )? integer
+    | { kp_isWord(LT(1), "SUBPARTITIONS") }?=> STRING integer ( store_in_tablespace )?
+    ;
+
+// A parenthesised list whose inside the model has no use for (partition
+// keys and bounds, access parameters): any tokens but the statement's end,
+// parentheses balanced.
+balancedParentheses
+@init { KP_GUARD_NESTING(balancedParentheses); }
+    : OPENPAREN ( balancedParentheses | ~( OPENPAREN | CLOSEPAREN | SEMI | T_DELIMITER ) )* CLOSEPAREN
     ;

@@ -14,6 +14,7 @@
 #include <cctype>
 #include <cstring>
 #include <initializer_list>
+#include <string_view>
 #include <vector>
 
 using sqlantlr::ParseSession;
@@ -150,6 +151,24 @@ bool kp_textIsWord(const std::string &text, const char *upperWord)
 bool kp_isWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
 {
     return token != nullptr && token->type == STRING && kp_textIsWord(kp_tokenText(token), upperWord);
+}
+
+bool kp_isAnyWord(pANTLR3_COMMON_TOKEN token, const char *upperWords)
+{
+    if (token == nullptr || token->type != STRING || upperWords == nullptr) {
+        return false;
+    }
+    const std::string text = kp_tokenText(token);
+    std::string_view words(upperWords);
+    while (!words.empty()) {
+        const size_t blank = words.find(' ');
+        const std::string word(words.substr(0, blank));
+        if (!word.empty() && kp_textIsWord(text, word.c_str())) {
+            return true;
+        }
+        words = blank == std::string_view::npos ? std::string_view() : words.substr(blank + 1);
+    }
+    return false;
 }
 
 namespace {
@@ -805,66 +824,3 @@ bool kp_skipRoutine(pANTLR3_BASE_RECOGNIZER recognizer)
     }
 }
 
-namespace {
-
-const char *const storageWords[] = {
-    "TABLESPACE", "STORAGE", "PCTFREE", "PCTUSED", "INITRANS", "MAXTRANS", "LOGGING", "NOLOGGING",
-    "COMPRESS", "NOCOMPRESS", "LOB", "ORGANIZATION", "OVERFLOW", "PARALLEL", "NOPARALLEL", "CACHE",
-    "NOCACHE", "INHERITS", "SEGMENT", "MONITORING", "NOMONITORING", "ROWDEPENDENCIES",
-    "NOROWDEPENDENCIES", "FLASHBACK", "RESULT_CACHE", "INMEMORY", "NOINMEMORY",
-    "PCTTHRESHOLD", "INCLUDING", "STATS_PERSISTENT", "STATS_AUTO_RECALC", "STATS_SAMPLE_PAGES",
-    "ENCRYPTION", "COMPRESSION", "LOCATOR", "VARRAY", "NESTED"};
-
-bool isAnyWord(pANTLR3_COMMON_TOKEN token, const char *const *begin, const char *const *end)
-{
-    return std::any_of(begin, end, [&](const char *w) { return hasWord(token, w); });
-}
-
-// The start of a table option the model keeps (engine, character set,
-// collation, comment, AUTO_INCREMENT) or of the end of the statement.
-bool endsStorageClause(pANTLR3_TOKEN_STREAM stream, ANTLR3_INT32 k)
-{
-    static const char *const kept[] = {"ENGINE", "CHARSET", "CHARACTER", "COLLATE", "COMMENT", "AUTO_INCREMENT"};
-    pANTLR3_COMMON_TOKEN token = stream->_LT(stream, k);
-    pANTLR3_COMMON_TOKEN next = stream->_LT(stream, k + 1);
-    return token->type == ANTLR3_TOKEN_EOF || token->type == SEMI || token->type == T_DELIMITER ||
-           isAnyWord(token, std::begin(kept), std::end(kept)) ||
-           (hasWord(token, "TYPE") && next->type == EQUALS) ||
-           (token->type == T_DEFAULT && (hasWord(next, "CHARSET") || hasWord(next, "CHARACTER") ||
-                                         hasWord(next, "COLLATE")));
-}
-
-} // namespace
-
-bool kp_isStorageClauseStart(pANTLR3_BASE_RECOGNIZER recognizer)
-{
-    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
-    pANTLR3_COMMON_TOKEN token = stream->_LT(stream, 1);
-    pANTLR3_COMMON_TOKEN next = stream->_LT(stream, 2);
-    return isAnyWord(token, std::begin(storageWords), std::end(storageWords)) ||
-           (hasWord(token, "ROW") && hasWord(next, "MOVEMENT")) ||
-           (hasWord(token, "PARTITION") && hasWord(next, "BY")) ||
-           (hasWord(token, "USING") && next->type != OPENPAREN);
-}
-
-bool kp_skipStorageClause(pANTLR3_BASE_RECOGNIZER recognizer)
-{
-    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
-    pANTLR3_INT_STREAM input = stream->istream;
-    int parens = 0;
-    for (;;) {
-        pANTLR3_COMMON_TOKEN token = stream->_LT(stream, 1);
-        if (token->type == ANTLR3_TOKEN_EOF || (parens == 0 && endsStorageClause(stream, 1))) {
-            return true;
-        }
-        if (token->type == OPENPAREN) {
-            ++parens;
-        } else if (token->type == CLOSEPAREN) {
-            if (parens == 0) {
-                return true;  // not ours: a parenthesis the clause did not open
-            }
-            --parens;
-        }
-        input->consume(input);
-    }
-}

@@ -151,6 +151,9 @@ bool kp_isRecoveryNode(pANTLR3_BASE_TREE node);
 std::string kp_utf16Slice(const char16_t *units, size_t count);
 // Case-insensitive check of a token's text against an ASCII upper-case word.
 bool kp_isWord(pANTLR3_COMMON_TOKEN token, const char *upperWord);
+// True when the token is a plain word (STRING) that is one of the ASCII
+// upper-case words of a blank-separated list ("MONITORING NOMONITORING").
+bool kp_isAnyWord(pANTLR3_COMMON_TOKEN token, const char *upperWords);
 // The same check on a text.
 bool kp_textIsWord(const std::string &text, const char *upperWord);
 // True when the keyword at LT(1) names a column of a table's element list:
@@ -193,15 +196,6 @@ bool kp_isDollarBlock(pANTLR3_BASE_RECOGNIZER recognizer);
 // its first ; when it has no body block. Dollar-quoted bodies are passed over
 // whole; BEGIN/CASE ... END nest without recursion.
 bool kp_skipRoutine(pANTLR3_BASE_RECOGNIZER recognizer);
-// True at a physical storage or partitioning clause after a table: Oracle's
-// segment attributes, TABLESPACE, STORAGE, LOB, ORGANIZATION, PARALLEL,
-// ROW MOVEMENT ..., PARTITION BY of every dialect, PostgreSQL's INHERITS and
-// USING method, MySQL's STATS_ options.
-bool kp_isStorageClauseStart(pANTLR3_BASE_RECOGNIZER recognizer);
-// Consumes the rest of storage clauses after their first word (always true), parentheses
-// balanced: they end before the statement's end or before a table option the
-// model keeps (ENGINE, CHARSET, COLLATE, COMMENT, AUTO_INCREMENT).
-bool kp_skipStorageClause(pANTLR3_BASE_RECOGNIZER recognizer);
 // A runtime string as UTF-8; empty for NULL.
 std::string AntlrCocoaString(pANTLR3_STRING string);
 // The tree-string rendering of a subtree; empty for NULL.

@@ -2,7 +2,11 @@
 // the table itself and its table options.
 #include "TableBuilder.h"
 
+#include "AlterBuilder.h"
+
 #include <SchemaModel/SchemaModel.h>
+
+#include <variant>
 
 SQLTable *kp_beginTable(SQLContainer *container, const std::vector<std::string> *nameParts)
 {
@@ -30,5 +34,52 @@ void kp_setTableProperty(SQLTable *table, const char *key, pANTLR3_BASE_TREE val
 {
     if (table != nullptr && value != nullptr && !kp_isRecoveryNode(value)) {
         table->setProperty(key, kp_nodeText(value));
+    }
+}
+
+void kp_inheritColumns(SQLContainer *container, SQLTable *table, const std::vector<std::string> *parentParts,
+                       const char *key)
+{
+    if (table == nullptr || parentParts == nullptr || parentParts->empty()) {
+        return;
+    }
+    std::string parentName;
+    for (const std::string &part : *parentParts) {
+        parentName += (parentName.empty() ? "" : ".") + part;
+    }
+    const std::optional<std::string> earlier = table->getPropertyAsString(key);
+    table->setProperty(key, earlier.has_value() && !earlier->empty() ? *earlier + ", " + parentName : parentName);
+    const SQLTable *parent = kp_findAlterTarget(container, parentParts);
+    if (parent == nullptr || parent == table) {
+        return;
+    }
+    for (const std::unique_ptr<SQLField> &column : parent->fields()) {
+        if (table->getFieldByName(column->getName()) != nullptr) {
+            continue;
+        }
+        std::unique_ptr<SQLField> copy = SQLField::fieldWithName(column->getName(), column->getType());
+        copy->setNotNull(column->isNotNull());
+        copy->setAutoIncrement(column->isAutoIncrement());
+        if (const std::optional<std::string> value = column->getDefaultValue()) {
+            copy->setDefaultValueFromParsedString(*value);
+        }
+        for (const auto &[name, value] : column->getProperties()) {
+            if (const bool *flag = std::get_if<bool>(&value)) {
+                copy->setPropertyAsBoolean(name, *flag);
+            } else {
+                copy->setProperty(name, std::get<std::string>(value));
+            }
+        }
+        for (const std::unique_ptr<SQLConstraint> &check : column->checkConstraints()) {
+            std::unique_ptr<SQLConstraint> checkCopy = SQLConstraint::constraint();
+            if (check->hasName()) {
+                checkCopy->setName(check->getName());
+            }
+            if (const std::optional<std::string> expression = check->getCheckConstraintExpression()) {
+                checkCopy->setCheckConstraintExpression(*expression);
+            }
+            copy->addCheckConstraint(std::move(checkCopy));
+        }
+        table->addWithRenaming(std::move(copy));
     }
 }

@@ -15,3 +15,11 @@ SQLTable *kp_beginTable(SQLContainer *container, const std::vector<std::string> 
 void kp_setTableType(SQLTable *table, pANTLR3_BASE_TREE engine);
 // A string property from a node's text.
 void kp_setTableProperty(SQLTable *table, const char *key, pANTLR3_BASE_TREE value);
+// Gives a table the columns of its parent (PostgreSQL's PARTITION OF and
+// INHERITS): each parent column the table does not have yet is copied (name,
+// type, NOT NULL, auto-increment, default, properties, column checks) and
+// added after the table's own; keys stay with the parent. The parent's name
+// as written is recorded in the table property `key`, several parents
+// separated by ", ". A parent not (yet) in the container adds no column.
+void kp_inheritColumns(SQLContainer *container, SQLTable *table, const std::vector<std::string> *parentParts,
+                       const char *key);

@@ -10,9 +10,27 @@ createTable[SQLContainer *c]
       | errorNode  // no name: the columns are walked without a table
       )
       ( OPENPAREN ( subsequentTableEntry[table] ( COMMA subsequentTableEntry[table] )* )?
-        ( CLOSEPAREN ( tableOption[table] )? )?
+        ( CLOSEPAREN ( tableOption[c, table] )? )?
+      | partitionOfParent[c, table] ( tableOption[c, table] )?
       | errorNode
       )
+    ;
+
+// PostgreSQL's partition has its parent's columns; its own list holds
+// constraints and column options.
+partitionOfParent[SQLContainer *c, SQLTable *table]
+    : 'PARTITION' 'OF'
+      parent=qualifiedObjectName { kp_inheritColumns(c, table, $parent.parts, "partitionOf"); }
+      ( OPENPAREN ( subsequentTableEntry[table] ( COMMA subsequentTableEntry[table] )* )? CLOSEPAREN )?
+    ;
+
+// PostgreSQL's INHERITS (parent, ...): the parents' columns that the table
+// does not declare itself are added after its own.
+inheritsClause[SQLContainer *c, SQLTable *table]
+    : STRING OPENPAREN
+      first=qualifiedObjectName { kp_inheritColumns(c, table, $first.parts, "inherits"); }
+      ( COMMA next=qualifiedObjectName { kp_inheritColumns(c, table, $next.parts, "inherits"); } )*
+      CLOSEPAREN
     ;
 
 tableName
@@ -44,9 +62,10 @@ subsequentTableEntry[SQLTable *table]
         kp_forgetRecognitionError(RECOGNIZER);
     }
 
-tableOption[SQLTable *table]
+tableOption[SQLContainer *c, SQLTable *table]
 @init { pANTLR3_BASE_TREE collation = NULL; }
     : ( ( 'TYPE' | 'ENGINE' ) EQUALS engine=STRING { kp_setTableType(table, $engine); }
+      | inheritsClause[c, table]
       | tableComment[table]
       | 'AUTO_INCREMENT' EQUALS fieldSize
       | ( T_DEFAULT )?

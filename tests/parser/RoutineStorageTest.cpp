@@ -37,14 +37,79 @@ TEST(StorageClauses, OracleSegmentLobOrganizationAndPartitionsLeaveTheTableAsWit
     expectSameAsPlain("ORGANIZATION INDEX PCTTHRESHOLD 50 INCLUDING name OVERFLOW TABLESPACE users NOPARALLEL");
     expectSameAsPlain("PARTITION BY RANGE (id) SUBPARTITION BY HASH (name) SUBPARTITIONS 4 "
                       "(PARTITION p1 VALUES LESS THAN (100) TABLESPACE a, PARTITION p2 VALUES LESS THAN (MAXVALUE))");
+    expectSameAsPlain("SEGMENT CREATION DEFERRED COLUMN STORE COMPRESS FOR QUERY HIGH MONITORING "
+                      "RESULT_CACHE (MODE DEFAULT) FLASHBACK ARCHIVE fa NO INMEMORY ROWDEPENDENCIES");
+    expectSameAsPlain("ROW STORE COMPRESS ADVANCED STORAGE (INITIAL 1G MAXSIZE UNLIMITED) PARALLEL (DEGREE 4)");
+    expectSameAsPlain("COMPRESS FOR ALL OPERATIONS NOCACHE DISABLE ROW MOVEMENT");
+    expectSameAsPlain("ORGANIZATION EXTERNAL (TYPE oracle_loader DEFAULT DIRECTORY d ACCESS PARAMETERS "
+                      "(RECORDS DELIMITED BY NEWLINE FIELDS TERMINATED BY ',' (a, b)) LOCATION ('t.csv')) "
+                      "REJECT LIMIT UNLIMITED");
+    expectSameAsPlain("PARTITION BY LIST (name) (PARTITION pa VALUES ('a', 'b') TABLESPACE x "
+                      "LOB (name) STORE AS SECUREFILE (CHUNK 8192 COMPRESS HIGH DEDUPLICATE), PARTITION pd VALUES (DEFAULT))");
+    expectSameAsPlain("PARTITION BY HASH (id) PARTITIONS 8 STORE IN (ts1, ts2)");
+    expectSameAsPlain("PARTITION BY RANGE (id) INTERVAL (NUMTOYMINTERVAL(1, 'MONTH')) SUBPARTITION BY LIST (name) "
+                      "SUBPARTITION TEMPLATE (SUBPARTITION a VALUES ('x'), SUBPARTITION b VALUES (DEFAULT)) "
+                      "(PARTITION p0 VALUES LESS THAN (TO_DATE('2001-01-01', 'YYYY-MM-DD')) "
+                      "(SUBPARTITION s1 VALUES ('q') TABLESPACE t, SUBPARTITION s2 VALUES (DEFAULT)))");
+    expectSameAsPlain("LOB (name) STORE AS name_seg VARRAY arr STORE AS LOB arr_seg (CACHE READS LOGGING) "
+                      "NESTED TABLE nt STORE AS nt_tab RETURN AS LOCATOR");
 }
 
 TEST(StorageClauses, MySqlPostgreSqlAndSqlServerClausesLeaveTheTableAsWithout)
 {
     expectSameAsPlain("/*!50100 PARTITION BY LIST (id) (PARTITION p0 VALUES IN (1,2) ENGINE = InnoDB) */");
     expectSameAsPlain("STATS_PERSISTENT=0 PARTITION BY HASH (id) PARTITIONS 4");
-    expectSameAsPlain("INHERITS (base) PARTITION BY RANGE (id) USING heap WITH (fillfactor = 70) TABLESPACE fast");
-    expectSameAsPlain("ON [PRIMARY] TEXTIMAGE_ON [PRIMARY]");
+    expectSameAsPlain("PARTITION BY RANGE (id) USING heap WITH (fillfactor = 70) TABLESPACE fast");
+    expectSameAsPlain("PARTITION BY LIST (lower(name) text_pattern_ops)");
+    expectSameAsPlain("ON [PRIMARY] TEXTIMAGE_ON [PRIMARY] FILESTREAM_ON fs");
+    expectSameAsPlain("ON ps_by_id (id)");
+    expectSameAsPlain("TABLESPACE ts STORAGE DISK STATS_AUTO_RECALC=DEFAULT ENCRYPTION='N' "
+                      "PARTITION BY KEY ALGORITHM=2 (id) PARTITIONS 4");
+    expectSameAsPlain("PARTITION BY LINEAR HASH (id) PARTITIONS 3");
+    expectSameAsPlain("/*!50500 PARTITION BY RANGE COLUMNS(id, name) (PARTITION p0 VALUES LESS THAN (10, 'm') "
+                      "ENGINE = InnoDB COMMENT = 'first', PARTITION p1 VALUES LESS THAN (MAXVALUE, MAXVALUE)) */");
+    expectSameAsPlain("PARTITION BY RANGE (id) SUBPARTITION BY HASH (id) SUBPARTITIONS 2 (PARTITION p0 VALUES "
+                      "LESS THAN (5) (SUBPARTITION s0 DATA DIRECTORY = '/d' STORAGE ENGINE = InnoDB, SUBPARTITION s1), "
+                      "PARTITION p1 VALUES LESS THAN MAXVALUE MAX_ROWS = 10 NODEGROUP 0)");
+}
+
+TEST(StorageClauses, StorageOnlyAlterTableActionsLeaveNoRecordAndTheTableAsItWas)
+{
+    const std::string plain = std::string(plainTable) + ";\n";
+    const char *const alters[] = {
+        "ALTER TABLE t ENABLE ROW MOVEMENT;",
+        "ALTER TABLE t DISABLE ROW MOVEMENT;",
+        "ALTER TABLE t MOVE TABLESPACE x;",
+        "ALTER TABLE t MOVE ONLINE TABLESPACE x STORAGE (INITIAL 64K) COMPRESS PARALLEL 4 UPDATE GLOBAL INDEXES;",
+        "ALTER TABLE t MOVE PARTITION p1 TABLESPACE y NOLOGGING;",
+        "ALTER TABLE t NOLOGGING;",
+        "ALTER TABLE t PCTFREE 20 PARALLEL 4 CACHE;",
+        "ALTER TABLE t SHRINK SPACE COMPACT CASCADE;",
+        "ALTER TABLE t ALLOCATE EXTENT (SIZE 1M);",
+        "ALTER TABLE t DEALLOCATE UNUSED KEEP 10M;",
+        "ALTER TABLE t PARTITION BY HASH (id) PARTITIONS 4;",
+        "ALTER TABLE t DROP PARTITION p1;",
+        "ALTER TABLE t TRUNCATE PARTITION p1;",
+        "ALTER TABLE t REMOVE PARTITIONING;",
+        "ALTER TABLE t MODIFY LOB (name) (CACHE);",
+        "ALTER TABLE t SET UNLOGGED;",
+        "ALTER TABLE t SET (fillfactor = 70);",
+        "ALTER TABLE t RESET (fillfactor);",
+        "ALTER TABLE t INHERIT parent;",
+    };
+    for (const char *alter : alters) {
+        const ParseResult r = parse(plain + alter);
+        EXPECT_TRUE(r.records.empty()) << alter << ": " << r.records.front();
+        EXPECT_EQ(modelOf(plain + alter), modelOf(plain)) << alter;
+    }
+}
+
+TEST(StorageClauses, ABrokenClauseCostsOnlyItsStatement)
+{
+    const ParseResult r = parse("CREATE TABLE a (id INT) PARTITION BY RANGE (id) (PARTITION p0 VALUES LESS THAN (1;\n"
+                                "CREATE TABLE b (id INT) STORAGE (INITIAL 64K BOGUS);\nCREATE TABLE c (id INT);");
+    EXPECT_FALSE(r.records.empty());
+    EXPECT_EQ(tableNames(r), (std::vector<std::string>{"a", "b", "c"}));
 }
 
 TEST(StorageClauses, KeptOptionsAfterAClauseAreStillRead)
@@ -52,6 +117,50 @@ TEST(StorageClauses, KeptOptionsAfterAClauseAreStillRead)
     const ParseResult r = parse("CREATE TABLE t (id INT) TABLESPACE ts ENGINE=InnoDB DEFAULT CHARSET=utf8;");
     EXPECT_TRUE(r.records.empty()) << r.records.front();
     EXPECT_EQ(tableNamed(r, "t").getTableType(), std::optional<std::string>("InnoDB"));
+}
+
+TEST(Partitions, APartitionHasItsParentsColumnsAndItsOwnConstraints)
+{
+    const ParseResult r = parse(
+        "CREATE TABLE p (id int NOT NULL, city int DEFAULT 0, at date NOT NULL CHECK (at > '2000-01-01')) "
+        "PARTITION BY RANGE (at);\n"
+        "CREATE TABLE p1 PARTITION OF p (CONSTRAINT p1_pk PRIMARY KEY (id, at), CHECK (city > 0)) "
+        "FOR VALUES FROM ('2020-01-01') TO ('2021-01-01') PARTITION BY LIST (city);\n"
+        "CREATE TABLE p1a PARTITION OF p1 FOR VALUES IN (1, 2);\n"
+        "CREATE TABLE p2 PARTITION OF p FOR VALUES WITH (MODULUS 4, REMAINDER 0);\n"
+        "CREATE TABLE pd PARTITION OF p DEFAULT;\n"
+        "CREATE TABLE lost PARTITION OF nowhere FOR VALUES IN (1);\n"
+        "CREATE TABLE cities (id int PRIMARY KEY);\n"
+        "ALTER TABLE ONLY p1a ADD CONSTRAINT p1a_city FOREIGN KEY (city) REFERENCES cities (id);\n");
+    EXPECT_TRUE(r.records.empty()) << r.records.front();
+    const SQLTable &p1 = tableNamed(r, "p1");
+    EXPECT_EQ(p1.getFieldNameListString(), tableNamed(r, "p").getFieldNameListString());
+    EXPECT_EQ(p1.getPropertyAsString("partitionOf"), std::optional<std::string>("p"));
+    ASSERT_NE(p1.getFieldByName("city"), nullptr);
+    EXPECT_EQ(p1.getFieldByName("city")->getDefaultValue(), std::optional<std::string>("0"));
+    EXPECT_TRUE(p1.getFieldByName("at")->isNotNull());
+    EXPECT_EQ(p1.getFieldByName("at")->checkConstraints().size(), 1U);
+    EXPECT_EQ(p1.getPrimaryKeyFields().size(), 2U);
+    EXPECT_EQ(p1.checkConstraints().size(), 1U);
+    EXPECT_TRUE(tableNamed(r, "p").getPrimaryKeyFields().empty());
+    EXPECT_EQ(tableNamed(r, "p1a").getFieldNameListString(), p1.getFieldNameListString());
+    EXPECT_EQ(tableNamed(r, "p1a").getPropertyAsString("partitionOf"), std::optional<std::string>("p1"));
+    EXPECT_EQ(tableNamed(r, "p2").fields().size(), 3U);
+    EXPECT_EQ(tableNamed(r, "pd").fields().size(), 3U);
+    EXPECT_TRUE(tableNamed(r, "lost").fields().empty());
+    EXPECT_EQ(tableNamed(r, "lost").getPropertyAsString("partitionOf"), std::optional<std::string>("nowhere"));
+    EXPECT_EQ(tableNamed(r, "p1a").foreignKeys().size() + (tableNamed(r, "p1a").getFieldByName("city")->getReferences() ? 1U : 0U), 1U);
+}
+
+TEST(Partitions, AnInheritingTableAddsItsParentsColumnsAfterItsOwn)
+{
+    const ParseResult r = parse("CREATE TABLE base (id int NOT NULL, name text);\n"
+                                "CREATE TABLE child (extra text, name text NOT NULL) INHERITS (base, other);\n");
+    EXPECT_TRUE(r.records.empty()) << r.records.front();
+    const SQLTable &child = tableNamed(r, "child");
+    EXPECT_EQ(child.getFieldNameListString(), "extra, name, id");
+    EXPECT_TRUE(child.getFieldByName("name")->isNotNull());
+    EXPECT_EQ(child.getPropertyAsString("inherits"), std::optional<std::string>("base, other"));
 }
 
 TEST(Routines, ABrokenRoutineCostsOnlyItself)
