@@ -770,10 +770,6 @@ bool kp_skipRoutine(pANTLR3_BASE_RECOGNIZER recognizer)
             const bool create = hasWord(next, "CREATE") && (top || next->charPosition == 0);
             const bool ended = top && (closed || !declarative);
             if (ended || create) {
-                if (!ended && passedSemicolon) {
-                    // The routine never closed: what lies between went with it.
-                    kp_reportRunOnStatement(recognizer, next);
-                }
                 input->consume(input);
                 return true;
             }

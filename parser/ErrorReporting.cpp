@@ -52,6 +52,30 @@ pANTLR3_INT_STREAM recognizerStream(pANTLR3_BASE_RECOGNIZER recognizer)
     return static_cast<pANTLR3_TREE_PARSER>(recognizer->super)->ctnstream->tnstream->istream;
 }
 
+// True when the statement being parsed holds, after its first token, a line
+// that starts another statement (see kp_startsStatementLine).
+bool statementPassedLine(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    const ParseSession *session = static_cast<ParseSession *>(recognizer->state->userp);
+    if (session == nullptr || session->statementPosition < 0) {
+        return false;
+    }
+    pANTLR3_TOKEN_STREAM tokens = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    pANTLR3_INT_STREAM is = tokens->istream;
+    for (ANTLR3_MARKER i = is->index(is) - 1; i >= 0; --i) {
+        pANTLR3_COMMON_TOKEN token = tokens->get(tokens, static_cast<ANTLR3_UINT32>(i));
+        if (token == nullptr || static_cast<int>(token->line) < session->statementLine ||
+            (static_cast<int>(token->line) == session->statementLine &&
+             token->charPosition <= session->statementPosition)) {
+            return false;
+        }
+        if (token->channel == ANTLR3_TOKEN_DEFAULT_CHANNEL && kp_startsStatementLine(token)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 sqlantlr::ParseSession *kp_session(pANTLR3_BASE_RECOGNIZER recognizer)
@@ -131,7 +155,6 @@ void kp_parser_displayRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer, pANTL
         auto token = static_cast<pANTLR3_COMMON_TOKEN>(ex->token);
         if (token->type == ANTLR3_TOKEN_EOF) {
             logf(", at <EOF>");
-            kp_reportRunOnStatement(recognizer, token);
         } else {
             const std::string text = kp_tokenText(token);
             const unsigned number = sink != nullptr ? ++sink->descriptionCounter : 0;
@@ -140,6 +163,16 @@ void kp_parser_displayRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer, pANTL
                                         std::to_string(ex->type) + "): " + detail;
             logf("[%d,%d],%s", line, pos, message.c_str());
             record(message);
+        }
+    }
+
+    if (isParser) {
+        // An error at the end of the script (a token found there or made up
+        // for a missing one): the statement ran on to it.
+        pANTLR3_INT_STREAM is = recognizerStream(recognizer);
+        if (is->_LA(is, 1) == ANTLR3_TOKEN_EOF && statementPassedLine(recognizer)) {
+            pANTLR3_TOKEN_STREAM tokens = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+            kp_reportRunOnStatement(recognizer, tokens->_LT(tokens, 1));
         }
     }
 

@@ -2,7 +2,7 @@ DEFINE owner = hr
 CREATE TABLE &&owner..dept (
   id NUMBER(10) PRIMARY KEY,
   name VARCHAR2(30)
-) TABLESPACE &&tbs;
+);
 CREATE TABLE &owner..emp (
   id NUMBER(10) PRIMARY KEY,
   dept_id NUMBER(10) CONSTRAINT emp_dept REFERENCES &&owner..dept (id)

@@ -14,11 +14,6 @@ CREATE TABLE c (id INT,
   name VARCHAR(10)
 CREATE TABLE d (id INT);
 ALTER TABLE b ADD CONSTRAINT fk_b_a FOREIGN KEY (a_id) REFERENCES a (id);
--- A procedure without its END runs on to the next CREATE line.
-CREATE OR REPLACE PROCEDURE p IS
-BEGIN
-  UPDATE a SET id = 1;
-ALTER TABLE a ADD CONSTRAINT a_u UNIQUE (id);
 CREATE INDEX b_a ON b (a_id);
 -- A DECLARE whose BEGIN never comes takes the rest of the script.
 DECLARE v_count INT;
