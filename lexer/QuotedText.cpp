@@ -4,6 +4,8 @@
 #include "RecognizerSupport.h"
 #include "VellumGrammarCLexer.h"
 
+#include <string>
+
 namespace sqlantlr {
 
 namespace {
@@ -25,6 +27,13 @@ struct LineScanUnits {
 const LineScanUnits lineScanUnits;
 
 bool mattersToLineScan(char16_t c) { return c < 128 && lineScanUnits.matters[c]; }
+
+bool isAsciiLetter(char16_t c) { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z'); }
+
+bool isNameCharacter(char16_t c)
+{
+    return isAsciiLetter(c) || (c >= u'0' && c <= u'9') || c == u'_' || c == u'$' || c == u'#';
+}
 
 // The position just after the closing quote, or nullptr when the piece is not
 // closed before end. A doubled quote closes the piece: the next piece of the
@@ -118,8 +127,16 @@ bool staysOnItsLine(const char16_t *body, const char16_t *close, const char16_t 
 
 } // namespace
 
-size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote, QuoteScanCache *cache)
+size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote, QuoteScanCache *cache,
+                        bool lineBound)
 {
+    if (lineBound) {
+        const char16_t *p = body;
+        while (p < end && !isLineEnd(*p) && *p != quote) {
+            ++p;
+        }
+        return p < end && *p == quote ? static_cast<size_t>(p + 1 - body) : 0;
+    }
     // The plain reading, and whether its body holds a backslash or a line
     // end: only then may the escaping reading differ from it.
     const char16_t *plain = nullptr;
@@ -142,6 +159,74 @@ size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quot
         }
     }
     return chosen != nullptr ? static_cast<size_t>(chosen - body) : 0;
+}
+
+bool isRemarkLine(const char16_t *begin, const char16_t *at, QuoteScanCache *cache)
+{
+    const char16_t *p = at;
+    const char16_t *stop = begin;
+    const bool sameLineKnown = cache != nullptr && cache->lineAt != nullptr && cache->lineAt >= begin &&
+                               cache->lineAt <= at;
+    if (sameLineKnown) {
+        stop = cache->lineAt;
+    }
+    while (p > stop && !isLineEnd(p[-1])) {
+        --p;
+    }
+    if (sameLineKnown && p == stop && (stop == begin || !isLineEnd(stop[-1]))) {
+        p = cache->lineStart;
+    }
+    if (cache != nullptr) {
+        cache->lineAt = at;
+        cache->lineStart = p;
+    }
+    while (p < at && (*p == u' ' || *p == u'\t')) {
+        ++p;
+    }
+    std::string word;
+    for (; p < at && isAsciiLetter(*p) && word.size() < 8; ++p) {
+        word += static_cast<char>(*p >= u'a' ? *p - (u'a' - u'A') : *p);
+    }
+    if (p == at || (*p != u' ' && *p != u'\t')) {
+        return false;
+    }
+    // SQL*Plus takes any abbreviation down to REM and PRO.
+    auto abbreviates = [&](const std::string &full, size_t shortest) {
+        return word.size() >= shortest && full.compare(0, word.size(), word) == 0 && word.size() <= full.size();
+    };
+    return abbreviates("REMARK", 3) || abbreviates("PROMPT", 3);
+}
+
+size_t substitutionPrefixLength(const char16_t *begin, const char16_t *p, const char16_t *end)
+{
+    if (p >= end || *p != u'&') {
+        return 0;
+    }
+    if (p > begin) {
+        const char16_t before = p[-1];
+        if (isNameCharacter(before) || before == u')' || before == u']' || before == u'&' || before == u'\'' ||
+            before == u'"' || before == u'`' || before >= 0x80) {
+            return 0;
+        }
+    }
+    const char16_t *q = p + 1;
+    if (q < end && *q == u'&') {
+        ++q;
+    }
+    const char16_t *name = q;
+    while (q < end && isNameCharacter(*q)) {
+        ++q;
+    }
+    if (q == name || q >= end || *q != u'.') {
+        return 0;
+    }
+    ++q;
+    if (q < end && *q == u'.') {
+        ++q;
+    }
+    const bool nameFollows = q < end && (isAsciiLetter(*q) || *q == u'"' || *q == u'`' || *q == u'[' || *q == u'_' ||
+                                         *q >= 0x80);
+    return nameFollows ? static_cast<size_t>(q - p) : 0;
 }
 
 size_t bracketedNameLength(const char16_t *p, const char16_t *end)
@@ -172,8 +257,9 @@ void kp_matchQuotedBody(pANTLR3_LEXER lexer, ANTLR3_UCHAR quote)
     const char16_t *end = data + input->sizeBuf / 2;
     const auto *body = static_cast<const char16_t *>(input->nextChar);
     auto *session = static_cast<sqlantlr::ParseSession *>(lexer->rec->state->userp);
-    const size_t length = sqlantlr::quotedBodyLength(body, end, static_cast<char16_t>(quote),
-                                                     session != nullptr ? &session->quoteScans : nullptr);
+    sqlantlr::QuoteScanCache *cache = session != nullptr ? &session->quoteScans : nullptr;
+    const bool lineBound = sqlantlr::isRemarkLine(data, body - 1, cache);
+    const size_t length = sqlantlr::quotedBodyLength(body, end, static_cast<char16_t>(quote), cache, lineBound);
     if (length == 0) {
         lexer->rec->state->user1++;
         return;
@@ -199,4 +285,37 @@ bool kp_bracketedNameAhead(pANTLR3_LEXER lexer)
     const char16_t *end = data + input->sizeBuf / 2;
     const auto *p = static_cast<const char16_t *>(input->nextChar);
     return sqlantlr::bracketedNameLength(p, end) != 0;
+}
+
+bool kp_substitutionPrefixAhead(pANTLR3_LEXER lexer)
+{
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    const auto *data = static_cast<const char16_t *>(input->data);
+    const char16_t *end = data + input->sizeBuf / 2;
+    const auto *p = static_cast<const char16_t *>(input->nextChar);
+    return sqlantlr::substitutionPrefixLength(data, p, end) != 0;
+}
+
+void kp_widenSubstitutionPrefix(pANTLR3_LEXER lexer, pANTLR3_COMMON_TOKEN token)
+{
+    // The '&&' operator wins the lexer's prediction over the longer prefix rule.
+    if (token == nullptr || token->type == ANTLR3_TOKEN_EOF || token->type == SUBSTITUTION_PREFIX ||
+        kp_tokenText(token) != "&&") {
+        return;
+    }
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    const auto *data = static_cast<const char16_t *>(input->data);
+    const char16_t *end = data + input->sizeBuf / 2;
+    const auto *p = reinterpret_cast<const char16_t *>(token->start);
+    const size_t length = sqlantlr::substitutionPrefixLength(data, p, end);
+    if (length <= 2 || static_cast<const char16_t *>(input->nextChar) != p + 2) {
+        return;
+    }
+    pANTLR3_INT_STREAM stream = input->istream;
+    for (size_t i = 2; i < length; ++i) {
+        stream->consume(stream);
+    }
+    token->type = SUBSTITUTION_PREFIX;
+    token->channel = HIDDEN;
+    token->stop = reinterpret_cast<ANTLR3_MARKER>(p + length) - 1;
 }

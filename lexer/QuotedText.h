@@ -25,11 +25,31 @@ struct QuoteScanCache {
     };
     Scan plain;
     Scan escaping;
+    // The start of the line of the last quote asked about, so that finding
+    // the line start of the next quote on the same line costs only the units
+    // between the two.
+    const char16_t *lineAt = nullptr;
+    const char16_t *lineStart = nullptr;
 };
 
 // Units from body up to and including the closing quote, or 0 when the piece
-// is never closed either way. body points just after the opening quote.
-size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote, QuoteScanCache *cache = nullptr);
+// is never closed either way. body points just after the opening quote. In a
+// line that only runs to its end (see isRemarkLine) the piece closes on its
+// line or not at all, and a backslash escapes nothing.
+size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote, QuoteScanCache *cache = nullptr,
+                        bool lineBound = false);
+
+// True when the line holding at starts with a SQL*Plus REM[ARK] or PRO[MPT]
+// command: free text up to the line end, where an apostrophe (REM don't) opens
+// no string. begin is the start of the script.
+bool isRemarkLine(const char16_t *begin, const char16_t *at, QuoteScanCache *cache = nullptr);
+
+// Units of the SQL*Plus substitution variable that prefixes a name at p
+// (&owner. in &owner.emp, &&owner.. in &&owner..emp, &1..emp), or 0. The
+// variable starts a name (no name character, ')' or quote before it), holds
+// ASCII letters, digits, '_', '$' and '#', and ends at the period that
+// SQL*Plus takes as its end; a second period and the name must follow.
+size_t substitutionPrefixLength(const char16_t *begin, const char16_t *p, const char16_t *end);
 
 // Units of the bracketed name [..] at p, or 0 when the bracket opens none: it
 // stays on its line, is not empty and does not start with a digit or a quote.

@@ -94,6 +94,17 @@ fragment BRACKETED_NAME
     : '[' ~( ']' | '\r' | '\n' | '0'..'9' | '\'' | '"' ) ( ~( ']' | '\r' | '\n' ) )* ']'
     ;
 
+// A SQL*Plus substitution variable before a name: &&owner..emp, &owner.emp,
+// &1..emp. SQL*Plus ends the variable at the first period, so the name that
+// follows is the table's own; its value is not known here, so the prefix is
+// hidden and the name is read without a schema. kp_substitutionPrefixAhead
+// checks the whole form first (see lexer/QuotedText.h); elsewhere '&&' and a
+// lone '&' keep their old meaning.
+SUBSTITUTION_PREFIX
+    : { kp_substitutionPrefixAhead(LEXER) }?=> '&' ( '&' )? ( 'A'..'Z' | '0'..'9' | '_' | '$' | '#' )+ '.' ( '.' )?
+      { $channel = HIDDEN; }
+    ;
+
 // The bounds of a PostgreSQL array type: int[], int[3]. Other brackets
 // that open no name are skipped alone, as before.
 ARRAY_BOUNDS

@@ -586,13 +586,19 @@ void kp_requireTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer)
 void kp_recoverToTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer)
 {
     pANTLR3_INT_STREAM is = parserStream(recognizer);
+    pANTLR3_TOKEN_STREAM tokens = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
     recognizer->beginResync(recognizer);
     long depth = 0;
+    bool passed = false;  // a line that starts the next statement went with the entry
     for (;;) {
         const ANTLR3_UINT32 next = is->_LA(is, 1);
         if (next == ANTLR3_TOKEN_EOF || next == SEMI || (depth == 0 && (next == COMMA || next == CLOSEPAREN))) {
+            if (passed || next == ANTLR3_TOKEN_EOF) {
+                kp_reportRunOnStatement(recognizer, tokens->_LT(tokens, 1));
+            }
             break;
         }
+        passed = passed || kp_startsStatementLine(tokens->_LT(tokens, 1));
         if (next == OPENPAREN) {
             ++depth;
         } else if (next == CLOSEPAREN) {
@@ -921,11 +927,16 @@ bool kp_skipRoutine(pANTLR3_BASE_RECOGNIZER recognizer)
     bool declarative = false;  // IS/AS/DECLARE before the body: its ; end declarations
     bool closed = false;       // the END of the body has been met
     bool statements = false;   // a statement word at the top level: AS is no header any more
+    bool passedSemicolon = false;
     for (;;) {
         pANTLR3_COMMON_TOKEN token = stream->_LT(stream, 1);
         pANTLR3_COMMON_TOKEN next = stream->_LT(stream, 2);  // fetched first: it may mark token
         const ANTLR3_UINT32 type = token->type;
         if (type == ANTLR3_TOKEN_EOF || type == T_DELIMITER) {
+            if (type == ANTLR3_TOKEN_EOF && passedSemicolon) {
+                // Statements after a ";" it could not end at went with it.
+                kp_reportRunOnStatement(recognizer, token);
+            }
             return true;
         }
         if (token->user2 == kp_routineEndMark) {
@@ -943,10 +954,12 @@ bool kp_skipRoutine(pANTLR3_BASE_RECOGNIZER recognizer)
             // A CREATE after a ";" at the top level, or at the start of a line
             // inside a block that never closed, is the next statement.
             const bool create = hasWord(next, "CREATE") && (top || next->charPosition == 0);
-            if ((top && (closed || !declarative)) || create) {
+            const bool ended = top && (closed || !declarative);
+            if (ended || create) {
                 input->consume(input);
                 return true;
             }
+            passedSemicolon = true;
         } else if (type == T_END) {
             if (kp_isConstructEnd(token, next)) {
                 input->consume(input);

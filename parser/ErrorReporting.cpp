@@ -52,6 +52,30 @@ pANTLR3_INT_STREAM recognizerStream(pANTLR3_BASE_RECOGNIZER recognizer)
     return static_cast<pANTLR3_TREE_PARSER>(recognizer->super)->ctnstream->tnstream->istream;
 }
 
+// True when the statement being parsed holds, after its first token, a line
+// that starts another statement (see kp_startsStatementLine).
+bool statementPassedLine(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    const ParseSession *session = static_cast<ParseSession *>(recognizer->state->userp);
+    if (session == nullptr || session->statementPosition < 0) {
+        return false;
+    }
+    pANTLR3_TOKEN_STREAM tokens = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    pANTLR3_INT_STREAM is = tokens->istream;
+    for (ANTLR3_MARKER i = is->index(is) - 1; i >= 0; --i) {
+        pANTLR3_COMMON_TOKEN token = tokens->get(tokens, static_cast<ANTLR3_UINT32>(i));
+        if (token == nullptr || static_cast<int>(token->line) < session->statementLine ||
+            (static_cast<int>(token->line) == session->statementLine &&
+             token->charPosition <= session->statementPosition)) {
+            return false;
+        }
+        if (token->channel == ANTLR3_TOKEN_DEFAULT_CHANNEL && kp_startsStatementLine(token)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 sqlantlr::ParseSession *kp_session(pANTLR3_BASE_RECOGNIZER recognizer)
@@ -139,6 +163,16 @@ void kp_parser_displayRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer, pANTL
                                         std::to_string(ex->type) + "): " + detail;
             logf("[%d,%d],%s", line, pos, message.c_str());
             record(message);
+        }
+    }
+
+    if (isParser) {
+        // An error at the end of the script (a token found there or made up
+        // for a missing one): the statement ran on to it.
+        pANTLR3_INT_STREAM is = recognizerStream(recognizer);
+        if (is->_LA(is, 1) == ANTLR3_TOKEN_EOF && statementPassedLine(recognizer)) {
+            pANTLR3_TOKEN_STREAM tokens = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+            kp_reportRunOnStatement(recognizer, tokens->_LT(tokens, 1));
         }
     }
 
@@ -240,7 +274,21 @@ void kp_parser_recover2(pANTLR3_BASE_RECOGNIZER recognizer)
     recognizer->state->lastErrorIndex = is->index(is);
     pANTLR3_BITSET followSet = recognizer->computeErrorRecoverySet(recognizer);
     recognizer->beginResync(recognizer);
-    recognizer->consumeUntilSet(recognizer, followSet);
+    if (recognizer->type == ANTLR3_TYPE_PARSER) {
+        // The runtime's consumeUntilSet, noting the statements it passes.
+        pANTLR3_TOKEN_STREAM tokens = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+        bool passed = false;
+        for (ANTLR3_UINT32 type = is->_LA(is, 1); type != ANTLR3_TOKEN_EOF && !followSet->isMember(followSet, type);
+             type = is->_LA(is, 1)) {
+            passed = passed || kp_startsStatementLine(tokens->_LT(tokens, 1));
+            is->consume(is);
+        }
+        if (passed || is->_LA(is, 1) == ANTLR3_TOKEN_EOF) {
+            kp_reportRunOnStatement(recognizer, tokens->_LT(tokens, 1));
+        }
+    } else {
+        recognizer->consumeUntilSet(recognizer, followSet);
+    }
     recognizer->endResync(recognizer);
     followSet->free(followSet);
     recognizer->state->error = ANTLR3_FALSE;
@@ -262,15 +310,23 @@ void kp_parser_recover(pANTLR3_BASE_RECOGNIZER recognizer)
     recognizer->state->lastErrorIndex = is->index(is);
     recognizer->beginResync(recognizer);
     logf("consuming until SEMI");
+    pANTLR3_TOKEN_STREAM tokens =
+        recognizer->type == ANTLR3_TYPE_PARSER ? static_cast<pANTLR3_PARSER>(recognizer->super)->tstream : nullptr;
+    bool passed = false;
     for (;;) {
         const ANTLR3_UINT32 type = is->_LA(is, 1);
         if (type == ANTLR3_TOKEN_EOF) {
+            passed = true;
             break;
         }
+        passed = passed || (tokens != nullptr && kp_startsStatementLine(tokens->_LT(tokens, 1)));
         is->consume(is);
         if (type == SEMI) {
             break;
         }
+    }
+    if (passed && tokens != nullptr) {
+        kp_reportRunOnStatement(recognizer, tokens->_LT(tokens, 1));
     }
     recognizer->endResync(recognizer);
     recognizer->state->error = ANTLR3_FALSE;
@@ -435,6 +491,47 @@ void kp_forgetRecognitionError(pANTLR3_BASE_RECOGNIZER recognizer)
         recognizer->state->exception = nullptr;
         ex->freeEx(ex);
     }
+}
+
+void kp_statementStart(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN token)
+{
+    ParseSession *session = kp_session(recognizer);
+    if (session == nullptr || token == nullptr || recognizer->state->backtracking > 0) {
+        return;
+    }
+    session->statementLine = static_cast<int>(token->line);
+    session->statementPosition = token->type == ANTLR3_TOKEN_EOF ? -1 : token->charPosition;
+    session->runOnReported = false;
+}
+
+void kp_reportRunOnStatement(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN until)
+{
+    ParseSession *session = kp_session(recognizer);
+    if (session == nullptr || session->runOnReported || session->statementPosition < 0 ||
+        recognizer->state->backtracking > 0) {
+        return;
+    }
+    session->runOnReported = true;
+    const std::string end = until == nullptr || until->type == ANTLR3_TOKEN_EOF
+                                ? std::string("<EOF>")
+                                : "[" + std::to_string(until->line) + ":" + std::to_string(until->charPosition) + "]";
+    logf("statement at [%d:%d] runs on to %s", session->statementLine, session->statementPosition, end.c_str());
+    session->addException("Unended statement - read up to " + end, session->statementLine,
+                          session->statementPosition);
+}
+
+bool kp_startsStatementLine(pANTLR3_COMMON_TOKEN token)
+{
+    if (token == nullptr || token->type == ANTLR3_TOKEN_EOF || token->charPosition != 0) {
+        return false;
+    }
+    const std::string text = kp_tokenText(token);
+    for (const char *word : {"CREATE", "ALTER", "DROP", "INSERT"}) {
+        if (kp_textIsWord(text, word)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 void kp_raiseNoViableAlternative(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN token)

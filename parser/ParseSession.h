@@ -53,6 +53,11 @@ struct ParseSession {
     // record instead of overflowing the stack; the budget keeps a parse safe
     // on a thread with a 1 MiB stack.
     const char *stackBase = nullptr;
+    // Where the statement being parsed starts, and whether a record already
+    // says that it runs on past its end (see kp_reportRunOnStatement).
+    int statementLine = 0;
+    int statementPosition = -1;
+    bool runOnReported = false;
     static constexpr long stackBudget = 384 * 1024;
 
     void addException(const std::string &message, int line, int charPos);

@@ -38,6 +38,7 @@ pANTLR3_COMMON_TOKEN nextTokenPlacingEnd(pANTLR3_TOKEN_SOURCE source)
     auto lexer = static_cast<pANTLR3_LEXER>(source->super);
     auto session = static_cast<ParseSession *>(lexer->rec->state->userp);
     pANTLR3_COMMON_TOKEN token = session->lexerNextToken(source);
+    kp_widenSubstitutionPrefix(lexer, token);
     if (token != nullptr && token->type == ANTLR3_TOKEN_EOF) {
         token->line = lexer->input->line;
         token->charPosition = lexer->input->charPositionInLine;
@@ -349,7 +350,7 @@ std::vector<SQLToken> RecognizerPipeline::tokenList()
         info.type = static_cast<int>(token->type);
         info.name = token->type < kp_parserTokenCount
                         ? reinterpret_cast<const char *>(VellumGrammarCParserTokenNames[token->type])
-                        : "<unknown>";
+                        : token->type == SUBSTITUTION_PREFIX ? "SUBSTITUTION_PREFIX" : "<unknown>";
         info.channel = static_cast<int>(token->channel);
         info.line = static_cast<int>(token->line);
         info.pos = token->charPosition;
@@ -398,6 +399,8 @@ SQLSyntaxTree *RecognizerPipeline::parseStatement()
     }
     pANTLR3_STACK following = parser->pParser->rec->state->following;
     following->push(following, const_cast<ANTLR3_BITSET_LIST *>(&follow.list), nullptr);
+    pANTLR3_TOKEN_STREAM tokens = parser->pParser->tstream;
+    kp_statementStart(parser->pParser->rec, tokens->_LT(tokens, 1));
     VellumGrammarCParser_schemaEntry_return entry = parser->schemaEntry(parser);
     following->pop(following);
     return treeHandle(entry.tree);

@@ -39,6 +39,11 @@ void kp_utf16Consume(pANTLR3_INT_STREAM is);
 void kp_matchQuotedBody(pANTLR3_LEXER lexer, ANTLR3_UCHAR quote);
 // True when a bracketed name starts at the lexer's position.
 bool kp_bracketedNameAhead(pANTLR3_LEXER lexer);
+// True when a SQL*Plus substitution variable prefixes a name at the lexer's
+// position (&&owner..emp).
+bool kp_substitutionPrefixAhead(pANTLR3_LEXER lexer);
+// Makes an '&&' token that starts such a prefix the whole hidden prefix.
+void kp_widenSubstitutionPrefix(pANTLR3_LEXER lexer, pANTLR3_COMMON_TOKEN token);
 // QUOTED_STRING, or QUOTE when a piece of the token was never closed.
 ANTLR3_UINT32 kp_quotedStringType(pANTLR3_LEXER lexer);
 
@@ -83,6 +88,17 @@ void *kp_tree_getMissingSymbol(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_INT_S
                                pANTLR3_BITSET_LIST follow);
 void *kp_recoverFromMismatchedToken(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_UINT32 ttype,
                                     pANTLR3_BITSET_LIST follow);
+
+// Notes the first token of a statement of the script.
+void kp_statementStart(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN token);
+// A record at the first token of the statement being parsed, once per
+// statement: it was read on up to `until` (a later statement, or the end of
+// the script) because something in it never ended. Not while backtracking.
+void kp_reportRunOnStatement(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN until);
+// True when token starts a line with a word that starts a statement of a
+// schema script (CREATE, ALTER, DROP, INSERT): text that recovery or a
+// skipped block passes there belongs to the next statement.
+bool kp_startsStatementLine(pANTLR3_COMMON_TOKEN token);
 
 // Raises a failed prediction at a token already matched (a token that can
 // start no statement), so the rule reports it and leaves an ERROR_NODE.

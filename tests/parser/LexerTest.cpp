@@ -292,6 +292,53 @@ TEST(LexerQuotes, BackslashesEscapeOnlyWhereTheLineStaysBalanced)
     EXPECT_EQ(result.records, std::vector<std::string>{});
 }
 
+TEST(LexerQuotes, RemarkAndPromptLinesHoldNoStringBeyondTheirEnd)
+{
+    using sqlantlr::isRemarkLine;
+    auto remark = [](std::u16string_view text) {
+        return isRemarkLine(text.data(), text.data() + text.find(u'\''));
+    };
+    EXPECT_TRUE(remark(u"REM don't"));
+    EXPECT_TRUE(remark(u"x;\n  prompt it's done"));
+    EXPECT_TRUE(remark(u"Remark it's"));
+    EXPECT_TRUE(remark(u"PROM it's"));
+    EXPECT_FALSE(remark(u"REMOVE it's"));                 // no abbreviation of either
+    EXPECT_FALSE(remark(u"PROMPTS it's"));
+    EXPECT_FALSE(remark(u"REM x\nINSERT 'y"));               // the command's line has ended
+    using sqlantlr::quotedBodyLength;
+    auto length = [](std::u16string_view text, bool lineBound) {
+        return quotedBodyLength(text.data() + 1, text.data() + text.size(), text[0], nullptr, lineBound);
+    };
+    EXPECT_EQ(length(u"'t do this\nCREATE 'x'", true), 0U);
+    EXPECT_EQ(length(u"'t do this\nCREATE 'x'", false), 18U);
+    EXPECT_EQ(length(u"'done' it\\'s", true), 5U);
+    // A lone apostrophe of a REM line leaves the next lines to the parser.
+    const ParseResult result = parse("REM don't do this\nCREATE TABLE a (id INT);\nPROMPT it's done\n"
+                                     "CREATE TABLE b (v VARCHAR(9) DEFAULT 'x');\n");
+    EXPECT_EQ(tableNamed(result, "a").fields().size(), 1U);
+    EXPECT_EQ(tableNamed(result, "b").fields()[0]->getDefaultValue(), "'x'");
+    EXPECT_EQ(result.records, std::vector<std::string>{});
+}
+
+TEST(Lexer, SubstitutionVariablesBeforeNamesAreHidden)
+{
+    using sqlantlr::substitutionPrefixLength;
+    auto length = [](std::u16string_view text) {
+        const size_t at = text.find(u'&');
+        return substitutionPrefixLength(text.data(), text.data() + at, text.data() + text.size());
+    };
+    EXPECT_EQ(length(u"TABLE &&owner..emp"), 9U);
+    EXPECT_EQ(length(u"TABLE &owner.emp"), 7U);
+    EXPECT_EQ(length(u"TABLE &1..emp"), 4U);
+    EXPECT_EQ(length(u"ON &&own$r..\"e\""), 9U);
+    EXPECT_EQ(length(u"TABLESPACE &&tbs"), 0U);  // no period: a token of the statement
+    EXPECT_EQ(length(u"a.flags&b.mask"), 0U);    // an operator between names
+    EXPECT_EQ(length(u"x & b.mask"), 0U);
+    EXPECT_EQ(length(u"&&owner..1"), 0U);        // no name follows
+    EXPECT_EQ(visible("CREATE TABLE &&owner..emp"),
+              (std::vector<Tok>{{53, "'CREATE'", "CREATE"}, {70, "'TABLE'", "TABLE"}, {35, "STRING", "emp"}}));
+}
+
 } // namespace
 
 namespace {

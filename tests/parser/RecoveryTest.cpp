@@ -100,3 +100,26 @@ TEST(Recovery, BrokenColumnsAndEntriesLeaveTheRestOfTheTable)
     ASSERT_EQ(table.indexes().size(), 1u);
     EXPECT_EQ(table.indexes()[0]->getName(), "j");
 }
+
+namespace {
+
+// A statement that never ends names its own first token in a record, whatever
+// kind of construct stays open; the statements it swallows are named by it.
+TEST(Recovery, AStatementThatRunsOnIsNamedWhereItStarts)
+{
+    const std::pair<const char *, const char *> scripts[] = {
+        {"CREATE TABLE a (id INT);\nBEGIN\n  NULL;\nCREATE TABLE b (id INT);\n", "[2:0] "},
+        {"CREATE TABLE a (id INT,\n  name INT\nCREATE TABLE b (id INT);\n", "[1:0] "},
+        {"CREATE TABLE a (id INT);\n  CREATE PROCEDURE p IS\nBEGIN\n  NULL;\nALTER TABLE a ADD UNIQUE (id);\n", "[2:2] "},
+        {"DECLARE x INT;\nINSERT INTO a VALUES (1);\n", "[1:0] "},
+    };
+    for (const auto &[script, start] : scripts) {
+        const ParseResult result = parse(script);
+        const bool named = std::any_of(result.records.begin(), result.records.end(), [&](const std::string &r) {
+            return r.rfind(std::string(start) + "Unended statement - read up to ", 0) == 0;
+        });
+        EXPECT_TRUE(named) << script << "\n" << ::testing::PrintToString(result.records);
+    }
+}
+
+} // namespace
