@@ -650,12 +650,13 @@ bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANT
     }
     // The grammar consumes INSERT statements, and every statement whose first
     // token opens no other rule, up to their ";" without looking at the tokens.
-    // COPY is read, to see whether data lines follow it.
+    // COPY is read, to see whether data lines follow it. The words below are
+    // the ones the grammar's unknown-statement rule (grammar/10-Script.g) excludes.
     const std::string w = word(first);
     const ANTLR3_UINT32 type = first->type;
     if (type == SEMI || type == ML_COMMENT || type == SL_COMMENT || type == T_ALTER || type == T_DECLARE ||
         type == FORWARD_SLASH || type == T_BEGIN || type == T_END || type == T_DELIMITER ||
-        isOneOf(w, {"CREATE", "DROP", "SOURCE", "DO", "COPY"})) {
+        isOneOf(w, {"CREATE", "DROP", "SOURCE", "COMMENT", "DO", "COPY"})) {
         return false;
     }
     if (w == "INSERT" ? kind_ != Kind::Insert
