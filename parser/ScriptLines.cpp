@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cctype>
 #include <initializer_list>
+#include <iterator>
 #include <string>
 
 namespace sqlantlr {
@@ -73,6 +74,18 @@ std::string word(pANTLR3_COMMON_TOKEN token)
 bool isOneOf(const std::string &text, std::initializer_list<const char *> words)
 {
     return std::any_of(words.begin(), words.end(), [&](const char *w) { return text == w; });
+}
+
+#include "StatementStartExclusions.inc"
+
+// Whether a statement's first token or word opens a statement of its own rule
+// rather than the grammar's unknown statement.
+bool opensKnownStatement(ANTLR3_UINT32 type, const std::string &w)
+{
+    return std::find(std::begin(unknownStatementExcludedTokens), std::end(unknownStatementExcludedTokens), type) !=
+               std::end(unknownStatementExcludedTokens) ||
+           std::find(std::begin(unknownStatementExcludedWords), std::end(unknownStatementExcludedWords), w) !=
+               std::end(unknownStatementExcludedWords);
 }
 
 bool isText(pANTLR3_COMMON_TOKEN token, const char *text)
@@ -650,13 +663,10 @@ bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANT
     }
     // The grammar consumes INSERT statements, and every statement whose first
     // token opens no other rule, up to their ";" without looking at the tokens.
-    // COPY is read, to see whether data lines follow it. The words below are
-    // the ones the grammar's unknown-statement rule (grammar/10-Script.g) excludes.
+    // COPY is read, to see whether data lines follow it, and DO may open a
+    // dollar-quoted block.
     const std::string w = word(first);
-    const ANTLR3_UINT32 type = first->type;
-    if (type == SEMI || type == ML_COMMENT || type == SL_COMMENT || type == T_ALTER || type == T_DECLARE ||
-        type == FORWARD_SLASH || type == T_BEGIN || type == T_END || type == T_DELIMITER ||
-        isOneOf(w, {"CREATE", "DROP", "SOURCE", "COMMENT", "DO", "COPY"})) {
+    if ((w != "INSERT" && opensKnownStatement(first->type, w)) || isOneOf(w, {"DO", "COPY"})) {
         return false;
     }
     if (w == "INSERT" ? kind_ != Kind::Insert
