@@ -299,8 +299,15 @@ bool kp_substitutionPrefixAhead(pANTLR3_LEXER lexer)
 void kp_widenSubstitutionPrefix(pANTLR3_LEXER lexer, pANTLR3_COMMON_TOKEN token)
 {
     // The '&&' operator wins the lexer's prediction over the longer prefix rule.
-    if (token == nullptr || token->type == ANTLR3_TOKEN_EOF || token->type == SUBSTITUTION_PREFIX ||
-        kp_tokenText(token) != "&&") {
+    if (token == nullptr || token->type == ANTLR3_TOKEN_EOF || token->type == SUBSTITUTION_PREFIX) {
+        return;
+    }
+    // Every token passes here: its text is read in place, not copied.
+    const char16_t *units = nullptr;
+    size_t count = 0;
+    const bool ampersands = kp_tokenUnits(token, &units, &count) ? count == 2 && units[0] == u'&' && units[1] == u'&'
+                                                                 : kp_tokenText(token) == "&&";
+    if (!ampersands) {
         return;
     }
     pANTLR3_INPUT_STREAM input = lexer->input;

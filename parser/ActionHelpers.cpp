@@ -302,9 +302,23 @@ bool kp_columnTypeAhead(pANTLR3_COMMON_TOKEN token)
     case T_CHECK:
         return false;
     default:
-        return !tokenIsAnyWord(token, {"NULL", "UNIQUE", "REFERENCES", "CONSTRAINT", "COLLATE", "AUTOINCREMENT",
-                                       "AUTO_INCREMENT", "ON", "GENERATED", "AS"});
+        break;
     }
+    // Asked at every column: a text read in place whose first letter starts
+    // none of the words below needs no comparisons.
+    const char16_t *units = nullptr;
+    size_t count = 0;
+    if (token->type != STRING && token->type != QUOTED_STRING && kp_tokenUnits(token, &units, &count)) {
+        switch (units[0]) {
+        case u'N': case u'n': case u'U': case u'u': case u'R': case u'r': case u'C': case u'c':
+        case u'A': case u'a': case u'O': case u'o': case u'G': case u'g':
+            break;
+        default:
+            return true;
+        }
+    }
+    return !tokenIsAnyWord(token, {"NULL", "UNIQUE", "REFERENCES", "CONSTRAINT", "COLLATE", "AUTOINCREMENT",
+                                   "AUTO_INCREMENT", "ON", "GENERATED", "AS"});
 }
 
 bool kp_isColumnOptionWord(pANTLR3_COMMON_TOKEN token)
