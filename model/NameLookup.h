@@ -32,6 +32,13 @@ struct NameIndexAccess {
 /// never moves.
 template <typename T>
 class NameIndex {
+    // The items of one folded name in list order. Nearly every name has one
+    // item, which needs no list of its own: the index costs one map node per item.
+    struct Entry {
+        T *first = nullptr;
+        std::vector<T *> more;
+    };
+
 public:
     using Items = std::vector<std::unique_ptr<T>>;
 
@@ -55,13 +62,15 @@ public:
     {
         if (name.empty())
             return nullptr;
-        const std::vector<T *> *candidates = named(items, foldedName(name));
+        const Entry *candidates = named(items, foldedName(name));
         if (candidates == nullptr)
             return nullptr;
-        for (T *item : *candidates)
+        if (candidates->first->getName() == name)
+            return candidates->first;
+        for (T *item : candidates->more)
             if (item->getName() == name)
                 return item;
-        return candidates->front();
+        return candidates->first;
     }
 
     /// Gives `object` a name not yet used in `items` (case-insensitively):
@@ -95,8 +104,13 @@ private:
 
     void insert(T &item)
     {
-        if (item.hasName())
-            byName_[foldedName(item.getName())].push_back(&item);
+        if (item.hasName()) {
+            Entry &entry = byName_[foldedName(item.getName())];
+            if (entry.first == nullptr)
+                entry.first = &item;
+            else
+                entry.more.push_back(&item);
+        }
         ++indexed_;
     }
 
@@ -110,7 +124,7 @@ private:
             insert(*item);
     }
 
-    const std::vector<T *> *named(const Items &items, const std::string &folded)
+    const Entry *named(const Items &items, const std::string &folded)
     {
         if (!upToDate(items.size()))
             rebuild(items);
@@ -118,7 +132,7 @@ private:
         return found == byName_.end() ? nullptr : &found->second;
     }
 
-    std::unordered_map<std::string, std::vector<T *>> byName_;
+    std::unordered_map<std::string, Entry> byName_;
     std::unordered_map<std::string, std::size_t> nextSuffix_;
     std::uint64_t renames_ = 0;      // bumped by items renamed after adding
     std::uint64_t renamesSeen_ = 0;  // as of the last rebuild

@@ -23,37 +23,55 @@ void SQLObject::setName(std::string_view name)
     name_ = std::move(trimmed);
 }
 
+namespace {
+
+const SQLObject::PropertyMap noProperties;
+
+} // namespace
+
+const SQLObject::PropertyMap &SQLObject::getProperties() const
+{
+    return properties_ ? *properties_ : noProperties;
+}
+
 void SQLObject::setProperty(std::string_view key, std::string_view value)
 {
-    if (auto it = properties_.find(key); it != properties_.end())
+    if (!properties_)
+        properties_ = std::make_unique<PropertyMap>();
+    if (auto it = properties_->find(key); it != properties_->end())
         it->second = std::string(value);
     else
-        properties_.emplace(std::string(key), std::string(value));
+        properties_->emplace(std::string(key), std::string(value));
 }
 
 void SQLObject::removeProperty(std::string_view key)
 {
-    if (auto it = properties_.find(key); it != properties_.end())
-        properties_.erase(it);
+    if (!properties_)
+        return;
+    if (auto it = properties_->find(key); it != properties_->end())
+        properties_->erase(it);
 }
 
 void SQLObject::setPropertyAsBoolean(std::string_view key, bool value)
 {
-    if (auto it = properties_.find(key); it != properties_.end())
+    if (!properties_)
+        properties_ = std::make_unique<PropertyMap>();
+    if (auto it = properties_->find(key); it != properties_->end())
         it->second = value;
     else
-        properties_.emplace(std::string(key), value);
+        properties_->emplace(std::string(key), value);
 }
 
 bool SQLObject::hasProperty(std::string_view key) const
 {
-    return properties_.find(key) != properties_.end();
+    return properties_ && properties_->find(key) != properties_->end();
 }
 
 bool SQLObject::getPropertyAsBoolean(std::string_view key) const
 {
-    auto it = properties_.find(key);
-    if (it == properties_.end())
+    const PropertyMap &properties = getProperties();
+    auto it = properties.find(key);
+    if (it == properties.end())
         return false;
     const bool *value = std::get_if<bool>(&it->second);
     return value != nullptr && *value;
@@ -61,8 +79,9 @@ bool SQLObject::getPropertyAsBoolean(std::string_view key) const
 
 std::optional<std::string> SQLObject::getPropertyAsString(std::string_view key) const
 {
-    auto it = properties_.find(key);
-    if (it == properties_.end())
+    const PropertyMap &properties = getProperties();
+    auto it = properties.find(key);
+    if (it == properties.end())
         return std::nullopt;
     if (const std::string *value = std::get_if<std::string>(&it->second))
         return *value;

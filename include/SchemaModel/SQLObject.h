@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -39,7 +40,7 @@ public:
     /// Removes the key; nothing happens when it is absent.
     void removeProperty(std::string_view key);
     bool hasProperty(std::string_view key) const;
-    const PropertyMap &getProperties() const { return properties_; }
+    const PropertyMap &getProperties() const;
     /// False when the key is absent or holds a string.
     bool getPropertyAsBoolean(std::string_view key) const;
     /// Nullopt when the key is absent or holds a boolean.
@@ -49,7 +50,9 @@ private:
     friend struct SchemaModel::detail::NameIndexAccess;
 
     std::string name_;
-    PropertyMap properties_;
+    // Made at the first property: most objects have none, and an empty map
+    // would take six words in every one of them.
+    std::unique_ptr<PropertyMap> properties_;
     // Once an owner has indexed the object by name: the owner's count of
     // renames, which renaming the object bumps so that the owner's index
     // knows it is out of date.
