@@ -194,6 +194,12 @@ pANTLR3_COMMON_TOKEN TokenWindow::lookAhead(pANTLR3_TOKEN_STREAM, ANTLR3_INT32 k
     if (k == 1 && offset >= 0 && offset < static_cast<ANTLR3_MARKER>(window->tokens_.size())) {
         return window->tokens_[static_cast<size_t>(offset)];
     }
+    // LT(-1), asked at the end of every rule for its stop token.
+    const ANTLR3_MARKER back = window->previous_ - window->base_;
+    if (k == -1 && window->previousFor_ == window->p_ && back >= 0 &&
+        back < static_cast<ANTLR3_MARKER>(window->tokens_.size())) {
+        return window->tokens_[static_cast<size_t>(back)];
+    }
     return window->lookAheadFar(k);
 }
 
@@ -205,6 +211,9 @@ pANTLR3_COMMON_TOKEN TokenWindow::lookAheadFar(ANTLR3_INT32 k)
     }
     if (k == 0) {
         return nullptr;
+    }
+    if (k == -1 && previousFor_ == p_) {
+        return raw(previous_);  // nullptr once released, as the walk back would find
     }
     if (k < 0) {
         // k tokens back on the parser's channel.
@@ -241,8 +250,14 @@ ANTLR3_UINT32 TokenWindow::lookAheadType(pANTLR3_INT_STREAM is, ANTLR3_INT32 k)
 void TokenWindow::consume(pANTLR3_INT_STREAM is)
 {
     TokenWindow *window = windowOf(is);
-    if (window->raw(window->p_) != nullptr) {
-        window->p_ = window->nextOnChannel(window->p_ + 1);
+    pANTLR3_COMMON_TOKEN current = window->raw(window->p_);
+    if (current != nullptr) {
+        const ANTLR3_MARKER from = window->p_;
+        window->p_ = window->nextOnChannel(from + 1);
+        if (current->channel == window->stream_->channel) {
+            window->previous_ = from;
+            window->previousFor_ = window->p_;
+        }
     }
 }
 

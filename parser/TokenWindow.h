@@ -92,6 +92,12 @@ private:
     ANTLR3_MARKER base_ = 0;
     ANTLR3_MARKER p_ = 0;
     ANTLR3_MARKER lastMarker_ = 0;
+    // The parser-channel token before index previousFor_ is at previous_:
+    // set by consume, so that LT(-1), which every rule asks for its stop
+    // token, needs no walk back over hidden tokens. A window's tokens and
+    // their channels never change, so the pair stays true once set.
+    ANTLR3_MARKER previousFor_ = -1;
+    ANTLR3_MARKER previous_ = -1;
     pANTLR3_COMMON_TOKEN eof_ = nullptr;
     std::vector<pANTLR3_COMMON_TOKEN> freeTokens_;
     std::vector<std::unique_ptr<ANTLR3_COMMON_TOKEN[]>> slabs_;
