@@ -28,11 +28,47 @@
 
 #include <antlr3.h>
 
-#include <deque>
+#include <cstddef>
 #include <string>
 #include <vector>
 
 namespace sqlantlr {
+
+// A first-in first-out list of tokens kept in one vector: the filter indexes
+// its look-ahead at every token, and an index here is one addition.
+class TokenQueue {
+public:
+    bool empty() const { return head_ == items_.size(); }
+    std::size_t size() const { return items_.size() - head_; }
+    pANTLR3_COMMON_TOKEN operator[](std::size_t i) const { return items_[head_ + i]; }
+    pANTLR3_COMMON_TOKEN front() const { return items_[head_]; }
+    pANTLR3_COMMON_TOKEN back() const { return items_.back(); }
+    std::vector<pANTLR3_COMMON_TOKEN>::const_iterator begin() const
+    {
+        return items_.begin() + static_cast<std::ptrdiff_t>(head_);
+    }
+    std::vector<pANTLR3_COMMON_TOKEN>::const_iterator end() const { return items_.end(); }
+    void push_back(pANTLR3_COMMON_TOKEN token) { items_.push_back(token); }
+    void pop_front()
+    {
+        if (++head_ == items_.size()) {
+            clear();
+        } else if (head_ >= compactAfter && head_ * 2 >= items_.size()) {
+            items_.erase(items_.begin(), begin());
+            head_ = 0;
+        }
+    }
+    void clear()
+    {
+        items_.clear();
+        head_ = 0;
+    }
+
+private:
+    static constexpr std::size_t compactAfter = 256;
+    std::vector<pANTLR3_COMMON_TOKEN> items_;
+    std::size_t head_ = 0;
+};
 
 // Words (upper case) that start a statement when they open a line.
 bool isStatementWord(const std::string &word);
@@ -84,8 +120,8 @@ private:
     pANTLR3_TOKEN_SOURCE source_;
     pANTLR3_TOKEN_FACTORY factory_;
     pANTLR3_COMMON_TOKEN eof_ = nullptr;
-    std::deque<pANTLR3_COMMON_TOKEN> raw_;  // read from the lexer, not yet decided
-    std::deque<pANTLR3_COMMON_TOKEN> out_;  // decided, for the parser
+    TokenQueue raw_;  // read from the lexer, not yet decided
+    TokenQueue out_;  // decided, for the parser
     bool linesEnd_ = false;                 // a statement of the script was ended by a line
     ANTLR3_COMMON_TOKEN last_{};             // the last significant token
     bool hasLast_ = false;
