@@ -2,8 +2,11 @@
 // SQL*Plus and SQLCMD commands, T-SQL statements without ";" and IF guards.
 // Each case checks which tables come back and that nothing leaves a record.
 #include "ParserTestSupport.h"
+#include "ScriptLines.h"
 
 #include <SchemaModel/SchemaModel.h>
+
+#include <vector>
 
 namespace {
 
@@ -86,6 +89,38 @@ TEST(ScriptLines, AllDroppedScriptsHaveNoTree)
     KpError error;
     EXPECT_EQ(driver.parseString("SET NOCOUNT ON\nGO\nPROMPT x\nGRANT a ON b TO c;\n", &error), nullptr);
     EXPECT_EQ(error.code, KpErrorUnallocatedTree);
+}
+
+// The filter's queues drop their consumed head now and then; the tokens
+// still queued keep their order and indexes across that.
+TEST(TokenQueue, KeepsOrderWhileDroppingItsHead)
+{
+    std::vector<ANTLR3_COMMON_TOKEN> tokens(3000);
+    sqlantlr::TokenQueue queue;
+    size_t pushed = 0;
+    size_t popped = 0;
+    while (pushed + 3 <= tokens.size()) {
+        for (int i = 0; i < 3; ++i) {
+            queue.push_back(&tokens[pushed++]);
+        }
+        for (int i = 0; i < 2; ++i) {
+            ASSERT_EQ(queue.front(), &tokens[popped]);
+            queue.pop_front();
+            ++popped;
+        }
+        ASSERT_EQ(queue.size(), pushed - popped);
+        ASSERT_EQ(queue.back(), &tokens[pushed - 1]);
+        for (size_t i = 0; i < queue.size(); ++i) {
+            ASSERT_EQ(queue[i], &tokens[popped + i]);
+        }
+    }
+    const std::vector<pANTLR3_COMMON_TOKEN> rest(queue.begin(), queue.end());
+    ASSERT_EQ(rest.size(), pushed - popped);
+    EXPECT_EQ(rest.front(), &tokens[popped]);
+    while (!queue.empty()) {
+        queue.pop_front();
+    }
+    EXPECT_EQ(queue.size(), 0u);
 }
 
 } // namespace
