@@ -774,34 +774,55 @@ bool isDollarSign(pANTLR3_COMMON_TOKEN token)
 }
 
 // A dollar-quoted text, $$...$$ or $tag$...$tag$, seen token by token. The
-// lexer has no rule for it: the sign is a SYMBOL and the tag's word takes the
-// "$" after it ("tag$", even "tag$text$tag$" when nothing separates them), so
-// the tags are found in the characters of adjacent tokens.
+// lexer has no rule for it: the sign is a SYMBOL, and the tag is split over
+// the adjacent tokens after it as the lexer found them ("tag$", even
+// "tag$text$tag$" when nothing separates them; "_", "$" for $_$), so the tags
+// are found in the characters of adjacent tokens.
 class DollarQuote {
 public:
-    // The quote that opens with the sign token and the token after it;
+    // The quote that opens with the sign token, whose next token is LT(first);
     // empty tag when none opens there.
-    DollarQuote(pANTLR3_COMMON_TOKEN sign, pANTLR3_COMMON_TOKEN next)
+    DollarQuote(pANTLR3_TOKEN_STREAM stream, pANTLR3_COMMON_TOKEN sign, ANTLR3_INT32 first)
     {
-        if (!isDollarSign(sign) || next == nullptr || next->type == ANTLR3_TOKEN_EOF ||
-            next->start != sign->stop + 1) {
+        constexpr ANTLR3_INT32 longestTag = 16;  // tokens
+        if (!isDollarSign(sign)) {
             return;
         }
-        const std::string text = kp_tokenText(next);
-        const size_t close = text.find('$');
-        if (close == std::string::npos ||
-            !std::all_of(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(close),
-                         [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; }) ||
-            (close > 0 && std::isdigit(static_cast<unsigned char>(text[0])) != 0)) {
+        std::string tag = "$";
+        ANTLR3_MARKER stop = sign->stop;
+        for (ANTLR3_INT32 n = 0; n < longestTag; ++n) {
+            pANTLR3_COMMON_TOKEN next = stream->_LT(stream, first + n);
+            if (next == nullptr || next->type == ANTLR3_TOKEN_EOF || next->start != stop + 1) {
+                return;
+            }
+            const std::string text = kp_tokenText(next);
+            const size_t close = text.find('$');
+            const auto nameEnd = text.begin() + static_cast<std::ptrdiff_t>(std::min(close, text.size()));
+            if (!std::all_of(text.begin(), nameEnd,
+                             [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; })) {
+                return;
+            }
+            stop = next->stop;
+            if (close == std::string::npos) {
+                tag += text;
+                continue;
+            }
+            tag += text.substr(0, close + 1);
+            if (tag.size() > 2 && std::isdigit(static_cast<unsigned char>(tag[1])) != 0) {
+                return;  // $1$ is no tag: a tag does not start with a digit
+            }
+            tag_ = tag;
+            text_ = text.substr(close + 1);
+            lastStop_ = stop;
+            tagTokens_ = n + 1;
+            closed_ = text_.find(tag_) != std::string::npos;
             return;
         }
-        tag_ = "$" + text.substr(0, close + 1);
-        text_ = text.substr(close + 1);
-        lastStop_ = next->stop;
-        closed_ = text_.find(tag_) != std::string::npos;
     }
 
     const std::string &tag() const { return tag_; }
+    // The tokens after the sign that the opening tag ends in.
+    ANTLR3_INT32 tagTokens() const { return tagTokens_; }
     // True once the closing tag has been seen.
     bool closed() const { return closed_; }
 
@@ -825,6 +846,7 @@ private:
     std::string tag_;
     std::string text_;  // the end of the text read so far
     ANTLR3_MARKER lastStop_ = 0;
+    ANTLR3_INT32 tagTokens_ = 0;
     bool closed_ = false;
 };
 
@@ -832,7 +854,7 @@ private:
 // none opens there.
 std::string dollarTag(pANTLR3_TOKEN_STREAM stream, ANTLR3_INT32 k)
 {
-    return DollarQuote(stream->_LT(stream, k), stream->_LT(stream, k + 1)).tag();
+    return DollarQuote(stream, stream->_LT(stream, k), k + 1).tag();
 }
 
 // Consumes a dollar-quoted text, its opening and closing tags included; stops
@@ -840,12 +862,14 @@ std::string dollarTag(pANTLR3_TOKEN_STREAM stream, ANTLR3_INT32 k)
 void skipDollarQuote(pANTLR3_TOKEN_STREAM stream)
 {
     pANTLR3_INT_STREAM input = stream->istream;
-    DollarQuote quote(stream->_LT(stream, 1), stream->_LT(stream, 2));
-    input->consume(input);  // the opening "$"; its tag word follows
+    DollarQuote quote(stream, stream->_LT(stream, 1), 2);
+    input->consume(input);  // the opening "$"; its tag's tokens follow
+    for (ANTLR3_INT32 n = quote.closed() ? 1 : 0; n < quote.tagTokens(); ++n) {
+        input->consume(input);
+    }
     if (quote.closed()) {
         return;
     }
-    input->consume(input);
     while (stream->_LT(stream, 1)->type != ANTLR3_TOKEN_EOF && !quote.feed(stream->_LT(stream, 1))) {
         input->consume(input);
     }
@@ -858,11 +882,11 @@ void skipDollarQuote(pANTLR3_TOKEN_STREAM stream)
 ANTLR3_INT32 dollarValueLength(pANTLR3_TOKEN_STREAM stream, pANTLR3_COMMON_TOKEN sign, ANTLR3_INT32 first)
 {
     constexpr ANTLR3_INT32 reach = 4096;
-    DollarQuote quote(sign, stream->_LT(stream, first));
+    DollarQuote quote(stream, sign, first);
     if (quote.tag().empty()) {
         return 0;
     }
-    for (ANTLR3_INT32 count = 1; !quote.closed(); ++count) {
+    for (ANTLR3_INT32 count = quote.tagTokens(); !quote.closed(); ++count) {
         pANTLR3_COMMON_TOKEN token = stream->_LT(stream, first + count);
         if (count > reach || token->type == ANTLR3_TOKEN_EOF) {
             return 0;
@@ -872,7 +896,7 @@ ANTLR3_INT32 dollarValueLength(pANTLR3_TOKEN_STREAM stream, pANTLR3_COMMON_TOKEN
             return count + 1;
         }
     }
-    return 1;
+    return quote.tagTokens();
 }
 
 const char *const routineWords[] = {"PROCEDURE", "PROC", "FUNCTION", "PACKAGE", "EVENT", "AGGREGATE", "RULE", "LIBRARY"};
@@ -931,92 +955,161 @@ bool kp_isDollarBlock(pANTLR3_BASE_RECOGNIZER recognizer)
            (!dollarTag(stream, 2).empty() || hasWord(stream->_LT(stream, 2), "LANGUAGE"));
 }
 
-bool kp_skipRoutine(pANTLR3_BASE_RECOGNIZER recognizer)
+namespace {
+
+// The walk over a routine's tokens after its first word, up to where the
+// routine ends.
+class RoutineScan {
+public:
+    enum class End {
+        Closed,     // at its terminator, the END of its body, a marked end or a DELIMITER line
+        Stopped,    // before the next statement, inside a body that never closed
+        InputEnd,   // at the end of the input
+    };
+
+    RoutineScan(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_TOKEN_STREAM stream)
+        : recognizer_(recognizer), stream_(stream)
+    {
+    }
+
+    // Consumes up to where the routine ends. A probe only tells whether the
+    // body closes: it takes no early stop and reports nothing.
+    End run(bool probe);
+
+private:
+    // At a ";" inside a body that is still open, followed by a line that
+    // starts another statement: true when the body does not close before
+    // the statement after that line could no longer be part of it (the end
+    // of the input, or a CREATE line). Looked ahead once per routine.
+    bool runsAway();
+
+    pANTLR3_BASE_RECOGNIZER recognizer_;
+    pANTLR3_TOKEN_STREAM stream_;
+    int depth_ = 0;
+    int parens_ = 0;
+    bool package_ = false;      // PACKAGE, TYPE BODY: IS/AS opens a level closed by the last END
+    bool declarative_ = false;  // IS/AS/DECLARE before the body: its ; end declarations
+    bool closed_ = false;       // the END of the body has been met
+    bool statements_ = false;   // a statement word at the top level: AS is no header any more
+    bool passedSemicolon_ = false;
+    bool closesLater_ = false;  // a look-ahead found that the body closes
+};
+
+bool RoutineScan::runsAway()
 {
-    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    if (closesLater_) {
+        return false;
+    }
+    pANTLR3_INT_STREAM input = stream_->istream;
+    const ANTLR3_MARKER marker = input->mark(input);
+    RoutineScan ahead = *this;
+    const bool away = ahead.run(true) != End::Closed;
+    input->rewind(input, marker);
+    closesLater_ = !away;
+    return away;
+}
+
+RoutineScan::End RoutineScan::run(bool probe)
+{
+    pANTLR3_TOKEN_STREAM stream = stream_;
     pANTLR3_INT_STREAM input = stream->istream;
-    int depth = 0;
-    int parens = 0;
-    bool package = false;      // PACKAGE, TYPE BODY: IS/AS opens a level closed by the last END
-    bool declarative = false;  // IS/AS/DECLARE before the body: its ; end declarations
-    bool closed = false;       // the END of the body has been met
-    bool statements = false;   // a statement word at the top level: AS is no header any more
-    bool passedSemicolon = false;
     for (;;) {
         pANTLR3_COMMON_TOKEN token = stream->_LT(stream, 1);
         pANTLR3_COMMON_TOKEN next = stream->_LT(stream, 2);  // fetched first: it may mark token
         const ANTLR3_UINT32 type = token->type;
-        if (type == ANTLR3_TOKEN_EOF || type == T_DELIMITER) {
-            if (type == ANTLR3_TOKEN_EOF && passedSemicolon) {
+        if (type == ANTLR3_TOKEN_EOF) {
+            if (passedSemicolon_ && !probe) {
                 // Statements after a ";" it could not end at went with it.
-                kp_reportRunOnStatement(recognizer, token);
+                kp_reportRunOnStatement(recognizer_, token);
             }
-            return true;
+            return End::InputEnd;
         }
-        if (token->user2 == kp_routineEndMark) {
-            input->consume(input);
-            return true;
+        if (type == T_DELIMITER || token->user2 == kp_routineEndMark) {
+            // A GO, "/" or DELIMITER line ends the routine; one inside a body
+            // that is still open shows that the body never closed.
+            if (type != T_DELIMITER) {
+                input->consume(input);
+            }
+            return probe && depth_ > 0 ? End::Stopped : End::Closed;
         }
-        const bool top = depth == 0 && parens == 0;
+        const bool top = depth_ == 0 && parens_ == 0;
         if (const std::string tag = dollarTag(stream, 1); !tag.empty()) {
             skipDollarQuote(stream);
         } else if (type == OPENPAREN) {
-            ++parens;
+            ++parens_;
         } else if (type == CLOSEPAREN) {
-            parens = std::max(0, parens - 1);
+            parens_ = std::max(0, parens_ - 1);
         } else if (type == SEMI) {
             // A CREATE after a ";" at the top level, or at the start of a line
-            // inside a block that never closed, is the next statement.
+            // inside a block that never closed, is the next statement. So is
+            // a line starting with ALTER, DROP or INSERT inside a body that
+            // does not close before the script's next CREATE line.
             const bool create = hasWord(next, "CREATE") && (top || next->charPosition == 0);
-            const bool ended = top && (closed || !declarative);
-            if (ended || create) {
+            const bool ended = top && (closed_ || !declarative_);
+            if (ended) {
                 input->consume(input);
-                return true;
+                return End::Closed;
             }
-            passedSemicolon = true;
+            if (create || (!probe && depth_ > 0 && kp_startsStatementLine(next) && runsAway())) {
+                if (!probe && depth_ > 0) {
+                    kp_reportRunOnStatement(recognizer_, next);
+                }
+                input->consume(input);
+                return End::Stopped;
+            }
+            passedSemicolon_ = true;
         } else if (type == T_END) {
             if (kp_isConstructEnd(token, next)) {
                 input->consume(input);
-            } else if (depth <= 1) {
-                depth = 0;
-                closed = true;
+            } else if (depth_ <= 1) {
+                depth_ = 0;
+                closed_ = true;
                 // END [name] followed by anything but ";" ends the routine at the END.
                 const std::string text = kp_tokenText(next);
                 const bool named = !text.empty() && std::isalpha(static_cast<unsigned char>(text[0])) != 0 &&
                                    !hasWord(next, "CREATE") && stream->_LT(stream, 3)->type == SEMI;
                 if (next->type != SEMI && !named) {
                     input->consume(input);
-                    return true;
+                    return End::Closed;
                 }
             } else {
-                --depth;
+                --depth_;
                 if (hasWord(next, "CASE")) {
                     input->consume(input);
                 }
             }
-        } else if (type == T_BEGIN || hasWord(token, "CASE")) {
-            ++depth;
-        } else if (top && !closed) {
+        } else if ((type == T_BEGIN && !hasWord(next, "TRAN") && !hasWord(next, "TRANSACTION") &&
+                    !hasWord(next, "DISTRIBUTED")) ||
+                   hasWord(token, "CASE")) {
+            ++depth_;  // BEGIN TRAN[SACTION] of SQL Server opens no block
+        } else if (top && !closed_) {
             if (hasWord(token, "PACKAGE") || (hasWord(token, "TYPE") && hasWord(next, "BODY"))) {
-                package = true;
+                package_ = true;
             } else if (hasWord(token, "COMPOUND") && hasWord(next, "TRIGGER")) {
-                ++depth;
+                ++depth_;
             } else if (type == T_DECLARE) {
-                declarative = true;
-            } else if ((hasWord(token, "IS") || hasWord(token, "AS")) && !statements && dollarTag(stream, 2).empty() &&
-                       next->type != QUOTED_STRING && !hasWord(next, "ON")) {
-                if (package) {
-                    ++depth;
-                    package = false;
+                declarative_ = true;
+            } else if ((hasWord(token, "IS") || hasWord(token, "AS")) && !statements_ &&
+                       dollarTag(stream, 2).empty() && next->type != QUOTED_STRING && !hasWord(next, "ON")) {
+                if (package_) {
+                    ++depth_;
+                    package_ = false;
                 } else {
-                    declarative = true;
+                    declarative_ = true;
                 }
             } else if (hasWord(token, "SELECT") || hasWord(token, "INSERT") || hasWord(token, "UPDATE") ||
                        hasWord(token, "DELETE") || hasWord(token, "SET")) {
-                statements = true;
+                statements_ = true;
             }
         }
         input->consume(input);
     }
 }
 
+} // namespace
+
+bool kp_skipRoutine(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    RoutineScan(recognizer, static_cast<pANTLR3_PARSER>(recognizer->super)->tstream).run(false);
+    return true;
+}

@@ -375,6 +375,40 @@ bool ScriptLines::breaksStatement(pANTLR3_COMMON_TOKEN token)
     }
 }
 
+bool ScriptLines::blockBeginFollows(size_t at, pANTLR3_COMMON_TOKEN *until)
+{
+    constexpr size_t reach = 100000;  // tokens; a longer declaration list is taken for a block's
+    for (size_t i = at + 1; i < at + reach; ++i) {
+        pANTLR3_COMMON_TOKEN token = raw(i);
+        if (isEnd(token)) {
+            *until = token;
+            return false;
+        }
+        if (token->type == T_BEGIN) {
+            return true;
+        }
+        if (token->type == SEMI && kp_startsStatementLine(raw(significant(i + 1)))) {
+            *until = raw(significant(i + 1));
+            return false;
+        }
+    }
+    return true;
+}
+
+void ScriptLines::reportUnendedBlock(pANTLR3_COMMON_TOKEN declare, pANTLR3_COMMON_TOKEN until)
+{
+    auto lexer = static_cast<pANTLR3_LEXER>(source_->super);
+    auto *session = lexer != nullptr ? static_cast<ParseSession *>(lexer->rec->state->userp) : nullptr;
+    if (session == nullptr) {
+        return;
+    }
+    const std::string end = isEnd(until) ? std::string("<EOF>")
+                                          : "[" + std::to_string(until->line) + ":" +
+                                                std::to_string(until->charPosition) + "]";
+    session->addException("Unended statement - read up to " + end, static_cast<int>(declare->line),
+                          declare->charPosition);
+}
+
 void ScriptLines::startStatement(size_t at)
 {
     const std::string w = word(raw(at));
@@ -415,9 +449,16 @@ void ScriptLines::startStatement(size_t at)
     } else if (w == "UPDATE") {
         kind_ = Kind::Update;
     } else if (w == "DECLARE") {
-        kind_ = isText(raw(significant(at + 1)), "@") ? Kind::Splittable : Kind::Routine;
+        const bool variable = isText(raw(significant(at + 1)), "@");
+        pANTLR3_COMMON_TOKEN until = nullptr;
+        kind_ = variable || !blockBeginFollows(at, &until) ? Kind::Splittable : Kind::Routine;
+        if (!variable && kind_ == Kind::Splittable) {
+            reportUnendedBlock(raw(at), until);
+        }
         if (kind_ == Kind::Splittable) {
-            // DECLARE @v INT declares a T-SQL variable; it opens no block.
+            // DECLARE @v INT declares a T-SQL variable, and a DECLARE whose
+            // BEGIN never comes opens no block either: each of its ";" ends a
+            // statement that is dropped.
             raw(at)->type = STRING;
         }
     } else if (w == "BEGIN") {

@@ -112,6 +112,13 @@ private:
     bool delimiterLine(size_t at);
     bool activeDelimiter();
     bool breaksStatement(pANTLR3_COMMON_TOKEN token);
+    // True when a BEGIN comes after the DECLARE at raw index at before a ";"
+    // followed by a line that starts another statement (CREATE, ALTER, DROP,
+    // INSERT) and before the end of the script; else false, with until set
+    // to that line's first token or the end of input.
+    bool blockBeginFollows(size_t at, pANTLR3_COMMON_TOKEN *until);
+    // The record of a DECLARE whose BEGIN never comes, read up to until.
+    void reportUnendedBlock(pANTLR3_COMMON_TOKEN declare, pANTLR3_COMMON_TOKEN until);
     void startStatement(size_t at);
     void track(pANTLR3_COMMON_TOKEN token, size_t at);
     void advanceInput(const char16_t *to);

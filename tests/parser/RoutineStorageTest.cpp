@@ -201,3 +201,40 @@ TEST(Routines, AWordTerminatorEndsStatementsButNoWordThatEndsLikeIt)
     EXPECT_NE(r.container->getTableByName("algo"), nullptr);
     EXPECT_NE(r.container->getTableByName("b"), nullptr);
 }
+
+TEST(Routines, ABodyThatNeverClosesStopsAtTheNextStatementLine)
+{
+    const char *const cases[] = {
+        "CREATE PROCEDURE p AS BEGIN SELECT 1;\nALTER TABLE a ADD CONSTRAINT a_u UNIQUE (id);\n"
+        "INSERT INTO a VALUES (1);\n",
+        "CREATE OR REPLACE PROCEDURE p IS BEGIN NULL;\nALTER TABLE a ADD CONSTRAINT a_u UNIQUE (id);\n/\n",
+        "CREATE PROCEDURE p AS BEGIN SELECT 1;\nALTER TABLE a ADD CONSTRAINT a_u UNIQUE (id);\nGO\n",
+    };
+    for (const char *routine : cases) {
+        const ParseResult r = parse(std::string("CREATE TABLE a (id INT);\n") + routine + "CREATE TABLE b (id INT);\n");
+        EXPECT_EQ(r.records, std::vector<std::string>{"[2:0] Unended statement - read up to [3:0]"}) << routine;
+        EXPECT_EQ(tableNames(r), (std::vector<std::string>{"a", "b"})) << routine;
+        const SQLTable &a = tableNamed(r, "a");
+        ASSERT_EQ(a.indexes().size(), 1U) << routine;
+        EXPECT_EQ(a.indexes().front()->getIndexType(), std::optional<std::string>("UNIQUE")) << routine;
+    }
+}
+
+TEST(Routines, StatementLinesInABodyThatClosesStayInIt)
+{
+    const char *const cases[] = {
+        "CREATE FUNCTION f() RETURNS void AS $_$\nBEGIN\nINSERT INTO a VALUES (1);\nCREATE TEMP TABLE t (x INT);\n"
+        "END;\n$_$ LANGUAGE plpgsql;\n",
+        "CREATE FUNCTION f() RETURNS void AS $_x_$\nBEGIN\nDROP TABLE a;\nCREATE TABLE t (x INT);\nEND;\n$_x_$ "
+        "LANGUAGE plpgsql;\n",
+        "CREATE PROCEDURE p AS\nBEGIN\nINSERT INTO a VALUES (1);\nALTER TABLE a ADD lost INT;\nEND;\n",
+        "DELIMITER //\nCREATE PROCEDURE p()\nBEGIN\nINSERT INTO a VALUES (1);\nDROP TABLE a;\nEND //\nDELIMITER ;\n",
+        "CREATE PROCEDURE p AS\nBEGIN TRAN;\nINSERT INTO a VALUES (1);\nDROP TABLE a;\nCOMMIT;\nGO\n",
+    };
+    for (const char *routine : cases) {
+        const ParseResult r = parse(std::string("CREATE TABLE a (id INT);\n") + routine + "CREATE TABLE b (id INT);\n");
+        EXPECT_TRUE(r.records.empty()) << routine << r.records.front();
+        EXPECT_EQ(tableNames(r), (std::vector<std::string>{"a", "b"})) << routine;
+        EXPECT_EQ(tableNamed(r, "a").getFieldNameListString(), "id") << routine;
+    }
+}

@@ -15,6 +15,9 @@ CREATE TABLE c (id INT,
 CREATE TABLE d (id INT);
 ALTER TABLE b ADD CONSTRAINT fk_b_a FOREIGN KEY (a_id) REFERENCES a (id);
 CREATE INDEX b_a ON b (a_id);
--- A DECLARE whose BEGIN never comes takes the rest of the script.
+-- A DECLARE whose BEGIN never comes ends at the next statement line.
 DECLARE v_count INT;
 CREATE TABLE e (id INT);
+DECLARE v_total INT;
+  v_name VARCHAR2(10);
+ALTER TABLE e ADD CONSTRAINT e_pk PRIMARY KEY (id);
