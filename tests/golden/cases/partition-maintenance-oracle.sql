@@ -1,11 +1,11 @@
--- Oracle temporary tables, keyword partition names and partition
+-- Temporary tables (ON COMMIT), keyword partition names and partition
 -- maintenance: the tables are as without the clauses.
-CREATE GLOBAL TEMPORARY TABLE "SCOTT"."SESSION_CART" (
+CREATE TEMPORARY TABLE "SCOTT"."SESSION_CART" (
     "ITEM_ID" NUMBER(10) NOT NULL,
     "QTY" NUMBER(5) DEFAULT 1
 ) ON COMMIT PRESERVE ROWS;
 
-CREATE GLOBAL TEMPORARY TABLE "SCOTT"."TX_SCRATCH" ("V" VARCHAR2(100)) ON COMMIT DELETE ROWS;
+CREATE TEMPORARY TABLE "SCOTT"."TX_SCRATCH" ("V" VARCHAR2(100)) ON COMMIT DELETE ROWS;
 
 CREATE TABLE "SCOTT"."SALES" (
     "ID" NUMBER(10) NOT NULL,

@@ -21,7 +21,7 @@ CREATE TABLE public.item_log (
 CREATE TABLE public.item_copy (LIKE public.item INCLUDING DEFAULTS INCLUDING CONSTRAINTS);
 
 CREATE TEMPORARY TABLE scratch (v text) ON COMMIT DROP;
-CREATE TEMP TABLE keep_rows (v text) ON COMMIT PRESERVE ROWS;
+CREATE TEMPORARY TABLE keep_rows (v text) ON COMMIT PRESERVE ROWS;
 
 CREATE TABLE public.event (id integer NOT NULL, at date NOT NULL) PARTITION BY RANGE (at);
 CREATE TABLE public.event_2020 (id integer NOT NULL, at date NOT NULL);
