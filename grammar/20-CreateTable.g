@@ -79,12 +79,16 @@ subsequentTableEntry
         kp_forgetRecognitionError(RECOGNIZER);
     }
 
-// PostgreSQL's LIKE parent [INCLUDING|EXCLUDING what ...]: the copied
-// columns are not known here; the entry leaves nothing.
+// PostgreSQL's LIKE parent [INCLUDING|EXCLUDING what ...] becomes
+// ^( LIKE parent options ): the walker copies the parent's columns there.
 likeParent
     : { kp_isWord(LT(1), "LIKE") && LA(2) != OPENPAREN && LA(2) != COMMA && LA(2) != CLOSEPAREN }?=>
-      STRING qualifiedObjectName ( ( 'INCLUDING' | STRING ) ( 'ALL' | STRING | T_DEFAULT | 'COMMENT' ) )*
-      -> IGNORED_NODE
+      like=STRING qualifiedObjectName ( likeOption )*
+      -> ^( $like qualifiedObjectName ( likeOption )* )
+    ;
+
+likeOption
+    : ( 'INCLUDING' | STRING ) ( 'ALL' | STRING | T_DEFAULT | 'COMMENT' )
     ;
 
 // Oracle's state words and MySQL's [NOT] ENFORCED after a table CHECK; the
@@ -153,10 +157,21 @@ tableOptionEntry
     ;
 
 // SQL Server's file groups and partition schemes: ON [PRIMARY],
-// ON scheme (column), TEXTIMAGE_ON [PRIMARY], FILESTREAM_ON fg.
+// ON scheme (column), TEXTIMAGE_ON [PRIMARY], FILESTREAM_ON fg. A temporary
+// table's ON COMMIT shares the ON; the words after it tell them apart.
 fileGroupOption
-    : ( 'ON' | { kp_isAnyWord(LT(1), "TEXTIMAGE_ON FILESTREAM_ON") }?=> STRING ) ( T_PRIMARY | objectName )
-      ( OPENPAREN objectName CLOSEPAREN )? ->
+    : 'ON' ( options { k = 1; } : { kp_onCommitAhead(RECOGNIZER) }?=> onCommitAction | fileGroupName ) ->
+    | { kp_isAnyWord(LT(1), "TEXTIMAGE_ON FILESTREAM_ON") }?=> STRING fileGroupName ->
+    ;
+
+fileGroupName
+    : ( T_PRIMARY | objectName ) ( OPENPAREN objectName CLOSEPAREN )?
+    ;
+
+// What a temporary table does with its rows at COMMIT (PostgreSQL, Oracle):
+// COMMIT PRESERVE ROWS | DELETE ROWS | DROP after ON.
+onCommitAction
+    : STRING ( ( STRING | 'DELETE' ) STRING | 'DROP' )
     ;
 
 tableComment

@@ -330,14 +330,25 @@ subpartition_by_clause
 // PARTITION p VALUES LESS THAN (...) | VALUES [IN] (...), then its storage
 // (Oracle's segment attributes and LOB storage, MySQL's ENGINE, COMMENT,
 // directories ...) and its subpartitions.
-// A keyword is no partition name here (it would read as an option).
 table_partition
-    : 'PARTITION' ( options { greedy = true; } : nonKeyWordObjectName )? ( partition_values )? ( partition_option )*
+    : 'PARTITION' ( options { greedy = true; k = 1; } : { kp_partitionNameAhead(RECOGNIZER) }?=> partitionName )?
+      ( partition_values )? ( partition_option )*
       ( OPENPAREN table_subpartition ( COMMA table_subpartition )* CLOSEPAREN )?
     ;
 
 table_subpartition
-    : 'SUBPARTITION' ( options { greedy = true; } : nonKeyWordObjectName )? ( partition_values )? ( partition_option )*
+    : 'SUBPARTITION' ( options { greedy = true; k = 1; } : { kp_partitionNameAhead(RECOGNIZER) }?=> partitionName )?
+      ( partition_values )? ( partition_option )*
+    ;
+
+// A partition's name: a word, keywords too (max, default, data), where
+// what follows shows it is the name (kp_partitionNameAhead); a keyword
+// followed by anything else reads as an option. (The tokens are listed: a
+// complement set in a decision with a gated predicate stops the antlr3 tool.)
+partitionName
+    : objectName
+    | columnKeyword
+    | T_DEFAULT
     ;
 
 partition_values

@@ -56,6 +56,8 @@ public:
             rebuild(items);
     }
 
+    /// Follows a change of the items' order.
+    void reordered(const Items &items) { rebuild(items); }
     /// The first item named exactly `name`, else the first whose name
     /// matches case-insensitively. Unnamed items never match.
     T *find(const Items &items, std::string_view name)

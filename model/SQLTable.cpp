@@ -75,6 +75,30 @@ SQLField *SQLTable::addWithRenaming(std::unique_ptr<SQLField> field, bool *didRe
     return fields_.back().get();
 }
 
+void SQLTable::moveFieldsToFront(const std::vector<std::string> &names)
+{
+    std::vector<std::unique_ptr<SQLField>> ordered;
+    ordered.reserve(fields_.size());
+    for (const std::string &name : names) {
+        SQLField *field = getFieldByName(name);
+        const auto at = std::find_if(fields_.begin(), fields_.end(),
+                                     [field](const std::unique_ptr<SQLField> &f) { return f.get() == field; });
+        if (field != nullptr && at != fields_.end()) {
+            ordered.push_back(std::move(*at));
+        }
+    }
+    if (ordered.empty()) {
+        return;
+    }
+    for (std::unique_ptr<SQLField> &field : fields_) {
+        if (field) {
+            ordered.push_back(std::move(field));
+        }
+    }
+    fields_ = std::move(ordered);
+    names_->fields.reordered(fields_);
+}
+
 SQLIndex *SQLTable::addWithRenaming(std::unique_ptr<SQLIndex> index)
 {
     if (!index)

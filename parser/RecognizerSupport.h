@@ -224,6 +224,27 @@ bool kp_isDollarBlock(pANTLR3_BASE_RECOGNIZER recognizer);
 // its first ; when it has no body block. Dollar-quoted bodies are passed over
 // whole; BEGIN/CASE ... END nest without recursion.
 bool kp_skipRoutine(pANTLR3_BASE_RECOGNIZER recognizer);
+// True at an ALTER TABLE action that only maintains partitions or
+// inheritance: ADD, DROP, TRUNCATE, COALESCE, MODIFY, EXCHANGE, SPLIT, MERGE,
+// RENAME, REORGANIZE, ANALYZE, CHECK, OPTIMIZE, REBUILD, REPAIR, DISCARD,
+// IMPORT, ATTACH or DETACH followed by [SUB]PARTITION[S]; MODIFY DEFAULT
+// ATTRIBUTES; SET INTERVAL | SUBPARTITION | PARTITIONING; NO INHERIT;
+// REMOVE or UPGRADE PARTITIONING. Keywords and plain words alike, any case.
+bool kp_partitionMaintenanceAhead(pANTLR3_BASE_RECOGNIZER recognizer);
+// Consumes the rest of such an action after its first word, parentheses
+// balanced, up to the end of the statement, a stray CLOSEPAREN, or a comma
+// followed by a word that starts another action (a comma followed by
+// anything else continues a list of partition names). False when a
+// parenthesis is still open at the end of the statement.
+bool kp_skipPartitionMaintenance(pANTLR3_BASE_RECOGNIZER recognizer);
+// After ON: true at COMMIT PRESERVE ROWS | DELETE ROWS | DROP, a temporary
+// table's option (SQL Server's ON filegroup is anything else after ON).
+bool kp_onCommitAhead(pANTLR3_BASE_RECOGNIZER recognizer);
+// After PARTITION or SUBPARTITION in a partition list: true when LT(1) is
+// the partition's name. A plain or quoted word always is; a keyword (max,
+// default, data) is when the bounds (VALUES), the end of the entry, its
+// subpartitions or an option word follow it, and reads as an option else.
+bool kp_partitionNameAhead(pANTLR3_BASE_RECOGNIZER recognizer);
 // A runtime string as UTF-8; empty for NULL.
 std::string AntlrCocoaString(pANTLR3_STRING string);
 // The tree-string rendering of a subtree; empty for NULL.

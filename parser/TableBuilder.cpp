@@ -6,6 +6,7 @@
 
 #include <SchemaModel/SchemaModel.h>
 
+#include <sstream>
 #include <variant>
 
 SQLTable *kp_beginTable(SQLContainer *container, const std::vector<std::string> *nameParts)
@@ -125,8 +126,99 @@ void kp_commentOnColumn(SQLContainer *container, const std::vector<std::string> 
     }
 }
 
+namespace {
+
+// What a copied column takes along besides its name, type and NOT NULL.
+enum CopiedParts : unsigned {
+    copyDefaults = 1,     // default value
+    copyIdentity = 2,     // auto-increment
+    copyConstraints = 4,  // column checks
+    copyComments = 8,     // the comment property
+    copyEverything = copyDefaults | copyIdentity | copyConstraints | copyComments,
+};
+
+std::unique_ptr<SQLField> copyColumn(const SQLField &column, unsigned parts)
+{
+    std::unique_ptr<SQLField> copy = SQLField::fieldWithName(column.getName(), column.getType());
+    copy->setNotNull(column.isNotNull());
+    // serial columns read as auto-increment: their default makes them so.
+    if ((parts & (copyIdentity | copyDefaults)) != 0) {
+        copy->setAutoIncrement(column.isAutoIncrement());
+    }
+    if (const std::optional<std::string> value = column.getDefaultValue(); value && (parts & copyDefaults) != 0) {
+        copy->setDefaultValueFromParsedString(*value);
+    }
+    for (const auto &[name, value] : column.getProperties()) {
+        if (name == "comment" && (parts & copyComments) == 0) {
+            continue;
+        }
+        if (const bool *flag = std::get_if<bool>(&value)) {
+            copy->setPropertyAsBoolean(name, *flag);
+        } else {
+            copy->setProperty(name, std::get<std::string>(value));
+        }
+    }
+    for (const std::unique_ptr<SQLConstraint> &check : column.checkConstraints()) {
+        if ((parts & copyConstraints) == 0) {
+            break;
+        }
+        std::unique_ptr<SQLConstraint> checkCopy = SQLConstraint::constraint();
+        if (check->hasName()) {
+            checkCopy->setName(check->getName());
+        }
+        if (const std::optional<std::string> expression = check->getCheckConstraintExpression()) {
+            checkCopy->setCheckConstraintExpression(*expression);
+        }
+        copy->addCheckConstraint(std::move(checkCopy));
+    }
+    return copy;
+}
+
+// Adds a copy of each parent column the table does not have yet; the names
+// of all the parent's columns are appended to `names` when it is given.
+void copyColumns(const SQLTable &parent, SQLTable *table, unsigned parts, std::vector<std::string> *names)
+{
+    for (const std::unique_ptr<SQLField> &column : parent.fields()) {
+        if (names != nullptr) {
+            names->push_back(column->getName());
+        }
+        if (table->getFieldByName(column->getName()) == nullptr) {
+            table->addWithRenaming(copyColumn(*column, parts));
+        }
+    }
+}
+
+// INCLUDING | EXCLUDING DEFAULTS, IDENTITY, CONSTRAINTS, COMMENTS or ALL, in
+// the order written; the other options (INDEXES, STORAGE, ...) concern
+// nothing a column keeps here.
+unsigned likeOptionParts(const std::string &options)
+{
+    unsigned parts = 0;
+    std::istringstream words(options);
+    std::string verb;
+    std::string what;
+    while (words >> verb >> what) {
+        unsigned named = 0;
+        if (kp_textIsWord(what, "ALL")) {
+            named = copyEverything;
+        } else if (kp_textIsWord(what, "DEFAULTS")) {
+            named = copyDefaults;
+        } else if (kp_textIsWord(what, "IDENTITY")) {
+            named = copyIdentity;
+        } else if (kp_textIsWord(what, "CONSTRAINTS")) {
+            named = copyConstraints;
+        } else if (kp_textIsWord(what, "COMMENTS")) {
+            named = copyComments;
+        }
+        parts = kp_textIsWord(verb, "INCLUDING") ? parts | named : parts & ~named;
+    }
+    return parts;
+}
+
+} // namespace
+
 void kp_inheritColumns(SQLContainer *container, SQLTable *table, const std::vector<std::string> *parentParts,
-                       const char *key)
+                       const char *key, std::vector<std::string> *inheritedNames)
 {
     if (table == nullptr || parentParts == nullptr || parentParts->empty()) {
         return;
@@ -141,33 +233,20 @@ void kp_inheritColumns(SQLContainer *container, SQLTable *table, const std::vect
     if (parent == nullptr || parent == table) {
         return;
     }
-    for (const std::unique_ptr<SQLField> &column : parent->fields()) {
-        if (table->getFieldByName(column->getName()) != nullptr) {
-            continue;
-        }
-        std::unique_ptr<SQLField> copy = SQLField::fieldWithName(column->getName(), column->getType());
-        copy->setNotNull(column->isNotNull());
-        copy->setAutoIncrement(column->isAutoIncrement());
-        if (const std::optional<std::string> value = column->getDefaultValue()) {
-            copy->setDefaultValueFromParsedString(*value);
-        }
-        for (const auto &[name, value] : column->getProperties()) {
-            if (const bool *flag = std::get_if<bool>(&value)) {
-                copy->setPropertyAsBoolean(name, *flag);
-            } else {
-                copy->setProperty(name, std::get<std::string>(value));
-            }
-        }
-        for (const std::unique_ptr<SQLConstraint> &check : column->checkConstraints()) {
-            std::unique_ptr<SQLConstraint> checkCopy = SQLConstraint::constraint();
-            if (check->hasName()) {
-                checkCopy->setName(check->getName());
-            }
-            if (const std::optional<std::string> expression = check->getCheckConstraintExpression()) {
-                checkCopy->setCheckConstraintExpression(*expression);
-            }
-            copy->addCheckConstraint(std::move(checkCopy));
-        }
-        table->addWithRenaming(std::move(copy));
+    copyColumns(*parent, table, copyEverything, inheritedNames);
+    if (inheritedNames != nullptr) {
+        table->moveFieldsToFront(*inheritedNames);
+    }
+}
+
+void kp_copyLikeColumns(SQLContainer *container, SQLTable *table, const std::vector<std::string> *parentParts,
+                        const std::string &options)
+{
+    if (table == nullptr || parentParts == nullptr || parentParts->empty()) {
+        return;
+    }
+    const SQLTable *parent = kp_findAlterTarget(container, parentParts);
+    if (parent != nullptr && parent != table) {
+        copyColumns(*parent, table, likeOptionParts(options), nullptr);
     }
 }

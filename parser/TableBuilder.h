@@ -37,5 +37,16 @@ void kp_commentOnColumn(SQLContainer *container, const std::vector<std::string> 
 // added after the table's own; keys stay with the parent. The parent's name
 // as written is recorded in the table property `key`, several parents
 // separated by ", ". A parent not (yet) in the container adds no column.
+// With `inheritedNames` (INHERITS), the names of the parent's columns are
+// appended to it and the columns so named move before the table's own, in
+// that order.
 void kp_inheritColumns(SQLContainer *container, SQLTable *table, const std::vector<std::string> *parentParts,
-                       const char *key);
+                       const char *key, std::vector<std::string> *inheritedNames = nullptr);
+// PostgreSQL's LIKE parent in a table's element list: copies the parent's
+// columns that the table does not have yet, after those it has. Name, type,
+// NOT NULL and properties always; defaults, identity, column checks and
+// comments as the options say ("INCLUDING ALL EXCLUDING COMMENTS ", words
+// separated by blanks, applied in order). A parent not (yet) in the
+// container copies nothing.
+void kp_copyLikeColumns(SQLContainer *container, SQLTable *table, const std::vector<std::string> *parentParts,
+                        const std::string &options);

@@ -9,7 +9,7 @@ createTable[SQLContainer *c]
       ( name=qualifiedObjectName { table = kp_beginTable(c, $name.parts); }
       | errorNode  // no name: the columns are walked without a table
       )
-      ( OPENPAREN ( subsequentTableEntry[table] ( COMMA subsequentTableEntry[table] )* )?
+      ( OPENPAREN ( subsequentTableEntry[c, table] ( COMMA subsequentTableEntry[c, table] )* )?
         ( CLOSEPAREN ( tableOption[c, table] )? )?
       | partitionOfParent[c, table] ( tableOption[c, table] )?
       | errorNode
@@ -21,16 +21,30 @@ createTable[SQLContainer *c]
 partitionOfParent[SQLContainer *c, SQLTable *table]
     : 'PARTITION' 'OF'
       parent=qualifiedObjectName { kp_inheritColumns(c, table, $parent.parts, "partitionOf"); }
-      ( OPENPAREN ( subsequentTableEntry[table] ( COMMA subsequentTableEntry[table] )* )? CLOSEPAREN )?
+      ( OPENPAREN ( subsequentTableEntry[c, table] ( COMMA subsequentTableEntry[c, table] )* )? CLOSEPAREN )?
     ;
 
-// PostgreSQL's INHERITS (parent, ...): the parents' columns that the table
-// does not declare itself are added after its own.
+// PostgreSQL's INHERITS (parent, ...): the parents' columns come first, in
+// the parents' order, then the table's own; a column the table declares
+// with a parent's name stands where the parent has it.
 inheritsClause[SQLContainer *c, SQLTable *table]
+@init { std::vector<std::string> inherited; }
     : STRING OPENPAREN
-      first=qualifiedObjectName { kp_inheritColumns(c, table, $first.parts, "inherits"); }
-      ( COMMA next=qualifiedObjectName { kp_inheritColumns(c, table, $next.parts, "inherits"); } )*
+      first=qualifiedObjectName { kp_inheritColumns(c, table, $first.parts, "inherits", &inherited); }
+      ( COMMA next=qualifiedObjectName { kp_inheritColumns(c, table, $next.parts, "inherits", &inherited); } )*
       CLOSEPAREN
+    ;
+
+// PostgreSQL's LIKE parent [INCLUDING | EXCLUDING what ...] in the element
+// list: the parent's columns are copied where the entry stands.
+likeParent[SQLContainer *c, SQLTable *table]
+@init { std::string options; }
+    : ^( STRING parent=qualifiedObjectName ( w=likeOptionWord { options += kp_nodeText($w.start) + " "; } )* )
+      { kp_copyLikeColumns(c, table, $parent.parts, options); }
+    ;
+
+likeOptionWord
+    : 'INCLUDING' | STRING | 'ALL' | T_DEFAULT | 'COMMENT'
     ;
 
 tableName
@@ -40,7 +54,7 @@ tableName
 // An entry that does not fit its pattern is skipped to its end. A column's
 // name reaches the walker as a STRING (see the parser's columnName), so
 // CHECK always starts a check constraint here.
-subsequentTableEntry[SQLTable *table]
+subsequentTableEntry[SQLContainer *c, SQLTable *table]
 @init { std::string constraintName; ANTLR3_MARKER entryStart = INDEX(); }
     : ( 'CONSTRAINT' cn=objectName { constraintName = kp_nodeText($cn.start); }
         ( checkConstraint[table, &constraintName]
@@ -52,7 +66,7 @@ subsequentTableEntry[SQLTable *table]
       | tableKeyConstraint[table, NULL]
       | tableIndex[table, NULL]
       ) ( errorNode )*
-    | IGNORED_NODE  // PostgreSQL's LIKE parent
+    | likeParent[c, table]
     | { LA(1) != T_CHECK }?=> fieldBlock[table] ( errorNode )*
     | ( errorNode )+
     ;

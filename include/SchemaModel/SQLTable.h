@@ -42,6 +42,10 @@ public:
     /// Adds the field, renaming it to name_1, name_2, ... when its name is
     /// already taken (case-insensitively). *didRename tells whether it was.
     SQLField *addWithRenaming(std::unique_ptr<SQLField> field, bool *didRename = nullptr);
+    /// Moves the fields with the given names (exact or case-insensitive, as
+    /// getFieldByName finds them) before the others, in the order of `names`;
+    /// the others keep their order. Names without a field are passed over.
+    void moveFieldsToFront(const std::vector<std::string> &names);
     /// Adds an index or unique constraint, renaming it like fields; unnamed
     /// indexes never clash.
     SQLIndex *addWithRenaming(std::unique_ptr<SQLIndex> index);

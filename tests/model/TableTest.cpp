@@ -222,3 +222,18 @@ TEST(TableFieldsTest, ManyFieldsOfOneNameAreRenamedInLinearTime)
     EXPECT_EQ(table->indexes()[count - 1]->getName(), "idx_" + std::to_string(count - 1));
     EXPECT_EQ(table->getFieldByName("col_2999"), table->fields()[count - 1].get());
 }
+
+TEST(TableFieldsTest, MovingFieldsToFrontKeepsTheOthersInOrderAndLookupsWorking)
+{
+    auto table = SQLTable::tableForImportWithName("t");
+    for (const char *name : {"a", "b", "c", "d"}) {
+        table->addWithRenaming(SQLField::fieldWithName(name, "int"));
+    }
+    // Names are matched like getFieldByName; repeated and unknown names are passed over.
+    table->moveFieldsToFront({"D", "b", "nowhere", "d"});
+    EXPECT_EQ(table->getFieldNameListString(), "d, b, a, c");
+    table->moveFieldsToFront({});
+    EXPECT_EQ(table->getFieldNameListString(), "d, b, a, c");
+    EXPECT_EQ(table->getFieldByName("a"), table->fields()[2].get());
+    EXPECT_EQ(table->addWithRenaming(SQLField::fieldWithName("B", "int"))->getName(), "B_1");
+}

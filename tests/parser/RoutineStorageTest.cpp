@@ -71,6 +71,18 @@ TEST(StorageClauses, MySqlPostgreSqlAndSqlServerClausesLeaveTheTableAsWithout)
     expectSameAsPlain("PARTITION BY RANGE (id) SUBPARTITION BY HASH (id) SUBPARTITIONS 2 (PARTITION p0 VALUES "
                       "LESS THAN (5) (SUBPARTITION s0 DATA DIRECTORY = '/d' STORAGE ENGINE = InnoDB, SUBPARTITION s1), "
                       "PARTITION p1 VALUES LESS THAN MAXVALUE MAX_ROWS = 10 NODEGROUP 0)");
+    // Keywords as partition names.
+    expectSameAsPlain("PARTITION BY LIST (id) (PARTITION data VALUES IN (1), PARTITION max VALUES IN (2), "
+                      "PARTITION default VALUES IN (3) (SUBPARTITION index, SUBPARTITION values_x))");
+    expectSameAsPlain("PARTITION BY HASH (id) (PARTITION data DATA DIRECTORY = '/d', PARTITION max ENGINE = InnoDB, "
+                      "PARTITION default)");
+    expectSameAsPlain("PARTITION BY RANGE (id) (PARTITION VALUES LESS THAN (10), PARTITION max VALUES LESS THAN "
+                      "(MAXVALUE) TABLESPACE ts)");
+    // A temporary table's ON COMMIT; ON alone still names a file group.
+    expectSameAsPlain("ON COMMIT PRESERVE ROWS");
+    expectSameAsPlain("ON COMMIT DELETE ROWS TABLESPACE scratch");
+    expectSameAsPlain("ON COMMIT DROP");
+    expectSameAsPlain("ON commit_fg");
 }
 
 TEST(StorageClauses, StorageOnlyAlterTableActionsLeaveNoRecordAndTheTableAsItWas)
@@ -96,12 +108,58 @@ TEST(StorageClauses, StorageOnlyAlterTableActionsLeaveNoRecordAndTheTableAsItWas
         "ALTER TABLE t SET (fillfactor = 70);",
         "ALTER TABLE t RESET (fillfactor);",
         "ALTER TABLE t INHERIT parent;",
+        // Partition and inheritance maintenance of every dialect.
+        "ALTER TABLE t ADD PARTITION p3 VALUES LESS THAN (TO_DATE('2030-01-01', 'YYYY-MM-DD')) TABLESPACE x;",
+        "ALTER TABLE t ADD PARTITION (PARTITION p3 VALUES LESS THAN (30), PARTITION p4 VALUES LESS THAN MAXVALUE);",
+        "ALTER TABLE t ADD PARTITION PARTITIONS 2;",
+        "ALTER TABLE t COALESCE PARTITION 2;",
+        "ALTER TABLE t MODIFY PARTITION p1 STORAGE (MAXEXTENTS 10) NOLOGGING;",
+        "ALTER TABLE t MODIFY DEFAULT ATTRIBUTES TABLESPACE y;",
+        "ALTER TABLE t EXCHANGE PARTITION p1 WITH TABLE t_new INCLUDING INDEXES WITHOUT VALIDATION;",
+        "ALTER TABLE t REORGANIZE PARTITION p0, p1 INTO (PARTITION p01 VALUES LESS THAN (20));",
+        "ALTER TABLE t DROP PARTITION p1, p2;",
+        "ALTER TABLE t TRUNCATE PARTITION p1, p2 UPDATE GLOBAL INDEXES;",
+        "ALTER TABLE t SPLIT PARTITION p1 AT (50) INTO (PARTITION p1a, PARTITION p1b);",
+        "ALTER TABLE t MERGE PARTITIONS p1, p2 INTO PARTITION p12;",
+        "ALTER TABLE t RENAME PARTITION p1 TO p_one;",
+        "ALTER TABLE t ANALYZE PARTITION p1, p2;",
+        "ALTER TABLE t CHECK PARTITION ALL;",
+        "ALTER TABLE t OPTIMIZE PARTITION p1;",
+        "ALTER TABLE t REBUILD PARTITION p1, p2;",
+        "ALTER TABLE t REPAIR PARTITION p1;",
+        "ALTER TABLE t DISCARD PARTITION p1 TABLESPACE;",
+        "ALTER TABLE t IMPORT PARTITION p1, p2 TABLESPACE;",
+        "ALTER TABLE t SET INTERVAL (NUMTOYMINTERVAL(1, 'MONTH'));",
+        "ALTER TABLE t SET SUBPARTITION TEMPLATE (SUBPARTITION a VALUES ('x'));",
+        "ALTER TABLE t ATTACH PARTITION t_2020 FOR VALUES FROM ('2020-01-01') TO ('2021-01-01');",
+        "ALTER TABLE t ATTACH PARTITION t_rest DEFAULT;",
+        "ALTER TABLE t DETACH PARTITION t_2020 CONCURRENTLY;",
+        "ALTER TABLE t DETACH PARTITION t_2020 FINALIZE;",
+        "ALTER TABLE t NO INHERIT parent;",
+        "ALTER TABLE t UPGRADE PARTITIONING;",
     };
     for (const char *alter : alters) {
         const ParseResult r = parse(plain + alter);
         EXPECT_TRUE(r.records.empty()) << alter << ": " << r.records.front();
         EXPECT_EQ(modelOf(plain + alter), modelOf(plain)) << alter;
     }
+}
+
+// A partition action ends at the comma before another action: what follows
+// is read as usual (MySQL does not allow the mix, Oracle allows some).
+TEST(StorageClauses, AnActionAfterAPartitionActionIsStillApplied)
+{
+    const ParseResult r = parse(std::string(plainTable) + ";\n"
+                                "ALTER TABLE t DROP PARTITION p1, p2, ADD CONSTRAINT u UNIQUE (name);\n"
+                                "ALTER TABLE t EXCHANGE PARTITION p WITH TABLE x, ADD CONSTRAINT c CHECK (id > 0);");
+    EXPECT_TRUE(r.records.empty()) << r.records.front();
+    EXPECT_EQ(tableNamed(r, "t").indexes().size(), 1U);
+    EXPECT_EQ(tableNamed(r, "t").checkConstraints().size(), 1U);
+    // A parenthesis left open costs only its statement.
+    const ParseResult open = parse(std::string(plainTable) + ";\nALTER TABLE t ADD PARTITION (PARTITION p VALUES (1;\n"
+                                   "CREATE TABLE u (a INT);");
+    EXPECT_FALSE(open.records.empty());
+    EXPECT_EQ(tableNames(open), (std::vector<std::string>{"t", "u"}));
 }
 
 TEST(StorageClauses, ABrokenClauseCostsOnlyItsStatement)
@@ -152,15 +210,40 @@ TEST(Partitions, APartitionHasItsParentsColumnsAndItsOwnConstraints)
     EXPECT_EQ(tableNamed(r, "p1a").foreignKeys().size() + (tableNamed(r, "p1a").getFieldByName("city")->getReferences() ? 1U : 0U), 1U);
 }
 
-TEST(Partitions, AnInheritingTableAddsItsParentsColumnsAfterItsOwn)
+TEST(Partitions, AnInheritingTableHasItsParentsColumnsFirst)
 {
     const ParseResult r = parse("CREATE TABLE base (id int NOT NULL, name text);\n"
-                                "CREATE TABLE child (extra text, name text NOT NULL) INHERITS (base, other);\n");
+                                "CREATE TABLE more (code int, id int, note text);\n"
+                                "CREATE TABLE child (extra text, name text NOT NULL) INHERITS (base, other, more);\n");
     EXPECT_TRUE(r.records.empty()) << r.records.front();
     const SQLTable &child = tableNamed(r, "child");
-    EXPECT_EQ(child.getFieldNameListString(), "extra, name, id");
+    EXPECT_EQ(child.getFieldNameListString(), "id, name, code, note, extra");
     EXPECT_TRUE(child.getFieldByName("name")->isNotNull());
-    EXPECT_EQ(child.getPropertyAsString("inherits"), std::optional<std::string>("base, other"));
+    EXPECT_EQ(child.getPropertyAsString("inherits"), std::optional<std::string>("base, other, more"));
+}
+
+TEST(Partitions, LikeCopiesTheParentsColumnsWhereItStands)
+{
+    const ParseResult r = parse(
+        "CREATE TABLE src (id serial NOT NULL, name text DEFAULT 'x' CHECK (name <> ''));\n"
+        "COMMENT ON COLUMN src.name IS 'the name';\n"
+        "CREATE TABLE plain (a int, LIKE src, z int);\n"
+        "CREATE TABLE full_copy (LIKE src INCLUDING ALL EXCLUDING COMMENTS, extra text);\n"
+        "CREATE TABLE unknown (a int, LIKE nowhere INCLUDING DEFAULTS);\n");
+    EXPECT_TRUE(r.records.empty()) << r.records.front();
+    const SQLTable &plain = tableNamed(r, "plain");
+    EXPECT_EQ(plain.getFieldNameListString(), "a, id, name, z");
+    EXPECT_TRUE(plain.getFieldByName("id")->isNotNull());
+    EXPECT_FALSE(plain.getFieldByName("name")->getDefaultValue().has_value());
+    EXPECT_TRUE(plain.getFieldByName("name")->checkConstraints().empty());
+    EXPECT_FALSE(plain.getFieldByName("name")->getPropertyAsString("comment").has_value());
+    const SQLTable &full = tableNamed(r, "full_copy");
+    EXPECT_EQ(full.getFieldNameListString(), "id, name, extra");
+    EXPECT_EQ(full.getFieldByName("name")->getDefaultValue(), std::optional<std::string>("'x'"));
+    EXPECT_EQ(full.getFieldByName("name")->checkConstraints().size(), 1U);
+    EXPECT_FALSE(full.getFieldByName("name")->getPropertyAsString("comment").has_value());
+    EXPECT_EQ(full.getFieldByName("id")->isAutoIncrement(), tableNamed(r, "src").getFieldByName("id")->isAutoIncrement());
+    EXPECT_EQ(tableNamed(r, "unknown").getFieldNameListString(), "a");
 }
 
 TEST(Routines, ABrokenRoutineCostsOnlyItself)
