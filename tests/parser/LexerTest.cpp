@@ -301,10 +301,8 @@ TEST(LexerQuotes, QuotesInsideDollarQuotesOpenNoString)
     EXPECT_EQ(length(u"$1 + $2"), 0U);          // parameters, not tags
     EXPECT_EQ(length(u"$$never closed"), 0U);
     EXPECT_EQ(length(u"$(Var)"), 0U);
-    const ParseResult result = parse("CREATE TABLE d (a text DEFAULT $$it's$$, b text DEFAULT $q$'$q$, c int);
-"
-                                     "CREATE TABLE e (x varchar(5) DEFAULT 'y$$', z int);
-");
+    const ParseResult result = parse("CREATE TABLE d (a text DEFAULT $$it's$$, b text DEFAULT $q$'$q$, c int);\n"
+                                     "CREATE TABLE e (x varchar(5) DEFAULT 'y$$', z int);\n");
     const SQLTable &d = tableNamed(result, "d");
     ASSERT_EQ(d.fields().size(), 3U);
     EXPECT_EQ(d.fields()[0]->getDefaultValue(), "$$it's$$");

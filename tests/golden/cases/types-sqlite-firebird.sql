@@ -1,5 +1,5 @@
--- Column types that SQLite scripts carry over from Firebird, a type that
--- cannot be read, and a comma before the closing parenthesis.
+-- Column types that SQLite scripts carry over from Firebird, a comma before
+-- the closing parenthesis (read silently) and a doubled comma (reported).
 CREATE TABLE film_text (
   film_id INTEGER NOT NULL,
   title VARCHAR(255) NOT NULL,
@@ -8,11 +8,5 @@ CREATE TABLE film_text (
   notes BLOB SUB_TYPE 1 DEFAULT NULL,
   summary BLOB(100),
   CONSTRAINT pk_film_text PRIMARY KEY (film_id),
-);
-CREATE TABLE broken (
-  id INTEGER NOT NULL,
-  weight DECIMAL(5,,
-  height INTEGER NOT NULL,
-  width INTEGER
 );
 CREATE TABLE doubled (a INT,, b INT);
