@@ -51,8 +51,8 @@ supported_alter_table_clause
     | ignored_enable_disable_clause
     ;
 
-// INDEX or KEY is required after the kind word: ADD fulltext ft (a) is a
-// column called fulltext.
+// INDEX or KEY is required after the kind word here: without it the
+// clause (ADD FULLTEXT ft (a)) reads as the clauses that are not applied.
 addedKindIndex
     : 'FULLTEXT' ( 'INDEX' | T_KEY ) tableIndexBody
     ;
@@ -136,7 +136,7 @@ unsupported_alter_table_clause_entry
     | storage_alteration
     | partition_alteration
     | 'ADD' ( ( 'COLUMN' )? ( field ( columnPosition )? | OPENPAREN field ( COMMA field )* CLOSEPAREN )
-            | ( 'INDEX' | T_KEY ) ( objectName )? ( mysql_index_type )?
+            | ( 'INDEX' | T_KEY | 'FULLTEXT' ) ( objectName )? ( mysql_index_type )?
               OPENPAREN indexEntry ( COMMA indexEntry )* CLOSEPAREN ( mysql_index_type )?
             )
     | T_ALTER ( 'COLUMN' )? objectName alterColumnAction

@@ -31,3 +31,5 @@ ALTER TABLE place
   ADD SPATIAL KEY place_area (area),
   ADD SPATIAL INDEX (spot),
   ADD spatial geometry NULL;
+-- Without KEY or INDEX after it the kind word adds nothing (and no record).
+ALTER TABLE place ADD FULLTEXT place_text (name, notes), ADD FULLTEXT (notes);
