@@ -25,14 +25,14 @@ createTable
         kp_forgetRecognitionError(RECOGNIZER);
     }
 
-// A comma and the entry after it. A comma with no entry after it (before
-// the closing parenthesis, as hand-written scripts have it, or before
-// another comma) is reported as an extraneous token and dropped, so that no
-// entry is lost and no empty entry is made of it.
+// A comma and the entry after it. A comma before the closing parenthesis
+// (SQL Server accepts one, hand-written scripts of every dialect have it) is
+// dropped; one before another comma is reported as an extraneous token and
+// dropped, so that no entry is lost and no empty entry is made of it.
 tableEntrySeparator
     : c=COMMA { kp_markSpatialIndex(RECOGNIZER); }
       ( subsequentTableEntry -> COMMA subsequentTableEntry
-      | { kp_reportDroppedToken(RECOGNIZER, $c); } ->
+      | { if (LA(1) != CLOSEPAREN) { kp_reportDroppedToken(RECOGNIZER, $c); } } ->
       )
     ;
 

@@ -18,7 +18,7 @@ char_string_type
     | T_CHAR ( T_VARYING )? ( type_size )?
     | 'VARCHAR' ( type_size )?
     | 'VARCHAR2' ( type_size )?
-    | 'BLOB' ( type_size )?
+    | 'BLOB' ( type_size | blobSubType )?
     | 'RAW' ( type_size )?
     | 'TINYBLOB' ( type_size )?
     | 'MEDIUMBLOB' ( type_size )?
@@ -26,6 +26,13 @@ char_string_type
     | 'NVARCHAR2' ( type_size )?
     | 'NVARCHAR' ( type_size )?
     | text_type ( type_size )?
+    ;
+
+// BLOB SUB_TYPE 1 and BLOB SUB_TYPE TEXT SEGMENT SIZE 80 (written by tools
+// that move Firebird schemas to SQLite): the type text keeps the words.
+blobSubType
+    : { kp_isWord(LT(1), "SUB_TYPE") }?=> STRING ( INT | SIGNED_INT | STRING | 'TEXT' )
+      ( { kp_isWord(LT(1), "SEGMENT") }?=> STRING STRING INT )?
     ;
 
 // SQLite keeps a length written after any type word: text(65535).

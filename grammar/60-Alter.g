@@ -17,7 +17,8 @@ alterInstruction
 // nothing.
 alterTableInstruction
     : 'TABLE' ( { kp_isKeyword(LT(1), "ONLY") }?=> 'ONLY' )? anyQualifiedName ( existingRowsCheck )?
-      alter_table_clause ( COMMA alter_table_clause )* SEMI
+      { kp_markAddedSpatialIndex(RECOGNIZER); } alter_table_clause
+      ( COMMA { kp_markAddedSpatialIndex(RECOGNIZER); } alter_table_clause )* SEMI
     ;
 
 existingRowsCheck
@@ -48,19 +49,36 @@ partitionMaintenanceWord
     | 'SET' | T_NO | STRING
     ;
 
-// SQL Server adds several named constraints after one ADD: ADD CONSTRAINT
-// a DEFAULT (0) FOR x, CONSTRAINT b DEFAULT ('') FOR y.
+// SQL Server adds several constraints after one ADD, named or not: ADD
+// CONSTRAINT a DEFAULT (0) FOR x, CONSTRAINT b DEFAULT ('') FOR y, CHECK (z > 0).
+// CHECK followed by CONSTRAINT is SQL Server's CHECK CONSTRAINT c (enabling
+// one), which is not an added constraint.
 table_alteration
     : supported_alter_table_clause
     | unsupported_alter_table_clause
     | 'CONSTRAINT' qualifiedObjectName addedConstraintBody
+    | unnamedAddedConstraint
+    ;
+
+unnamedAddedConstraint
+    : ( foreignKeyConstraint | alterPrimaryKey | checkConstraint ) ( ignored_enable_disable_clause )*
     ;
 
 // Oracle also adds constraints as a parenthesised list: ADD (CONSTRAINT ...,
-// CONSTRAINT ...).
+// CONSTRAINT ...). MySQL's ADD FULLTEXT|SPATIAL INDEX|KEY (SPATIAL is marked
+// as FULLTEXT before the clause is predicted) builds its index; a plain ADD
+// INDEX or ADD KEY is not applied.
 supported_alter_table_clause
-    : 'ADD' ( addedConstraint | OPENPAREN addedConstraint ( COMMA addedConstraint )* CLOSEPAREN )
+    : 'ADD' ( addedConstraint | OPENPAREN addedConstraint ( COMMA addedConstraint )* CLOSEPAREN
+            | addedKindIndex
+            )
     | ignored_enable_disable_clause
+    ;
+
+// INDEX or KEY is required after the kind word here: without it the
+// clause (ADD FULLTEXT ft (a)) reads as the clauses that are not applied.
+addedKindIndex
+    : 'FULLTEXT' ( 'INDEX' | T_KEY ) tableIndexBody
     ;
 
 // The constraint name may be left out or be schema-qualified.
@@ -142,7 +160,7 @@ unsupported_alter_table_clause_entry
     | storage_alteration
     | partition_alteration
     | 'ADD' ( ( 'COLUMN' )? ( field ( columnPosition )? | OPENPAREN field ( COMMA field )* CLOSEPAREN )
-            | ( 'INDEX' | T_KEY | 'FULLTEXT' ( 'INDEX' | T_KEY )? ) ( objectName )? ( mysql_index_type )?
+            | ( 'INDEX' | T_KEY | 'FULLTEXT' ) ( objectName )? ( mysql_index_type )?
               OPENPAREN indexEntry ( COMMA indexEntry )* CLOSEPAREN ( mysql_index_type )?
             )
     | T_ALTER ( 'COLUMN' )? objectName alterColumnAction

@@ -6,15 +6,20 @@ createIndex
     : createIndexCore createIndexOptions
     ;
 
-// Index and table names may be schema-qualified. CONCURRENTLY, ONLY (an
+// Index and table names may be schema-qualified; the table's may be a
+// column keyword (CREATE INDEX i ON key (a)). CONCURRENTLY, ONLY (an
 // index of a partitioned table) and the method (any name: btree, gin, hnsw
 // ...) are accepted and ignored. SQL Server's NONCLUSTERED (the default)
 // leaves no node, nor does CLUSTERED after UNIQUE: the index type is one
-// word, as is MySQL's FULLTEXT.
+// word, as is MySQL's FULLTEXT, and so are SPATIAL (MySQL, SQL Server) and
+// Oracle's BITMAP, which stay words.
 createIndexCore
-    : ( 'UNIQUE' ( 'CLUSTERED'! | 'NONCLUSTERED'! )? | 'CLUSTERED' | 'NONCLUSTERED'! | 'FULLTEXT' )?
+    : ( 'UNIQUE' ( 'CLUSTERED'! | 'NONCLUSTERED'! )? | 'CLUSTERED' | 'NONCLUSTERED'! | 'FULLTEXT'
+      | { kp_isAnyWord(LT(1), "SPATIAL BITMAP") && kp_isKeyword(LT(2), "INDEX") }?=> STRING
+      )?
       'INDEX' ( 'CONCURRENTLY' )? qualifiedObjectName
-      'ON' ( 'ONLY' )? qualifiedObjectName ( 'USING' using_index_method )?
+      'ON' ( { kp_isKeyword(LT(1), "ONLY") }?=> 'ONLY' )? anyQualifiedName
+      ( 'USING' using_index_method )?
       OPENPAREN indexEntry ( COMMA indexEntry )* CLOSEPAREN
     ;
 

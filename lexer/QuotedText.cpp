@@ -5,6 +5,7 @@
 #include "VellumGrammarCLexer.h"
 
 #include <string>
+#include <string_view>
 
 namespace sqlantlr {
 
@@ -229,6 +230,25 @@ size_t substitutionPrefixLength(const char16_t *begin, const char16_t *p, const 
     return nameFollows ? static_cast<size_t>(q - p) : 0;
 }
 
+size_t dollarQuotedLength(const char16_t *p, const char16_t *end)
+{
+    if (p >= end || *p != u'$') {
+        return 0;
+    }
+    auto isTagLetter = [](char16_t c) { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z') || c == u'_' || c >= 0x80; };
+    const char16_t *q = p + 1;
+    while (q < end && (isTagLetter(*q) || (q > p + 1 && *q >= u'0' && *q <= u'9'))) {
+        ++q;
+    }
+    if (q >= end || *q != u'$') {
+        return 0;
+    }
+    const std::u16string_view tag(p, static_cast<size_t>(q - p) + 1);
+    const std::u16string_view rest(q + 1, static_cast<size_t>(end - q - 1));
+    const size_t close = rest.find(tag);
+    return close == std::u16string_view::npos ? 0 : tag.size() + close + tag.size();
+}
+
 size_t bracketedNameLength(const char16_t *p, const char16_t *end)
 {
     if (end - p < 3 || *p != u'[') {
@@ -248,8 +268,30 @@ size_t bracketedNameLength(const char16_t *p, const char16_t *end)
 
 } // namespace sqlantlr
 
+namespace {
+// user1's value for a quote inside a dollar-quoted string (see kp_noteDollarQuote).
+constexpr ANTLR3_UINT32 quoteInDollarQuote = 0x10000;
+} // namespace
+
+void kp_noteDollarQuote(pANTLR3_LEXER lexer)
+{
+    auto *session = static_cast<sqlantlr::ParseSession *>(lexer->rec->state->userp);
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    const auto *sign = static_cast<const char16_t *>(input->nextChar) - 1;
+    if (session == nullptr || (sign >= session->dollarQuoteBegin && sign < session->dollarQuoteEnd)) {
+        return;
+    }
+    const auto *data = static_cast<const char16_t *>(input->data);
+    const size_t length = sqlantlr::dollarQuotedLength(sign, data + input->sizeBuf / 2);
+    if (length != 0) {
+        session->dollarQuoteBegin = sign;
+        session->dollarQuoteEnd = sign + length;
+    }
+}
+
 // The lexer state's user1 counts the pieces of the current token that were
-// never closed; kp_quotedStringType reads and clears it.
+// never closed; kp_quotedStringType reads and clears it. A quote inside a
+// dollar-quoted string opens nothing: the token is the quote alone.
 void kp_matchQuotedBody(pANTLR3_LEXER lexer, ANTLR3_UCHAR quote)
 {
     pANTLR3_INPUT_STREAM input = lexer->input;
@@ -257,6 +299,10 @@ void kp_matchQuotedBody(pANTLR3_LEXER lexer, ANTLR3_UCHAR quote)
     const char16_t *end = data + input->sizeBuf / 2;
     const auto *body = static_cast<const char16_t *>(input->nextChar);
     auto *session = static_cast<sqlantlr::ParseSession *>(lexer->rec->state->userp);
+    if (session != nullptr && body - 1 >= session->dollarQuoteBegin && body - 1 < session->dollarQuoteEnd) {
+        lexer->rec->state->user1 = quoteInDollarQuote;
+        return;
+    }
     sqlantlr::QuoteScanCache *cache = session != nullptr ? &session->quoteScans : nullptr;
     const bool lineBound = sqlantlr::isRemarkLine(data, body - 1, cache);
     const size_t length = sqlantlr::quotedBodyLength(body, end, static_cast<char16_t>(quote), cache, lineBound);
@@ -272,8 +318,12 @@ void kp_matchQuotedBody(pANTLR3_LEXER lexer, ANTLR3_UCHAR quote)
 
 ANTLR3_UINT32 kp_quotedStringType(pANTLR3_LEXER lexer)
 {
-    const bool unclosed = lexer->rec->state->user1 != 0;
+    const ANTLR3_UINT32 mark = lexer->rec->state->user1;
     lexer->rec->state->user1 = 0;
+    if (mark == quoteInDollarQuote) {
+        return SYMBOL;
+    }
+    const bool unclosed = mark != 0;
     // A quote that is never closed is a token of its own, reported by the parser where it stands.
     return unclosed ? QUOTE : QUOTED_STRING;
 }

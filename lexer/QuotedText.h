@@ -51,6 +51,12 @@ bool isRemarkLine(const char16_t *begin, const char16_t *at, QuoteScanCache *cac
 // SQL*Plus takes as its end; a second period and the name must follow.
 size_t substitutionPrefixLength(const char16_t *begin, const char16_t *p, const char16_t *end);
 
+// Units of the dollar-quoted string at p ($$x$$, $tag$x$tag$) up to and
+// including its closing tag, or 0 when p opens none: the tag is $ with an
+// optional name between (letters and '_', then digits too) and the same tag
+// closes the string further on.
+size_t dollarQuotedLength(const char16_t *p, const char16_t *end);
+
 // Units of the bracketed name [..] at p, or 0 when the bracket opens none: it
 // stays on its line, is not empty and does not start with a digit or a quote.
 size_t bracketedNameLength(const char16_t *p, const char16_t *end);

@@ -142,7 +142,9 @@ COMMA        : ',' ;
 SEMI         : ';' ;
 SIGNED_INT   : '-' INT ;
 INT          : ( '0'..'9' )+ ;
-SYMBOL       : '$' | ',' | '-' | '<' | '>' | '?' | '_' | '|' ;
+// A '$' that opens a dollar-quoted string ($$it's$$) marks its extent, in
+// which a quote is a SYMBOL of its own (see kp_noteDollarQuote).
+SYMBOL       : '$' { kp_noteDollarQuote(LEXER); } | ',' | '-' | '<' | '>' | '?' | '_' | '|' ;
 // Unquoted names: ASCII letters plus the letters of other scripts; after the
 // first letter also digits, '_', '-', and Oracle's '$' and '#' (app$log, emp#hist).
 // A word of lexer/keywords.txt becomes its keyword token. kp_matchNameRest

@@ -275,14 +275,32 @@ bool kp_keywordColumnAhead(pANTLR3_BASE_RECOGNIZER recognizer)
     return true;
 }
 
-void kp_markSpatialIndex(pANTLR3_BASE_RECOGNIZER recognizer)
+namespace {
+
+// Makes the word SPATIAL at LT(at) a FULLTEXT token when an index follows it.
+void markSpatialIndexAt(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_INT32 at)
 {
     // T__424 is the keyword 'FULLTEXT' (its number is fixed by lexer/keywords.txt).
     constexpr ANTLR3_UINT32 fulltextType = T__424;
     pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
-    pANTLR3_COMMON_TOKEN word = stream->_LT(stream, 1);
-    if (kp_isWord(word, "SPATIAL") && indexFollows(stream, 2)) {
+    pANTLR3_COMMON_TOKEN word = stream->_LT(stream, at);
+    if (kp_isWord(word, "SPATIAL") && indexFollows(stream, at + 1)) {
         word->setType(word, fulltextType);
+    }
+}
+
+} // namespace
+
+void kp_markSpatialIndex(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    markSpatialIndexAt(recognizer, 1);
+}
+
+void kp_markAddedSpatialIndex(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    if (kp_isKeyword(stream->_LT(stream, 1), "ADD")) {
+        markSpatialIndexAt(recognizer, 2);
     }
 }
 

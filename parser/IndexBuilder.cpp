@@ -17,6 +17,13 @@ void kp_setIndexType(SQLIndex *index, const char *indexType)
     }
 }
 
+void kp_setIndexTypeFromWord(SQLIndex *index, pANTLR3_BASE_TREE kindWord)
+{
+    if (kindWord != nullptr && !kp_isRecoveryNode(kindWord)) {
+        kp_setIndexType(index, kp_textIsWord(kp_nodeText(kindWord), "SPATIAL") ? "SPATIAL" : "BITMAP");
+    }
+}
+
 void kp_setIndexNameFromParts(SQLIndex *index, const std::vector<std::string> *nameParts)
 {
     if (index != nullptr && nameParts != nullptr && !nameParts->empty()) {

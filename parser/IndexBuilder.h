@@ -13,6 +13,9 @@
 // The index of a CREATE INDEX statement, marked "collapseSimpleIndex".
 std::unique_ptr<SQLIndex> kp_newStatementIndex();
 void kp_setIndexType(SQLIndex *index, const char *indexType);
+// The kind word of CREATE SPATIAL INDEX or CREATE BITMAP INDEX: the type
+// "SPATIAL" or "BITMAP".
+void kp_setIndexTypeFromWord(SQLIndex *index, pANTLR3_BASE_TREE kindWord);
 // Names the index after the last of its name parts (a schema prefix is dropped).
 void kp_setIndexNameFromParts(SQLIndex *index, const std::vector<std::string> *nameParts);
 // Adds the index to the table named by one part (table) or two (schema,

@@ -45,6 +45,10 @@ struct ParseSession {
     bool skipDataStatements = false;
     // What the lexer's scans of quoted pieces learnt about the current line.
     QuoteScanCache quoteScans;
+    // The dollar-quoted string the lexer is in or last met ($$...$$), in
+    // which quotes open no string.
+    const char16_t *dollarQuoteBegin = nullptr;
+    const char16_t *dollarQuoteEnd = nullptr;
     // Name lists that walker rules return (qualified names, column lists);
     // cleared with customValues.
     std::deque<std::vector<std::string>> nameLists;

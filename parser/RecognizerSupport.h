@@ -44,8 +44,12 @@ bool kp_bracketedNameAhead(pANTLR3_LEXER lexer);
 bool kp_substitutionPrefixAhead(pANTLR3_LEXER lexer);
 // Makes an '&&' token that starts such a prefix the whole hidden prefix.
 void kp_widenSubstitutionPrefix(pANTLR3_LEXER lexer, pANTLR3_COMMON_TOKEN token);
-// QUOTED_STRING, or QUOTE when a piece of the token was never closed.
+// QUOTED_STRING, or QUOTE when a piece of the token was never closed, or
+// SYMBOL for a quote inside a dollar-quoted string.
 ANTLR3_UINT32 kp_quotedStringType(pANTLR3_LEXER lexer);
+// After a '$': when it opens a dollar-quoted string, notes where the string
+// ends, so that the quotes inside it open no string.
+void kp_noteDollarQuote(pANTLR3_LEXER lexer);
 
 // Consumes the characters that may follow the first letter of a name (see
 // STRING in the lexer grammar): letters, digits, '_', '-', '$' and '#'.
@@ -200,6 +204,8 @@ void kp_retypeAsName(pANTLR3_COMMON_TOKEN token);
 // spatial) becomes a FULLTEXT token, the kind word whose path it shares; its
 // text stays as written, and the walker reads it.
 void kp_markSpatialIndex(pANTLR3_BASE_RECOGNIZER recognizer);
+// The same at the start of an ALTER TABLE clause: ADD SPATIAL [INDEX|KEY] ...
+void kp_markAddedSpatialIndex(pANTLR3_BASE_RECOGNIZER recognizer);
 // True for END followed by IF, LOOP, REPEAT or WHILE: the end of a construct
 // inside a block, not the end of the block.
 bool kp_isConstructEnd(pANTLR3_COMMON_TOKEN end, pANTLR3_COMMON_TOKEN next);

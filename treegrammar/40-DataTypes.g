@@ -21,7 +21,7 @@ char_string_type
     | T_CHAR ( T_VARYING )? ( type_size )?
     | 'VARCHAR' ( type_size )?
     | 'VARCHAR2' ( type_size )?
-    | 'BLOB' ( type_size )?
+    | 'BLOB' ( type_size | blobSubType )?
     | 'RAW' ( type_size )?
     | 'TINYBLOB' ( type_size )?
     | 'MEDIUMBLOB' ( type_size )?
@@ -29,6 +29,11 @@ char_string_type
     | 'NVARCHAR2' ( type_size )?
     | 'NVARCHAR' ( type_size )?
     | text_type ( type_size )?
+    ;
+
+blobSubType
+    : { kp_isWordNode(LT(1), "SUB_TYPE") }?=> STRING ( INT | SIGNED_INT | STRING | 'TEXT' )
+      ( { kp_isWordNode(LT(1), "SEGMENT") }?=> STRING STRING INT )?
     ;
 
 text_type

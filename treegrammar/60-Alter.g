@@ -5,11 +5,13 @@
 // looked up for each ADD; a missing one is recorded each time and the
 // constraint is walked without it.
 
-// The name after CONSTRAINT carries over to the later clauses of the
-// statement that do not name their own.
+// The name after CONSTRAINT carries over to the later ADD clauses of the
+// statement that do not name their own. An unnamed constraint in SQL
+// Server's list after one ADD stays unnamed.
 alterTableInstruction[SQLContainer *c]
 @init {
     std::optional<std::string> constraintName;
+    std::optional<std::string> unnamed;
     const std::vector<std::string> *nameParts = NULL;
     SQLTable *table = NULL;
 }
@@ -21,10 +23,13 @@ alterTableInstruction[SQLContainer *c]
           ( addedConstraint[table, &constraintName]
           | OPENPAREN addedConstraint[table, &constraintName] ( COMMA addedConstraint[table, &constraintName] )*
             CLOSEPAREN
+          | nonUniqueIndex[table]  // MySQL's ADD FULLTEXT or SPATIAL
           )
         | 'CONSTRAINT' { table = kp_alterTargetTable(RECOGNIZER, c, nameParts, $tableWord); }
           cn=qualifiedObjectName { kp_takeConstraintName(&constraintName, $cn.parts); }
           addedConstraintBody[table, &constraintName]  // SQL Server: ADD CONSTRAINT a ..., CONSTRAINT b ...
+        | { table = kp_alterTargetTable(RECOGNIZER, c, nameParts, $tableWord); }
+          addedConstraintBody[table, &unnamed]  // SQL Server: ADD CONSTRAINT a ..., CHECK (...)
         | IGNORED_NODE
         | errorNode
         )
@@ -33,8 +38,11 @@ alterTableInstruction[SQLContainer *c]
       SEMI
     ;
 
+// A word after CONSTRAINT is its name, even when it could start the clause.
 addedConstraint[SQLTable *table, std::optional<std::string> *constraintName]
-    : ( 'CONSTRAINT' ( cn=qualifiedObjectName { kp_takeConstraintName(constraintName, $cn.parts); } )? )?
+    : ( 'CONSTRAINT'
+        ( options { greedy = true; } : cn=qualifiedObjectName { kp_takeConstraintName(constraintName, $cn.parts); } )?
+      )?
       addedConstraintBody[table, constraintName]
     ;
 

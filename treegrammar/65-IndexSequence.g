@@ -2,7 +2,7 @@
 // (a missing table drops it, silently); CREATE SEQUENCE is matched and makes
 // nothing.
 
-// UNIQUE, CLUSTERED and FULLTEXT become the index type; a schema prefix on
+// UNIQUE, CLUSTERED, FULLTEXT, SPATIAL and BITMAP become the index type; a schema prefix on
 // the index name is dropped. The index is added once its column list is
 // read, so a broken trailing option does not lose it; its included columns
 // and filter then become its properties.
@@ -11,6 +11,7 @@ createIndex[SQLContainer *c]
     : ( 'UNIQUE' { kp_setIndexType(index.get(), "UNIQUE"); }
       | 'CLUSTERED' { kp_setIndexType(index.get(), "CLUSTERED"); }
       | 'FULLTEXT' { kp_setIndexType(index.get(), "FULLTEXT"); }
+      | kind=STRING { kp_setIndexTypeFromWord(index.get(), $kind); }  // SPATIAL or BITMAP
       )?
       'INDEX' ( 'CONCURRENTLY' )? name=qualifiedObjectName { kp_setIndexNameFromParts(index.get(), $name.parts); }
       'ON' ( 'ONLY' )? target=qualifiedObjectName

@@ -292,6 +292,25 @@ TEST(LexerQuotes, BackslashesEscapeOnlyWhereTheLineStaysBalanced)
     EXPECT_EQ(result.records, std::vector<std::string>{});
 }
 
+TEST(LexerQuotes, QuotesInsideDollarQuotesOpenNoString)
+{
+    using sqlantlr::dollarQuotedLength;
+    auto length = [](std::u16string_view text) { return dollarQuotedLength(text.data(), text.data() + text.size()); };
+    EXPECT_EQ(length(u"$$it's$$ x"), 8U);
+    EXPECT_EQ(length(u"$a_1$x$$y$a_1$"), 14U);  // only the same tag closes
+    EXPECT_EQ(length(u"$1 + $2"), 0U);          // parameters, not tags
+    EXPECT_EQ(length(u"$$never closed"), 0U);
+    EXPECT_EQ(length(u"$(Var)"), 0U);
+    const ParseResult result = parse("CREATE TABLE d (a text DEFAULT $$it's$$, b text DEFAULT $q$'$q$, c int);\n"
+                                     "CREATE TABLE e (x varchar(5) DEFAULT 'y$$', z int);\n");
+    const SQLTable &d = tableNamed(result, "d");
+    ASSERT_EQ(d.fields().size(), 3U);
+    EXPECT_EQ(d.fields()[0]->getDefaultValue(), "$$it's$$");
+    EXPECT_EQ(d.fields()[1]->getDefaultValue(), "$q$'$q$");
+    EXPECT_EQ(tableNamed(result, "e").fields().size(), 2U);
+    EXPECT_EQ(result.records, std::vector<std::string>{});
+}
+
 TEST(LexerQuotes, RemarkAndPromptLinesHoldNoStringBeyondTheirEnd)
 {
     using sqlantlr::isRemarkLine;
