@@ -666,36 +666,36 @@ pANTLR3_BASE_TREE kp_treeEndingInError(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR
     return root;
 }
 
-void kp_skipToClosingParenthesis(pANTLR3_BASE_RECOGNIZER recognizer)
+long kp_skipBalancedTokens(pANTLR3_TOKEN_STREAM stream, bool delimiterEnds,
+                           const std::function<bool(ANTLR3_UINT32 type)> &stopsAtTop)
 {
-    pANTLR3_INT_STREAM is = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream->istream;
+    pANTLR3_INT_STREAM is = stream->istream;
     long depth = 0;
     for (;;) {
         const ANTLR3_UINT32 next = is->_LA(is, 1);
-        if (next == ANTLR3_TOKEN_EOF || next == SEMI || (next == CLOSEPAREN && depth == 0)) {
-            return;
+        if (next == ANTLR3_TOKEN_EOF || next == SEMI || (delimiterEnds && next == T_DELIMITER) ||
+            (depth == 0 && stopsAtTop(next))) {
+            return depth;
         }
         depth += next == OPENPAREN ? 1 : next == CLOSEPAREN ? -1 : 0;
         is->consume(is);
     }
 }
 
+void kp_skipToClosingParenthesis(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    kp_skipBalancedTokens(static_cast<pANTLR3_PARSER>(recognizer->super)->tstream, false,
+                          [](ANTLR3_UINT32 type) { return type == CLOSEPAREN; });
+}
+
 bool kp_skipIndexExpressionRest(pANTLR3_BASE_RECOGNIZER recognizer)
 {
     pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
-    pANTLR3_INT_STREAM is = stream->istream;
-    long depth = 0;
-    for (;;) {
-        const ANTLR3_UINT32 next = is->_LA(is, 1);
-        if (next == ANTLR3_TOKEN_EOF || next == SEMI || (depth == 0 && (next == CLOSEPAREN || next == COMMA))) {
-            return true;
-        }
-        if (depth == 0 && tokenIsAnyWord(stream->_LT(stream, 1), {"ASC", "DESC", "NULLS", "COLLATE"})) {
-            return true;
-        }
-        depth += next == OPENPAREN ? 1 : next == CLOSEPAREN ? -1 : 0;
-        is->consume(is);
-    }
+    kp_skipBalancedTokens(stream, false, [stream](ANTLR3_UINT32 type) {
+        return type == CLOSEPAREN || type == COMMA ||
+               tokenIsAnyWord(stream->_LT(stream, 1), {"ASC", "DESC", "NULLS", "COLLATE"});
+    });
+    return true;
 }
 
 // ---- Tree walker: texts and recovery ------------------------------------------

@@ -6,6 +6,7 @@
 
 #include "RecognizerSupport.h"
 
+#include <functional>
 #include <string>
 
 // ---- Parser ----------------------------------------------------------------
@@ -45,6 +46,13 @@ void kp_recoverToTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer);
 // at the end at most).
 pANTLR3_BASE_TREE kp_treeEndingInError(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR3_BASE_TREE partial,
                                        pANTLR3_BASE_TREE errorNode);
+
+// Consumes tokens with their parentheses balanced until the statement ends (end
+// of input or SEMI, and T_DELIMITER when delimiterEnds) or, outside any
+// parentheses, LT(1) is a token of type `type` for which stopsAtTop answers
+// true; the stopping token is left. Returns the depth of parentheses still open.
+long kp_skipBalancedTokens(pANTLR3_TOKEN_STREAM stream, bool delimiterEnds,
+                           const std::function<bool(ANTLR3_UINT32 type)> &stopsAtTop);
 
 // Consumes the tokens after an OPENPAREN up to the CLOSEPAREN that closes it,
 // which is left; stops early at SEMI or the end of input.

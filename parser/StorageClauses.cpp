@@ -63,19 +63,10 @@ bool kp_partitionMaintenanceAhead(pANTLR3_BASE_RECOGNIZER recognizer)
 bool kp_skipPartitionMaintenance(pANTLR3_BASE_RECOGNIZER recognizer)
 {
     pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
-    pANTLR3_INT_STREAM input = stream->istream;
-    long depth = 0;
-    for (;;) {
-        const ANTLR3_UINT32 type = input->_LA(input, 1);
-        if (type == ANTLR3_TOKEN_EOF || type == SEMI || type == T_DELIMITER) {
-            return depth == 0;
-        }
-        if (depth == 0 && (type == CLOSEPAREN || (type == COMMA && startsAlterAction(stream->_LT(stream, 2))))) {
-            return true;
-        }
-        depth += type == OPENPAREN ? 1 : type == CLOSEPAREN ? -1 : 0;
-        input->consume(input);
-    }
+    const long openParentheses = kp_skipBalancedTokens(stream, true, [stream](ANTLR3_UINT32 type) {
+        return type == CLOSEPAREN || (type == COMMA && startsAlterAction(stream->_LT(stream, 2)));
+    });
+    return openParentheses == 0;
 }
 
 bool kp_onCommitAhead(pANTLR3_BASE_RECOGNIZER recognizer)
