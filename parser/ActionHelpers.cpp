@@ -464,6 +464,22 @@ std::string AntlrTreeString(pANTLR3_BASE_TREE tree)
     return out;
 }
 
+void AntlrAppendTreeItems(pANTLR3_BASE_TREE tree, std::string &out, bool &first)
+{
+    if (tree == nullptr) {
+        return;
+    }
+    const bool isList = tree->isNilNode(tree) == ANTLR3_TRUE;
+    const ANTLR3_UINT32 count = isList ? tree->getChildCount(tree) : 1;
+    for (ANTLR3_UINT32 i = 0; i < count; ++i) {
+        if (!first) {
+            out += ' ';
+        }
+        first = false;
+        appendTreeString(isList ? static_cast<pANTLR3_BASE_TREE>(tree->getChild(tree, i)) : tree, out);
+    }
+}
+
 void consumeUntilToken(pANTLR3_TOKEN_STREAM stream, ANTLR3_UINT32 tokenType)
 {
     auto stops = [tokenType](pANTLR3_COMMON_TOKEN token) {

@@ -261,6 +261,11 @@ std::string syntaxTreeString(SQLSyntaxTree *tree)
     return AntlrTreeString(asTree(tree));
 }
 
+void appendSyntaxTreeItems(SQLSyntaxTree *tree, std::string &out, bool &first)
+{
+    AntlrAppendTreeItems(asTree(tree), out, first);
+}
+
 void logSyntaxTree(SQLSyntaxTree *tree)
 {
     const std::string text = syntaxTreeString(tree);
@@ -367,28 +372,81 @@ SQLTokenStream *RecognizerPipeline::tokenStream() const
     return tokens_;
 }
 
+namespace {
+
+void describeToken(pANTLR3_COMMON_TOKEN token, long index, SQLToken &info)
+{
+    info.index = index;
+    info.type = static_cast<int>(token->type);
+    info.name = token->type < kp_parserTokenCount
+                    ? reinterpret_cast<const char *>(VellumGrammarCParserTokenNames[token->type])
+                    : token->type == SUBSTITUTION_PREFIX ? "SUBSTITUTION_PREFIX" : "<unknown>";
+    info.channel = static_cast<int>(token->channel);
+    info.line = static_cast<int>(token->line);
+    info.pos = token->charPosition;
+    info.text = kp_tokenText(token);
+}
+
+// A token factory that hands out the tokens of a fixed ring over and over: a
+// token listing reads each token once, right after the lexer made it, so a
+// token is long gone when the ring comes round to it again.
+struct TokenRing : ANTLR3_TOKEN_FACTORY {
+    static constexpr size_t size = 256;
+    std::unique_ptr<ANTLR3_COMMON_TOKEN[]> tokens = std::make_unique<ANTLR3_COMMON_TOKEN[]>(size);
+    size_t next = 0;
+
+    static pANTLR3_COMMON_TOKEN handOut(pANTLR3_TOKEN_FACTORY factory)
+    {
+        auto *ring = static_cast<TokenRing *>(factory);
+        pANTLR3_COMMON_TOKEN token = &ring->tokens[ring->next];
+        ring->next = (ring->next + 1) % size;
+        initialiseFactoryToken(factory, token);
+        return token;
+    }
+    static void keep(pANTLR3_TOKEN_FACTORY) {}
+};
+
+} // namespace
+
 std::vector<SQLToken> RecognizerPipeline::tokenList()
 {
     std::vector<SQLToken> result;
     pANTLR3_TOKEN_STREAM stream = asTokens(tokens_)->tstream;
     stream->_LT(stream, 1);  // the stream reads the whole input on first use
     pANTLR3_VECTOR vector = asTokens(tokens_)->tokens;
-    result.reserve(vector->count);
+    result.resize(vector->count);
     for (ANTLR3_UINT32 i = 0; i < vector->count; ++i) {
-        auto token = static_cast<pANTLR3_COMMON_TOKEN>(vector->get(vector, i));
-        SQLToken info;
-        info.index = static_cast<long>(i);
-        info.type = static_cast<int>(token->type);
-        info.name = token->type < kp_parserTokenCount
-                        ? reinterpret_cast<const char *>(VellumGrammarCParserTokenNames[token->type])
-                        : token->type == SUBSTITUTION_PREFIX ? "SUBSTITUTION_PREFIX" : "<unknown>";
-        info.channel = static_cast<int>(token->channel);
-        info.line = static_cast<int>(token->line);
-        info.pos = token->charPosition;
-        info.text = kp_tokenText(token);
-        result.push_back(std::move(info));
+        describeToken(static_cast<pANTLR3_COMMON_TOKEN>(vector->get(vector, i)), static_cast<long>(i), result[i]);
     }
     return result;
+}
+
+void RecognizerPipeline::streamTokens(const std::function<void(const SQLToken &)> &each)
+{
+    // The common token stream would number the same tokens the same way:
+    // nothing is discarded or moved to another channel on the way.
+    pANTLR3_LEXER lexer = asLexer(lexer_)->pLexer;
+    pANTLR3_TOKEN_FACTORY own = lexer->rec->state->tokFactory;
+    TokenRing ring;
+    std::memcpy(static_cast<ANTLR3_TOKEN_FACTORY *>(&ring), own, sizeof(ANTLR3_TOKEN_FACTORY));
+    ring.newToken = TokenRing::handOut;
+    ring.reset = TokenRing::keep;
+    ring.close = TokenRing::keep;
+    // The lexer frees its own factory: it gets it back however the loop ends.
+    struct Restore {
+        pANTLR3_LEXER lexer;
+        pANTLR3_TOKEN_FACTORY factory;
+        ~Restore() { lexer->rec->state->tokFactory = factory; }
+    } restore{lexer, own};
+    lexer->rec->state->tokFactory = &ring;
+    pANTLR3_TOKEN_SOURCE source = TOKENSOURCE(asLexer(lexer_));
+    SQLToken info;
+    long index = 0;
+    for (pANTLR3_COMMON_TOKEN token = source->nextToken(source); token != nullptr && token->type != ANTLR3_TOKEN_EOF;
+         token = source->nextToken(source)) {
+        describeToken(token, index++, info);
+        each(info);
+    }
 }
 
 bool RecognizerPipeline::atEnd() const

@@ -11,6 +11,7 @@
 #include <SQLAntlrParser/KpError.h>
 #include <SQLAntlrParser/SQLParserC.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -36,6 +37,10 @@ void logTokenStream(SQLTokenStream *tokens);
 void logSyntaxTree(SQLSyntaxTree *tree);
 // The tree-string form of a syntax tree.
 std::string syntaxTreeString(SQLSyntaxTree *tree);
+// Appends the items of a tree as a list holding them would show them: the
+// children of a list, else the tree itself; each after a blank unless it is
+// the first item written (first is then cleared). Nothing for nullptr.
+void appendSyntaxTreeItems(SQLSyntaxTree *tree, std::string &out, bool &first);
 
 // Walks a whole syntax tree through a node stream into the container with a
 // new walker; false with *error set when no walker could be made.
@@ -69,6 +74,10 @@ public:
     SQLTokenStream *tokenStream() const;
     // Every token read so far (all of them once the stream has been read).
     std::vector<SQLToken> tokenList();
+    // Reads the tokens one at a time straight from the lexer, hands each to
+    // `each` with the index tokenList would give it, and recycles it soon
+    // after (Use::Tokens only, instead of tokenList).
+    void streamTokens(const std::function<void(const SQLToken &)> &each);
 
     // How far the parser has read: the bytes of the input before the next
     // token, and the input's size (tables left at 0).

@@ -255,6 +255,9 @@ bool kp_partitionNameAhead(pANTLR3_BASE_RECOGNIZER recognizer);
 std::string AntlrCocoaString(pANTLR3_STRING string);
 // The tree-string rendering of a subtree; empty for NULL.
 std::string AntlrTreeString(pANTLR3_BASE_TREE tree);
+// Appends the tree-string of each item of a tree (a list's children, else the
+// tree), a blank before each but the very first (see appendSyntaxTreeItems).
+void AntlrAppendTreeItems(pANTLR3_BASE_TREE tree, std::string &out, bool &first);
 // Moves the token stream forward, over hidden tokens too, up to a token of
 // the given type (or an SL_COMMENT when looking for NEWLINE), which is left.
 void consumeUntilToken(pANTLR3_TOKEN_STREAM stream, ANTLR3_UINT32 tokenType);

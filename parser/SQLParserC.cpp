@@ -207,6 +207,44 @@ std::vector<SQLToken> SQLParserC::tokensForString(std::string_view sql)
     return pipeline.tokenList();
 }
 
+void SQLParserC::forEachToken(std::string_view sql, const std::function<void(const SQLToken &)> &each)
+{
+    const std::u16string text = scriptUnits(sql);
+    RecognizerPipeline pipeline(*this, RecognizerPipeline::Use::Tokens);
+    if (pipeline.openTokens(text, nullptr)) {
+        pipeline.streamTokens(each);
+    }
+}
+
+bool SQLParserC::writeSyntaxTree(std::string_view sql, const std::function<void(std::string_view)> &write,
+                                 KpError *error)
+{
+    const std::u16string text = scriptUnits(sql);
+    RecognizerPipeline pipeline(*this, RecognizerPipeline::Use::Parse);
+    if (!pipeline.openTokens(text, nullptr) || !pipeline.openParser(nullptr)) {
+        KpError::handleErrorWithLocalizedString("Failed to allocate parser (out of memory?)", KpErrorParser, error);
+        return false;
+    }
+    if (pipeline.atEnd()) {
+        // No statement at all: the whole-script rule makes what there is.
+        write(sqlantlr::syntaxTreeString(pipeline.parseScript()));
+        return true;
+    }
+    // The whole-script tree is a list of the statements' items, so writing
+    // each statement's items with a blank between any two gives its text.
+    std::string piece;
+    bool first = true;
+    while (!pipeline.atEnd()) {
+        piece.clear();
+        sqlantlr::appendSyntaxTreeItems(pipeline.parseStatement(), piece, first);
+        if (!piece.empty()) {
+            write(piece);
+        }
+        pipeline.releaseFinishedStatements();
+    }
+    return true;
+}
+
 std::string SQLParserC::syntaxTreeForString(std::string_view sql, KpError *error)
 {
     const std::u16string text = scriptUnits(sql);

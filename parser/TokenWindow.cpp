@@ -74,14 +74,19 @@ TokenWindow *TokenWindow::of(pANTLR3_TOKEN_STREAM stream)
 
 void TokenWindow::keepTokens(pANTLR3_TOKEN_FACTORY) {}
 
-pANTLR3_COMMON_TOKEN TokenWindow::newToken(pANTLR3_TOKEN_FACTORY factory)
+void initialiseFactoryToken(pANTLR3_TOKEN_FACTORY factory, pANTLR3_COMMON_TOKEN token)
 {
-    auto *own = static_cast<Factory *>(factory);
-    pANTLR3_COMMON_TOKEN token = own->window->allocateToken();
     std::memcpy(static_cast<void *>(token), &factory->unTruc, sizeof(ANTLR3_COMMON_TOKEN));
     token->input = factory->input;
     token->strFactory = factory->input != nullptr ? factory->input->strFactory : nullptr;
     token->factoryMade = ANTLR3_TRUE;
+}
+
+pANTLR3_COMMON_TOKEN TokenWindow::newToken(pANTLR3_TOKEN_FACTORY factory)
+{
+    auto *own = static_cast<Factory *>(factory);
+    pANTLR3_COMMON_TOKEN token = own->window->allocateToken();
+    initialiseFactoryToken(factory, token);
     return token;
 }
 

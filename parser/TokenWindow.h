@@ -15,6 +15,10 @@
 
 namespace sqlantlr {
 
+// Sets up a token handed out by a factory of our own as the runtime's factory
+// would: the factory's initialised token, with the factory's input.
+void initialiseFactoryToken(pANTLR3_TOKEN_FACTORY factory, pANTLR3_COMMON_TOKEN token);
+
 class TokenWindow {
 public:
     // Takes over the functions of a common token stream made over the lexer;

@@ -245,6 +245,8 @@ int runDiagram(const InputOptions &input, const DiagramRequest &request)
     return 0;
 }
 
+// Tokens and trees are written as the parse makes them, statement by
+// statement, so that memory does not grow with the script.
 int runTokens(const std::string &file, bool asJson)
 {
     std::string text;
@@ -252,12 +254,11 @@ int runTokens(const std::string &file, bool asJson)
         return exitFailure;
     }
     SQLParserC driver;
-    const std::vector<SQLToken> tokens = driver.tokensForString(text);
     if (asJson) {
         {
             sqlantlr::JsonWriter json(std::cout, false);
             json.beginArray();
-            for (const SQLToken &token : tokens) {
+            driver.forEachToken(text, [&json](const SQLToken &token) {
                 json.beginObject();
                 json.key("index");
                 json.value(int64_t{token.index});
@@ -274,19 +275,19 @@ int runTokens(const std::string &file, bool asJson)
                 json.key("text");
                 json.value(token.text);
                 json.endObject();
-            }
+            });
             json.endArray();
         }
         std::cout << "\n";
         return 0;
     }
     std::string quoted;
-    for (const SQLToken &token : tokens) {
+    driver.forEachToken(text, [&quoted](const SQLToken &token) {
         quoted.clear();
         sqlantlr::appendJsonString(quoted, token.text);
         std::cout << token.index << ' ' << token.type << ' ' << token.name << ' ' << token.channel << ' '
                   << token.line << ':' << token.pos << ' ' << quoted << '\n';
-    }
+    });
     return 0;
 }
 
@@ -298,13 +299,15 @@ int runTree(const std::string &file)
     }
     SQLParserC driver;
     KpError error;
-    const std::string tree = driver.syntaxTreeForString(text, &error);
-    if (error.code != 0) {
+    const bool written = driver.writeSyntaxTree(
+        text, [](std::string_view piece) { std::cout.write(piece.data(), static_cast<std::streamsize>(piece.size())); },
+        &error);
+    if (!written) {
         std::cerr << "sqlantlr: " << file << ": parse failed: " << error.domain << " " << error.code << ": "
                   << error.message << "\n";
         return exitFailure;
     }
-    std::cout << tree << "\n";
+    std::cout << "\n";
     return 0;
 }
 

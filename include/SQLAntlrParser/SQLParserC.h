@@ -89,10 +89,19 @@ public:
 
     // Every token of a script, hidden ones included, end of input excluded.
     std::vector<SQLToken> tokensForString(std::string_view sql);
+    // The same tokens handed over one at a time as the lexer cuts them; none
+    // is kept after its call, so memory does not grow with the script.
+    void forEachToken(std::string_view sql, const std::function<void(const SQLToken &)> &each);
 
     // The syntax tree of a script in tree-string form: a node's text; a node
     // with children "(text child child ...)"; a list its items joined by blanks.
     std::string syntaxTreeForString(std::string_view sql, KpError *error);
+    // The same text handed over in pieces, statement by statement, each
+    // statement's tree freed once written; the pieces joined are the text
+    // syntaxTreeForString returns. False with *error set when the
+    // recognizers cannot be made (nothing is written then).
+    bool writeSyntaxTree(std::string_view sql, const std::function<void(std::string_view)> &write,
+                         KpError *error);
 
     // Diagnostic records of every parse this driver ran, in report order.
     const std::vector<SQLParserException> &getExceptionList() const { return exceptionsList_; }
@@ -126,9 +135,10 @@ public:
 
 protected:
     // The stages of a parse. What a subclass can rely on:
-    // - parseString and syntaxTreeForString call inputStreamFromString,
-    //   lexerForInputStream and parserForTokenStream once each, in this
-    //   order; tokensForString calls the first two. The returned handles
+    // - parseString, syntaxTreeForString and writeSyntaxTree call
+    //   inputStreamFromString, lexerForInputStream and parserForTokenStream
+    //   once each, in this order; tokensForString and forEachToken call the
+    //   first two. The returned handles
     //   belong to the call and are freed by it; nullptr fails the call with
     //   the stage's error (codes 2, 3, 5).
     // - parseString parses the script one statement at a time and calls
