@@ -15,6 +15,8 @@
 //   sqlantlr_workload_bench [--short] [--sizes MB,MB,...] [--cli PATH]
 // The sizes default to 1,10,100 MB; SQLANTLR_BENCH_1GB=1 adds 1000 MB.
 // --short runs 0.2 MB of each workload once, to prove the benchmark still works.
+//   sqlantlr_workload_bench --write ddl|dump MB FILE
+// writes the script a workload would parse, for measuring other commands on it.
 #include "ScriptGenerator.h"
 
 #include <SQLAntlrParser/SQLAntlrParser.h>
@@ -181,6 +183,19 @@ int main(int argc, char **argv)
         const std::string arg = argv[i];
         if (arg == "--child" && i + 1 < argc) {
             return runChild(argv[i + 1]);
+        } else if (arg == "--write" && i + 3 < argc) {
+            const std::string kind = argv[i + 1];
+            const auto bytes = static_cast<size_t>(std::stod(argv[i + 2]) * 1e6);
+            if (kind != "ddl" && kind != "dump") {
+                std::cerr << "sqlantlr_workload_bench: --write takes ddl or dump\n";
+                return 2;
+            }
+            if (!writeFile(argv[i + 3], kind == "dump" ? bench::generateDumpScript(bytes)
+                                                      : bench::generateSchemaScript(bytes))) {
+                std::perror(argv[i + 3]);
+                return 1;
+            }
+            return 0;
         } else if (arg == "--short") {
             sizes = {0.2};
         } else if (arg == "--sizes" && i + 1 < argc) {
@@ -192,7 +207,8 @@ int main(int argc, char **argv)
         } else if (arg == "--cli" && i + 1 < argc) {
             cli = argv[++i];
         } else {
-            std::cerr << "usage: sqlantlr_workload_bench [--short] [--sizes MB,MB,...] [--cli PATH]\n";
+            std::cerr << "usage: sqlantlr_workload_bench [--short] [--sizes MB,MB,...] [--cli PATH]\n"
+                         "       sqlantlr_workload_bench --write ddl|dump MB FILE\n";
             return 2;
         }
     }
