@@ -18,6 +18,7 @@ namespace sqlantlr {
 
 class TokenWindow;
 class RecognizerPipeline;
+class ScriptFileText;
 
 struct ParseSession {
     SQLParserC *driver = nullptr;
@@ -37,6 +38,9 @@ struct ParseSession {
     RecognizerPipeline *pipeline = nullptr;
     // The parser's token stream, when it reads tokens lazily.
     TokenWindow *tokenWindow = nullptr;
+    // The file mapping the text is read from, when the parse reads a file in
+    // place: the pages of finished statements are released from memory.
+    ScriptFileText *mappedText = nullptr;
     // Parses drop blank tokens; token listings keep every token.
     bool dropBlanks = false;
     // An import skips the text of data statements (INSERT, REPLACE) without

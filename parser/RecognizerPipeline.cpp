@@ -2,6 +2,7 @@
 
 #include "Log.h"
 #include "RecognizerSupport.h"
+#include "ScriptFileText.h"
 #include "TokenWindow.h"
 #include "VellumGrammarCLexer.h"
 #include "VellumGrammarCParser.h"
@@ -524,6 +525,9 @@ void RecognizerPipeline::releaseFinishedStatements()
     // copies, so they go with it instead of piling up until the end.
     session_.customValues.clear();
     session_.nameLists.clear();
+    if (session_.mappedText != nullptr) {
+        session_.mappedText->releaseBefore(static_cast<const char16_t *>(asInput(input_)->nextChar));
+    }
 }
 
 } // namespace sqlantlr

@@ -121,8 +121,13 @@ std::unique_ptr<SQLContainer> SQLParser::finishParse(std::unique_ptr<SQLContaine
 
 std::unique_ptr<SQLContainer> SQLParser::parseFile(const std::string &path)
 {
-    const std::string text = stringForFile(path, SQLTextEncoding::UTF8);
-    return parseString(text);
+    return parseFile(path, nullptr);
+}
+
+std::unique_ptr<SQLContainer> SQLParser::parseFile(const std::string &path, KpError *error)
+{
+    KpError failure;
+    return finishParse(parser_->parseFile(path, &failure), failure, error);
 }
 
 std::string SQLParser::stringForFile(const std::string &path, SQLTextEncoding encoding)
@@ -138,6 +143,11 @@ std::string SQLParser::stringForFile(const std::string &path, SQLTextEncoding en
         }
     }
     throw SQLFileEncodingError();
+}
+
+std::string sqlantlr::scriptFileString(const std::string &path)
+{
+    return SQLParser::stringForFile(path, SQLTextEncoding::UTF8);
 }
 
 const std::vector<SQLParserException> &SQLParser::getExceptionList() const

@@ -5,6 +5,7 @@
 
 #include "Log.h"
 #include "RecognizerPipeline.h"
+#include "ScriptFileText.h"
 #include "TextEncoding.h"
 
 #include <SchemaModel/SchemaModel.h>
@@ -72,9 +73,23 @@ std::unique_ptr<SQLContainer> SQLParserC::parseString(const char *sql, KpError *
 
 std::unique_ptr<SQLContainer> SQLParserC::parseString(std::string_view sql, KpError *error)
 {
-    const std::u16string text = scriptUnits(sql);
+    return parseUnits(scriptUnits(sql), nullptr, error);
+}
+
+std::unique_ptr<SQLContainer> SQLParserC::parseFile(const std::string &path, KpError *error)
+{
+    if (std::unique_ptr<sqlantlr::ScriptFileText> text = sqlantlr::ScriptFileText::open(path)) {
+        return parseUnits(text->units(), text.get(), error);
+    }
+    return parseString(sqlantlr::scriptFileString(path), error);
+}
+
+std::unique_ptr<SQLContainer> SQLParserC::parseUnits(std::u16string_view text, sqlantlr::ScriptFileText *mapped,
+                                                     KpError *error)
+{
     RecognizerPipeline pipeline(*this, RecognizerPipeline::Use::Parse);
     pipeline.session().skipDataStatements = skipsDataStatements_;
+    pipeline.session().mappedText = mapped;
     if (!pipeline.openTokens(text, error)) {
         return nullptr;
     }

@@ -16,5 +16,8 @@ inline std::string utf16ToUtf8(std::u16string_view text) { return utf16ToUtf8(te
 bool isValidUtf8(std::string_view bytes);
 // Bytes in the Mac OS Roman single-byte encoding, as UTF-8.
 std::string macRomanToUtf8(std::string_view bytes);
+// A script file's text as SQLParser::stringForFile reads it, asked for in
+// UTF-8; throws SQLFileEncodingError when it cannot be read.
+std::string scriptFileString(const std::string &path);
 
 } // namespace sqlantlr

@@ -86,12 +86,25 @@ LoadedModel loadModel(const InputOptions &input, bool stopOnFailure)
     LoadedModel loaded;
     SQLParser parser;
     for (const std::string &file : input.files) {
+        // A named file is parsed in place, without its text in memory;
+        // standard input is read whole.
+        const bool fromStdin = file == "-";
         std::string text;
-        if (readScript(file, text)) {
+        if (!fromStdin || readScript(file, text)) {
             const std::size_t before = parser.getExceptionList().size();
-            sqlantlr::ParseProgress progress(parser.driver(), displayName(file), text.size(), input.quiet);
+            std::error_code sizeError;
+            const std::uintmax_t fileSize = fromStdin ? text.size() : std::filesystem::file_size(file, sizeError);
+            sqlantlr::ParseProgress progress(parser.driver(), displayName(file), sizeError ? 0 : fileSize, input.quiet);
             KpError error;
-            std::unique_ptr<SQLContainer> container = parser.parseString(text, &error);
+            std::unique_ptr<SQLContainer> container;
+            bool read = true;
+            try {
+                container = fromStdin ? parser.parseString(text, &error) : parser.parseFile(file, &error);
+            } catch (const SQLFileEncodingError &failure) {
+                std::cerr << "sqlantlr: " << file << ": " << SQLFileEncodingError::Name << ": " << failure.what()
+                          << "\n";
+                read = false;
+            }
             const auto &list = parser.getExceptionList();
             for (std::size_t i = before; i < list.size(); ++i) {
                 loaded.records.push_back({file, list[i].reason});
@@ -100,14 +113,16 @@ LoadedModel loadModel(const InputOptions &input, bool stopOnFailure)
                 loaded.container->append(std::move(*container));
                 continue;
             }
-            if (error.code == KpErrorUnallocatedTree) {
+            if (read && error.code == KpErrorUnallocatedTree) {
                 // Nothing in the script made a tree (grants or SET lines only,
                 // or a script wholly swallowed): an empty schema, kept with its
                 // records.
                 continue;
             }
-            std::cerr << "sqlantlr: " << file << ": parse failed: " << error.domain << " " << error.code << ": "
-                      << error.message << "\n";
+            if (read) {
+                std::cerr << "sqlantlr: " << file << ": parse failed: " << error.domain << " " << error.code << ": "
+                          << error.message << "\n";
+            }
         }
         ++loaded.failures;
         if (stopOnFailure) {

@@ -52,6 +52,9 @@ public:
     // SQLFileEncodingError when the file cannot be read (missing, a
     // directory, or failing while read).
     std::unique_ptr<SQLContainer> parseFile(const std::string &path);
+    // As above, and on failure the error is also stored in *error. The text
+    // is not held in memory (see SQLParserC::parseFile).
+    std::unique_ptr<SQLContainer> parseFile(const std::string &path, KpError *error);
 
     // The text of a file as UTF-8: read in the given encoding, falling back to
     // Mac OS Roman. Throws SQLFileEncodingError when both fail.

@@ -31,6 +31,7 @@ struct SQLTreeNodeStream;
 namespace sqlantlr {
 struct ParseSession;
 class RecognizerPipeline;
+class ScriptFileText;
 }
 
 // One token of a script, as the lexer cut it.
@@ -73,6 +74,13 @@ public:
     std::unique_ptr<SQLContainer> parseString(std::string_view sql, KpError *error);
     // As above; a null pointer is the "Invalid input (is nil)" error (code 1).
     std::unique_ptr<SQLContainer> parseString(const char *sql, KpError *error);
+    // Parses a script file as parseString parses the text that
+    // SQLParser::stringForFile reads from it, same model and records, but
+    // without the whole text in memory: it is decoded into a temporary file
+    // that the parse reads in place, and the parts parsed leave memory.
+    // Files that are no regular files or start with a UTF-16 byte order mark
+    // are read whole. Throws SQLFileEncodingError when the file cannot be read.
+    std::unique_ptr<SQLContainer> parseFile(const std::string &path, KpError *error);
 
     // Called after each statement of every later parse; an empty handler
     // turns the reports off.
@@ -162,6 +170,9 @@ protected:
     void displayTreeString(SQLSyntaxTree *tree) const;
 
 private:
+    // Parses prepared UTF-16 text; mapped, when given, is where it lives.
+    std::unique_ptr<SQLContainer> parseUnits(std::u16string_view text, sqlantlr::ScriptFileText *mapped,
+                                             KpError *error);
     // Parses and walks the script one statement at a time.
     std::unique_ptr<SQLContainer> parseStatements(sqlantlr::RecognizerPipeline &pipeline, KpError *error);
     // Walks a syntax tree into the container; false when no walker could be made.

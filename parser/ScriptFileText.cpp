@@ -1,0 +1,187 @@
+#include "ScriptFileText.h"
+
+#include "TextEncoding.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace sqlantlr {
+
+namespace {
+
+constexpr std::size_t blockBytes = 1U << 20U;
+// Dropping pages costs a system call and the faults of any page read again:
+// it is done once this much has been passed.
+constexpr std::size_t releaseStep = 8U << 20U;
+
+// A file descriptor closed on every path.
+struct Descriptor {
+    int fd = -1;
+    ~Descriptor()
+    {
+        if (fd >= 0) {
+            ::close(fd);
+        }
+    }
+};
+
+bool writeAll(int fd, const void *data, std::size_t size)
+{
+    const auto *bytes = static_cast<const char *>(data);
+    while (size > 0) {
+        const ssize_t written = ::write(fd, bytes, size);
+        if (written < 0) {
+            return false;
+        }
+        bytes += written;
+        size -= static_cast<std::size_t>(written);
+    }
+    return true;
+}
+
+// Reads a file in pieces that end just after an ASCII byte (or at the end
+// of the file). No UTF-8 sequence, well-formed or not, runs past an ASCII
+// byte, so converting or checking the pieces one by one gives what the
+// whole text would give.
+class Pieces {
+public:
+    explicit Pieces(int fd) : fd_(fd) {}
+
+    // The next piece; false at the end of the file or on a read error.
+    bool next(std::string &piece)
+    {
+        piece.clear();
+        for (;;) {
+            const std::size_t have = carry_.size();
+            carry_.resize(have + blockBytes);
+            const ssize_t got = ::read(fd_, carry_.data() + have, blockBytes);
+            if (got < 0) {
+                failed_ = true;
+                return false;
+            }
+            carry_.resize(have + static_cast<std::size_t>(got));
+            if (got == 0) {
+                piece.swap(carry_);
+                carry_.clear();
+                return !piece.empty();
+            }
+            const auto last = std::find_if(carry_.rbegin(), carry_.rend(),
+                                           [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+            if (last != carry_.rend()) {
+                const auto cut = static_cast<std::size_t>(carry_.rend() - last);
+                piece.assign(carry_, 0, cut);
+                carry_.erase(0, cut);
+                return true;
+            }
+        }
+    }
+    bool failed() const { return failed_; }
+
+private:
+    int fd_;
+    std::string carry_;
+    bool failed_ = false;
+};
+
+} // namespace
+
+std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
+{
+    Descriptor in{::open(path.c_str(), O_RDONLY | O_CLOEXEC)};
+    struct stat status {};
+    if (in.fd < 0 || ::fstat(in.fd, &status) != 0 || !S_ISREG(status.st_mode)) {
+        return nullptr;
+    }
+    unsigned char head[2] = {0, 0};
+    if (::pread(in.fd, head, 2, 0) == 2 && ((head[0] == 0xFF && head[1] == 0xFE) || (head[0] == 0xFE && head[1] == 0xFF))) {
+        return nullptr;
+    }
+    // The encoding is decided for the whole file before any of it is decoded.
+    bool utf8 = true;
+    std::string piece;
+    {
+        Pieces pieces(in.fd);
+        while (utf8 && pieces.next(piece)) {
+            utf8 = isValidUtf8(piece);
+        }
+        if (pieces.failed() || ::lseek(in.fd, 0, SEEK_SET) != 0) {
+            return nullptr;
+        }
+    }
+    std::string directory = std::filesystem::temp_directory_path().string() + "/sqlantlr-text-XXXXXX";
+    Descriptor out{::mkstemp(directory.data())};
+    if (out.fd < 0) {
+        return nullptr;
+    }
+    ::unlink(directory.c_str());  // gone with the descriptor and the mapping
+    Pieces pieces(in.fd);
+    std::size_t units = 0;
+    bool first = true;
+    while (pieces.next(piece)) {
+        std::u16string text = utf8ToUtf16(utf8 ? std::string_view(piece) : std::string_view(macRomanToUtf8(piece)));
+        if (first && !text.empty() && text.front() == u'\uFEFF') {
+            text.erase(0, 1);  // as the driver drops the byte order mark
+        }
+        first = false;
+        text.erase(std::remove(text.begin(), text.end(), u'\0'), text.end());
+        if (!writeAll(out.fd, text.data(), text.size() * sizeof(char16_t))) {
+            return nullptr;
+        }
+        units += text.size();
+    }
+    if (pieces.failed()) {
+        return nullptr;
+    }
+    std::unique_ptr<ScriptFileText> result(new ScriptFileText);
+    if (units == 0) {
+        return result;
+    }
+    void *mapping = ::mmap(nullptr, units * sizeof(char16_t), PROT_READ, MAP_SHARED, out.fd, 0);
+    if (mapping == MAP_FAILED) {
+        return nullptr;
+    }
+    result->data_ = static_cast<const char16_t *>(mapping);
+    result->size_ = units;
+    result->mapped_ = units * sizeof(char16_t);
+    return result;
+}
+
+ScriptFileText::~ScriptFileText()
+{
+    if (mapped_ != 0) {
+        ::munmap(const_cast<char16_t *>(data_), mapped_);
+    }
+}
+
+void ScriptFileText::releaseBefore(const char16_t *before)
+{
+    if (before >= data_ && static_cast<std::size_t>(before - data_) * sizeof(char16_t) >= released_ + releaseStep) {
+        releaseAllBefore(before);
+    }
+}
+
+void ScriptFileText::releaseAllBefore(const char16_t *before)
+{
+    if (mapped_ == 0 || before < data_) {
+        return;
+    }
+    const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    const std::size_t offset = std::min(static_cast<std::size_t>(before - data_) * sizeof(char16_t), mapped_);
+    const std::size_t upTo = offset / page * page;
+    if (upTo > released_) {
+        // The mapping is shared and read-only: the pages come back from the file.
+        ::madvise(const_cast<char *>(reinterpret_cast<const char *>(data_)) + released_, upTo - released_,
+                  MADV_DONTNEED);
+        released_ = upTo;
+    }
+}
+
+} // namespace sqlantlr

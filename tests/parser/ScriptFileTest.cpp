@@ -1,0 +1,128 @@
+// Files parsed in place (SQLParser::parseFile) against the same files read
+// whole and parsed as text: same model, same records, in every encoding
+// the file reader knows, across the pieces the file is decoded in.
+#include "CliSupport.h"
+#include "ModelJson.h"
+#include "ScriptFileText.h"
+
+#include <SQLAntlrParser/SQLAntlrParser.h>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace {
+
+struct TempFile {
+    std::string path;
+    explicit TempFile(const std::string &bytes)
+        : path((std::filesystem::temp_directory_path() /
+                ("sqlantlr-file-" + std::to_string(getpid()) + "-" + std::to_string(counter()++) + ".sql"))
+                   .string())
+    {
+        std::ofstream(path, std::ios::binary) << bytes;
+    }
+    ~TempFile() { std::filesystem::remove(path); }
+    static int &counter()
+    {
+        static int n = 0;
+        return n;
+    }
+};
+
+// The model as JSON with the records, as `sqlantlr model` prints it.
+std::string modelText(SQLParser &parser, const std::unique_ptr<SQLContainer> &container)
+{
+    std::ostringstream out;
+    if (container == nullptr) {
+        return "<no model>";
+    }
+    sqlantlr::writeModelJson(out, *container, parser.getExceptionList(), true);
+    return out.str();
+}
+
+void expectSameAsWholeText(const std::string &bytes, const std::string &label)
+{
+    const TempFile file(bytes);
+    SQLParser inPlace;
+    const std::string fromFile = modelText(inPlace, inPlace.parseFile(file.path));
+    SQLParser whole;
+    const std::string fromText =
+        modelText(whole, whole.parseString(SQLParser::stringForFile(file.path, SQLTextEncoding::UTF8)));
+    EXPECT_EQ(fromFile, fromText) << label;
+}
+
+const char *const table = "CREATE TABLE t (id INT PRIMARY KEY, name VARCHAR(20) DEFAULT 'n', x BROKEN(;\n";
+
+} // namespace
+
+TEST(ScriptFile, EveryEncodingGivesTheModelAndRecordsOfTheWholeText)
+{
+    const std::string utf8 = std::string("CREATE TABLE \"é𝄞\" (a INT COMMENT 'ü');\r\n") + table;
+    expectSameAsWholeText("", "empty");
+    expectSameAsWholeText(utf8, "UTF-8 with CRLF");
+    expectSameAsWholeText("\xEF\xBB\xBF" + utf8, "UTF-8 byte order mark");
+    expectSameAsWholeText(std::string("CREATE TABLE a (x\0y INT);\n", 26) + std::string("\0", 1) + table, "NULs");
+    expectSameAsWholeText("CREATE TABLE caf\xE9 (id INT);\n" + std::string(table), "not UTF-8: Mac OS Roman");
+    std::string utf16 = "\xFF\xFE";
+    for (const char c : std::string("CREATE TABLE w (id INT);\n") + table) {
+        utf16 += c;
+        utf16 += '\0';
+    }
+    expectSameAsWholeText(utf16, "UTF-16 with its byte order mark");
+}
+
+TEST(ScriptFile, StatementsAcrossTheDecodedPiecesKeepTheirPositions)
+{
+    // Several megabytes, so that the file is decoded in several pieces: long
+    // lines of multi-byte characters with no ASCII byte for more than a piece,
+    // an INSERT running over piece ends, and records far into the file.
+    std::string script = "CREATE TABLE big (id INT, s TEXT);\n";
+    script += "INSERT INTO big VALUES (1, '";
+    for (int i = 0; i < 700000; ++i) {
+        script += "é";  // 1.4 MB without an ASCII byte
+    }
+    script += "');\n";
+    for (int i = 0; i < 30000; ++i) {
+        script += "INSERT INTO big VALUES (" + std::to_string(i) + ", 'ä;ö''ü'), (2, 'x\\'y');\r\n";
+    }
+    script += std::string("CREATE TABLE after (a INT REFERENCES big(id), b ÷÷);\n") + table;
+    expectSameAsWholeText(script, "several pieces");
+    expectSameAsWholeText(script.substr(0, script.size() / 2), "cut in a statement");
+}
+
+TEST(ScriptFile, PagesReleasedFromMemoryReadBackTheSameText)
+{
+    std::string script;
+    for (int i = 0; i < 100000; ++i) {
+        script += "-- line " + std::to_string(i) + " ß\n";
+    }
+    const TempFile file(script);
+    const std::unique_ptr<sqlantlr::ScriptFileText> text = sqlantlr::ScriptFileText::open(file.path);
+    ASSERT_NE(text, nullptr);
+    const std::u16string before(text->units());
+    text->releaseAllBefore(text->units().data() + text->units().size());
+    EXPECT_EQ(std::u16string(text->units()), before);
+    EXPECT_EQ(before.size(), script.size() - 100000);  // each ß is two bytes and one unit
+}
+
+TEST(ScriptFile, UnreadableFilesThrowAsBefore)
+{
+    SQLParser parser;
+    EXPECT_THROW(parser.parseFile("/nonexistent/schema.sql"), SQLFileEncodingError);
+    EXPECT_THROW(parser.parseFile(std::filesystem::temp_directory_path().string()), SQLFileEncodingError);
+}
+
+TEST(ScriptFile, CliModelOfAFileEqualsTheModelOfStandardInput)
+{
+    const std::string script = std::string("CREATE TABLE a (id INT);\r\nCREATE TABLE b (a_id INT REFERENCES a(id));\n") + table;
+    const TempFile file(script);
+    const CliRun named = runCli("model -q " + file.path);
+    const CliRun piped = runCli("model -q -", script);
+    EXPECT_EQ(named.exitCode, 0);
+    EXPECT_EQ(named.out, piped.out);
+    EXPECT_EQ(runCli("model -q /nonexistent/x.sql").exitCode, 1);
+}
