@@ -3,6 +3,7 @@
 //   ddl-import  the library imports a DDL-only schema script
 //   cli-model   `sqlantlr model FILE` on the same script, JSON output included
 //   dump-import the library imports a dump: a few tables, many multi-row INSERTs
+//   cli-dump    `sqlantlr model FILE` on the same dump (the file parsed in place)
 //
 // MB/s is given per wall second and per CPU second of the child (user and
 // system time, process start and file reading included): on a shared
@@ -239,12 +240,10 @@ int main(int argc, char **argv)
             }
             report(dump ? "dump-import" : "ddl-import", megabytes, script.size(), imported);
             failed = failed || !imported.ok;
-            if (!dump) {
-                std::string unused;
-                const Outcome model = runProcess({cli, "model", file}, false, unused);
-                report("cli-model", megabytes, script.size(), model);
-                failed = failed || !model.ok;
-            }
+            std::string unused;
+            const Outcome model = runProcess({cli, "model", file}, false, unused);
+            report(dump ? "cli-dump" : "cli-model", megabytes, script.size(), model);
+            failed = failed || !model.ok;
         }
     }
     std::remove(file.c_str());
