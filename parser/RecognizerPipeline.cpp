@@ -447,6 +447,9 @@ void RecognizerPipeline::streamTokens(const std::function<void(const SQLToken &)
          token = source->nextToken(source)) {
         describeToken(token, index++, info);
         each(info);
+        if (session_.mappedText != nullptr && index % TokenRing::size == 0) {
+            session_.mappedText->releaseBefore(static_cast<const char16_t *>(asInput(input_)->nextChar));
+        }
     }
 }
 

@@ -224,8 +224,23 @@ std::vector<SQLToken> SQLParserC::tokensForString(std::string_view sql)
 
 void SQLParserC::forEachToken(std::string_view sql, const std::function<void(const SQLToken &)> &each)
 {
-    const std::u16string text = scriptUnits(sql);
+    streamTokens(scriptUnits(sql), nullptr, each);
+}
+
+void SQLParserC::forEachTokenOfFile(const std::string &path, const std::function<void(const SQLToken &)> &each)
+{
+    if (std::unique_ptr<sqlantlr::ScriptFileText> text = sqlantlr::ScriptFileText::open(path)) {
+        streamTokens(text->units(), text.get(), each);
+        return;
+    }
+    forEachToken(sqlantlr::scriptFileString(path), each);
+}
+
+void SQLParserC::streamTokens(std::u16string_view text, sqlantlr::ScriptFileText *mapped,
+                              const std::function<void(const SQLToken &)> &each)
+{
     RecognizerPipeline pipeline(*this, RecognizerPipeline::Use::Tokens);
+    pipeline.session().mappedText = mapped;
     if (pipeline.openTokens(text, nullptr)) {
         pipeline.streamTokens(each);
     }
@@ -234,8 +249,23 @@ void SQLParserC::forEachToken(std::string_view sql, const std::function<void(con
 bool SQLParserC::writeSyntaxTree(std::string_view sql, const std::function<void(std::string_view)> &write,
                                  KpError *error)
 {
-    const std::u16string text = scriptUnits(sql);
+    return streamSyntaxTree(scriptUnits(sql), nullptr, write, error);
+}
+
+bool SQLParserC::writeSyntaxTreeOfFile(const std::string &path, const std::function<void(std::string_view)> &write,
+                                       KpError *error)
+{
+    if (std::unique_ptr<sqlantlr::ScriptFileText> text = sqlantlr::ScriptFileText::open(path)) {
+        return streamSyntaxTree(text->units(), text.get(), write, error);
+    }
+    return writeSyntaxTree(sqlantlr::scriptFileString(path), write, error);
+}
+
+bool SQLParserC::streamSyntaxTree(std::u16string_view text, sqlantlr::ScriptFileText *mapped,
+                                  const std::function<void(std::string_view)> &write, KpError *error)
+{
     RecognizerPipeline pipeline(*this, RecognizerPipeline::Use::Parse);
+    pipeline.session().mappedText = mapped;
     if (!pipeline.openTokens(text, nullptr) || !pipeline.openParser(nullptr)) {
         KpError::handleErrorWithLocalizedString("Failed to allocate parser (out of memory?)", KpErrorParser, error);
         return false;

@@ -23,7 +23,9 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <functional>
 #include <limits>
+#include <optional>
 #include <regex>
 #include <string>
 #include <vector>
@@ -260,63 +262,98 @@ int runDiagram(const InputOptions &input, const DiagramRequest &request)
     return 0;
 }
 
+// Calls fromFile with a named file, which is then read in place, or
+// fromText with the text of standard input; false, with one line printed,
+// when the script cannot be read (before anything is written).
+template <typename FromFile, typename FromText>
+bool withScript(const std::string &file, const FromFile &fromFile, const FromText &fromText)
+{
+    if (file == "-") {
+        std::string text;
+        if (!readScript(file, text)) {
+            return false;
+        }
+        fromText(text);
+        return true;
+    }
+    try {
+        fromFile(file);
+        return true;
+    } catch (const SQLFileEncodingError &error) {
+        std::cerr << "sqlantlr: " << file << ": " << SQLFileEncodingError::Name << ": " << error.what() << "\n";
+        return false;
+    }
+}
+
 // Tokens and trees are written as the parse makes them, statement by
 // statement, so that memory does not grow with the script.
 int runTokens(const std::string &file, bool asJson)
 {
-    std::string text;
-    if (!readScript(file, text)) {
+    SQLParserC driver;
+    std::function<void(const SQLToken &)> each;
+    std::optional<sqlantlr::JsonWriter> json;  // made at the first token or at the end
+    const auto openArray = [&json] {
+        if (!json) {
+            json.emplace(std::cout, false);
+            json->beginArray();
+        }
+    };
+    std::string quoted;
+    if (asJson) {
+        each = [&](const SQLToken &token) {
+            openArray();
+            json->beginObject();
+            json->key("index");
+            json->value(int64_t{token.index});
+            json->key("type");
+            json->value(int64_t{token.type});
+            json->key("name");
+            json->value(token.name);
+            json->key("channel");
+            json->value(int64_t{token.channel});
+            json->key("line");
+            json->value(int64_t{token.line});
+            json->key("pos");
+            json->value(int64_t{token.pos});
+            json->key("text");
+            json->value(token.text);
+            json->endObject();
+        };
+    } else {
+        each = [&quoted](const SQLToken &token) {
+            quoted.clear();
+            sqlantlr::appendJsonString(quoted, token.text);
+            std::cout << token.index << ' ' << token.type << ' ' << token.name << ' ' << token.channel << ' '
+                      << token.line << ':' << token.pos << ' ' << quoted << '\n';
+        };
+    }
+    if (!withScript(
+            file, [&](const std::string &path) { driver.forEachTokenOfFile(path, each); },
+            [&](const std::string &text) { driver.forEachToken(text, each); })) {
         return exitFailure;
     }
-    SQLParserC driver;
     if (asJson) {
-        {
-            sqlantlr::JsonWriter json(std::cout, false);
-            json.beginArray();
-            driver.forEachToken(text, [&json](const SQLToken &token) {
-                json.beginObject();
-                json.key("index");
-                json.value(int64_t{token.index});
-                json.key("type");
-                json.value(int64_t{token.type});
-                json.key("name");
-                json.value(token.name);
-                json.key("channel");
-                json.value(int64_t{token.channel});
-                json.key("line");
-                json.value(int64_t{token.line});
-                json.key("pos");
-                json.value(int64_t{token.pos});
-                json.key("text");
-                json.value(token.text);
-                json.endObject();
-            });
-            json.endArray();
-        }
+        openArray();
+        json->endArray();
+        json.reset();
         std::cout << "\n";
-        return 0;
     }
-    std::string quoted;
-    driver.forEachToken(text, [&quoted](const SQLToken &token) {
-        quoted.clear();
-        sqlantlr::appendJsonString(quoted, token.text);
-        std::cout << token.index << ' ' << token.type << ' ' << token.name << ' ' << token.channel << ' '
-                  << token.line << ':' << token.pos << ' ' << quoted << '\n';
-    });
     return 0;
 }
 
 int runTree(const std::string &file)
 {
-    std::string text;
-    if (!readScript(file, text)) {
-        return exitFailure;
-    }
     SQLParserC driver;
     KpError error;
-    const bool written = driver.writeSyntaxTree(
-        text, [](std::string_view piece) { std::cout.write(piece.data(), static_cast<std::streamsize>(piece.size())); },
-        &error);
+    bool written = false;
+    const auto write = [](std::string_view piece) {
+        std::cout.write(piece.data(), static_cast<std::streamsize>(piece.size()));
+    };
+    if (!withScript(
+            file, [&](const std::string &path) { written = driver.writeSyntaxTreeOfFile(path, write, &error); },
+            [&](const std::string &text) { written = driver.writeSyntaxTree(text, write, &error); })) {
+        return exitFailure;
+    }
     if (!written) {
         std::cerr << "sqlantlr: " << file << ": parse failed: " << error.domain << " " << error.code << ": "
                   << error.message << "\n";

@@ -100,6 +100,8 @@ public:
     // The same tokens handed over one at a time as the lexer cuts them; none
     // is kept after its call, so memory does not grow with the script.
     void forEachToken(std::string_view sql, const std::function<void(const SQLToken &)> &each);
+    // The same for a script file, read in place as parseFile reads it.
+    void forEachTokenOfFile(const std::string &path, const std::function<void(const SQLToken &)> &each);
 
     // The syntax tree of a script in tree-string form: a node's text; a node
     // with children "(text child child ...)"; a list its items joined by blanks.
@@ -110,6 +112,9 @@ public:
     // recognizers cannot be made (nothing is written then).
     bool writeSyntaxTree(std::string_view sql, const std::function<void(std::string_view)> &write,
                          KpError *error);
+    // The same for a script file, read in place as parseFile reads it.
+    bool writeSyntaxTreeOfFile(const std::string &path, const std::function<void(std::string_view)> &write,
+                               KpError *error);
 
     // Diagnostic records of every parse this driver ran, in report order.
     const std::vector<SQLParserException> &getExceptionList() const { return exceptionsList_; }
@@ -143,7 +148,7 @@ public:
 
 protected:
     // The stages of a parse. What a subclass can rely on:
-    // - parseString, syntaxTreeForString and writeSyntaxTree call
+    // - parseString, parseFile, syntaxTreeForString and writeSyntaxTree call
     //   inputStreamFromString, lexerForInputStream and parserForTokenStream
     //   once each, in this order; tokensForString and forEachToken call the
     //   first two. The returned handles
@@ -173,6 +178,11 @@ private:
     // Parses prepared UTF-16 text; mapped, when given, is where it lives.
     std::unique_ptr<SQLContainer> parseUnits(std::u16string_view text, sqlantlr::ScriptFileText *mapped,
                                              KpError *error);
+    // forEachToken and writeSyntaxTree on prepared UTF-16 text.
+    void streamTokens(std::u16string_view text, sqlantlr::ScriptFileText *mapped,
+                      const std::function<void(const SQLToken &)> &each);
+    bool streamSyntaxTree(std::u16string_view text, sqlantlr::ScriptFileText *mapped,
+                          const std::function<void(std::string_view)> &write, KpError *error);
     // Parses and walks the script one statement at a time.
     std::unique_ptr<SQLContainer> parseStatements(sqlantlr::RecognizerPipeline &pipeline, KpError *error);
     // Walks a syntax tree into the container; false when no walker could be made.

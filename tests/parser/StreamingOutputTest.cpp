@@ -2,7 +2,7 @@
 // and tree commands write them, against the lists and trees made whole.
 #include "CliSupport.h"
 
-#include <SQLAntlrParser/SQLParserC.h>
+#include <SQLAntlrParser/SQLAntlrParser.h>
 
 #include <gtest/gtest.h>
 
@@ -96,10 +96,24 @@ TEST(StreamingOutput, GoldenScriptsGiveTheSameTokensAndTreeAsWholeLists)
 {
     size_t cases = 0;
     for (const auto &entry : std::filesystem::directory_iterator(GOLDEN_DIR)) {
-        if (entry.path().extension() == ".sql") {
-            expectSameOutput(slurpFile(entry.path().string()), entry.path().filename().string());
-            ++cases;
+        if (entry.path().extension() != ".sql") {
+            continue;
         }
+        const std::string path = entry.path().string();
+        const std::string sql = slurpFile(path);
+        expectSameOutput(sql, path);
+        // The same read from the file in place, against the text the file
+        // reader makes of it (UTF-16 files included).
+        const std::string text = SQLParser::stringForFile(path, SQLTextEncoding::UTF8);
+        SQLParserC driver;
+        std::vector<std::string> tokens;
+        driver.forEachTokenOfFile(path, [&tokens](const SQLToken &token) { tokens.push_back(describe(token)); });
+        EXPECT_EQ(tokens, wholeTokens(text)) << path;
+        std::string tree;
+        KpError error;
+        EXPECT_TRUE(driver.writeSyntaxTreeOfFile(path, [&tree](std::string_view piece) { tree += piece; }, &error));
+        EXPECT_EQ(tree, wholeTree(text)) << path;
+        ++cases;
     }
     EXPECT_GT(cases, 50u);
 }
@@ -136,4 +150,11 @@ TEST(StreamingOutput, CliTokensAndTreePrintTheLibrarysOutput)
     EXPECT_EQ(tokens.out.substr(0, tokens.out.find('\n')),
               "0 " + std::to_string(whole[0].type) + " 'CREATE' 0 1:0 \"CREATE\"");
     EXPECT_EQ(static_cast<size_t>(std::count(tokens.out.begin(), tokens.out.end(), '\n')), whole.size());
+    // An unreadable file writes nothing but its one line.
+    for (const char *command : {"tokens", "tokens --json", "tree"}) {
+        const CliRun missing = runCli(std::string(command) + " /nonexistent/x.sql");
+        EXPECT_EQ(missing.exitCode, 1) << command;
+        EXPECT_EQ(missing.out, "") << command;
+        EXPECT_NE(missing.err.find("/nonexistent/x.sql"), std::string::npos) << command;
+    }
 }
