@@ -116,12 +116,18 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
             return nullptr;
         }
     }
-    std::string directory = std::filesystem::temp_directory_path().string() + "/sqlantlr-text-XXXXXX";
-    Descriptor out{::mkstemp(directory.data())};
+    // Without a usable temporary directory the file is read whole instead.
+    std::error_code noDirectory;
+    const std::filesystem::path directory = std::filesystem::temp_directory_path(noDirectory);
+    if (noDirectory) {
+        return nullptr;
+    }
+    std::string name = (directory / "sqlantlr-text-XXXXXX").string();
+    Descriptor out{::mkstemp(name.data())};
     if (out.fd < 0) {
         return nullptr;
     }
-    ::unlink(directory.c_str());  // gone with the descriptor and the mapping
+    ::unlink(name.c_str());  // gone with the descriptor and the mapping
     Pieces pieces(in.fd);
     std::size_t units = 0;
     bool first = true;

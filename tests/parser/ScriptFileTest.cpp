@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -114,6 +115,24 @@ TEST(ScriptFile, UnreadableFilesThrowAsBefore)
     SQLParser parser;
     EXPECT_THROW(parser.parseFile("/nonexistent/schema.sql"), SQLFileEncodingError);
     EXPECT_THROW(parser.parseFile(std::filesystem::temp_directory_path().string()), SQLFileEncodingError);
+}
+
+TEST(ScriptFile, WithoutATemporaryDirectoryTheFileIsReadWhole)
+{
+    const TempFile file(std::string("CREATE TABLE a (id INT);\n") + table);
+    const char *saved = std::getenv("TMPDIR");
+    const std::string previous = saved != nullptr ? saved : "";
+    setenv("TMPDIR", "/nonexistent/tmp", 1);
+    EXPECT_EQ(sqlantlr::ScriptFileText::open(file.path), nullptr);
+    SQLParser inPlace;
+    const std::string fromFile = modelText(inPlace, inPlace.parseFile(file.path));
+    if (saved != nullptr) {
+        setenv("TMPDIR", previous.c_str(), 1);
+    } else {
+        unsetenv("TMPDIR");
+    }
+    SQLParser whole;
+    EXPECT_EQ(fromFile, modelText(whole, whole.parseString(SQLParser::stringForFile(file.path, SQLTextEncoding::UTF8))));
 }
 
 TEST(ScriptFile, CliModelOfAFileEqualsTheModelOfStandardInput)
