@@ -951,6 +951,58 @@ int kp_routineKind(pANTLR3_BASE_RECOGNIZER recognizer)
     return 0;
 }
 
+bool kp_tableKindAhead(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    auto isTemporary = [](pANTLR3_COMMON_TOKEN token) {
+        return kp_isKeyword(token, "TEMPORARY") || kp_isKeyword(token, "TEMP");
+    };
+    pANTLR3_COMMON_TOKEN word = stream->_LT(stream, 1);
+    ANTLR3_INT32 table = 2;
+    if (kp_isKeyword(word, "GLOBAL") || kp_isKeyword(word, "LOCAL") || kp_isWord(word, "PRIVATE")) {
+        if (!isTemporary(stream->_LT(stream, 2))) {
+            return false;
+        }
+        table = 3;
+    } else if (!isTemporary(word) && !kp_isWord(word, "UNLOGGED")) {
+        return false;
+    }
+    return kp_isKeyword(stream->_LT(stream, table), "TABLE");
+}
+
+void kp_reportUnknownTableKind(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    sqlantlr::ParseSession *session = kp_session(recognizer);
+    if (session == nullptr || recognizer->state->backtracking > 0) {
+        return;
+    }
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    static const char *const linkingWords[] = {"TYPE", "AS", "FOR", "ON", "IN", "TO"};
+    if (hasWord(stream->_LT(stream, 1), "VIRTUAL")) {
+        return;  // SQLite's module tables: module arguments, no columns, no table of the model
+    }
+    std::string words;
+    for (ANTLR3_INT32 k = 1; k <= 4; ++k) {
+        pANTLR3_COMMON_TOKEN token = stream->_LT(stream, k);
+        if (k > 1 && kp_isKeyword(token, "TABLE")) {
+            pANTLR3_COMMON_TOKEN first = stream->_LT(stream, 1);
+            session->addException("Unknown kind of table '" + words + "' - table not read",
+                                  static_cast<int>(first->line), first->charPosition);
+            return;
+        }
+        if (token->type == ANTLR3_TOKEN_EOF || token->type == QUOTED_STRING) {
+            return;
+        }
+        const std::string text = kp_tokenText(token);
+        if (text.empty() || std::isalpha(static_cast<unsigned char>(text[0])) == 0 ||
+            std::any_of(std::begin(linkingWords), std::end(linkingWords),
+                        [&](const char *w) { return hasWord(token, w); })) {
+            return;
+        }
+        words += (words.empty() ? "" : " ") + text;
+    }
+}
+
 bool kp_dollarQuoteAhead(pANTLR3_BASE_RECOGNIZER recognizer)
 {
     pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;

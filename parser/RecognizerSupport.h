@@ -218,6 +218,10 @@ void kp_skipBlockBody(pANTLR3_BASE_RECOGNIZER recognizer);
 // procedure, function, package, type body, event, aggregate or rule, 2 for a
 // trigger (DEFINER=..., EDITIONABLE and CONSTRAINT may come first).
 int kp_routineKind(pANTLR3_BASE_RECOGNIZER recognizer);
+// After CREATE [OR REPLACE]: true at the words of a temporary or unlogged
+// table followed by TABLE: [GLOBAL | LOCAL | PRIVATE] TEMPORARY | TEMP, or
+// UNLOGGED.
+bool kp_tableKindAhead(pANTLR3_BASE_RECOGNIZER recognizer);
 // True at a dollar-quoted string ($$text$$, $tag$text$tag$) that closes
 // within a value's reach.
 bool kp_dollarQuoteAhead(pANTLR3_BASE_RECOGNIZER recognizer);
@@ -258,6 +262,15 @@ std::string AntlrTreeString(pANTLR3_BASE_TREE tree);
 // Moves the token stream forward, over hidden tokens too, up to a token of
 // the given type (or an SL_COMMENT when looking for NEWLINE), which is left.
 void consumeUntilToken(pANTLR3_TOKEN_STREAM stream, ANTLR3_UINT32 tokenType);
+// After CREATE [OR REPLACE] of a statement that is consumed unread: when one
+// to three plain words stand before TABLE (CREATE FOREIGN TABLE, CREATE
+// EXTERNAL TABLE), records "Unknown kind of table 'FOREIGN' - table not read"
+// at the first word, so that the lost table is never silent. TYPE, AS, FOR,
+// ON, IN and TO among the words tie TABLE to another object (CREATE TYPE t
+// AS TABLE, CREATE PUBLICATION p FOR TABLE t): no record. SQLite's CREATE
+// VIRTUAL TABLE (a module and its arguments, no columns) is no table of the
+// model and is consumed without a record, as it always was.
+void kp_reportUnknownTableKind(pANTLR3_BASE_RECOGNIZER recognizer);
 // Logs "unknown CREATE/ALTER object type" for a skipped statement.
 void kp_logUnknownObjectType(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN token, const char *statement);
 
