@@ -191,11 +191,16 @@ bool isRemarkLine(const char16_t *begin, const char16_t *at, QuoteScanCache *cac
     if (p == at || (*p != u' ' && *p != u'\t')) {
         return false;
     }
+    return isRemarkWord(word);
+}
+
+bool isRemarkWord(const std::string &upperWord)
+{
     // SQL*Plus takes any abbreviation down to REM and PRO.
-    auto abbreviates = [&](const std::string &full, size_t shortest) {
-        return word.size() >= shortest && full.compare(0, word.size(), word) == 0 && word.size() <= full.size();
+    auto abbreviates = [&](const std::string &full) {
+        return upperWord.size() >= 3 && upperWord.size() <= full.size() && full.compare(0, upperWord.size(), upperWord) == 0;
     };
-    return abbreviates("REMARK", 3) || abbreviates("PROMPT", 3);
+    return abbreviates("REMARK") || abbreviates("PROMPT");
 }
 
 size_t substitutionPrefixLength(const char16_t *begin, const char16_t *p, const char16_t *end)

@@ -8,6 +8,9 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace sqlantlr {
@@ -43,6 +46,10 @@ size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quot
 // command: free text up to the line end, where an apostrophe (REM don't) opens
 // no string. begin is the start of the script.
 bool isRemarkLine(const char16_t *begin, const char16_t *at, QuoteScanCache *cache = nullptr);
+
+// True for REM[ARK] and PRO[MPT] in upper case, down to the three-letter
+// abbreviations SQL*Plus takes: the commands whose line is free text.
+bool isRemarkWord(const std::string &upperWord);
 
 // Units of the SQL*Plus substitution variable that prefixes a name at p
 // (&owner. in &owner.emp, &&owner.. in &&owner..emp, &1..emp), or 0. The
