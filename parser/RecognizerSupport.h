@@ -7,6 +7,7 @@
 // <antlr3.h> pulls in the resolver's DNS constants; T_KEY is a token here.
 #undef T_KEY
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -48,8 +49,15 @@ void kp_widenSubstitutionPrefix(pANTLR3_LEXER lexer, pANTLR3_COMMON_TOKEN token)
 // SYMBOL for a quote inside a dollar-quoted string.
 ANTLR3_UINT32 kp_quotedStringType(pANTLR3_LEXER lexer);
 // After a '$': when it opens a dollar-quoted string, notes where the string
-// ends, so that the quotes inside it open no string.
+// ends, so that the quotes inside it open no string, and marks the sign's
+// token with the string's length.
 void kp_noteDollarQuote(pANTLR3_LEXER lexer);
+// The units of the dollar-quoted string ($$...$$, $tag$...$tag$) that opens
+// at the token, closing tag included, as the lexer found them; 0 when the
+// token opens none (a '$' inside such a string, or one whose tag never
+// closes, opens none). The one notion of a dollar quote: the parser's skips
+// read it here.
+size_t kp_dollarQuoteUnits(pANTLR3_COMMON_TOKEN token);
 
 // Consumes the characters that may follow the first letter of a name (see
 // STRING in the lexer grammar): letters, digits, '_', '-', '$' and '#'.

@@ -351,3 +351,18 @@ TEST(TableKinds, AnUnknownKindOfTableIsRecordedAndTheScriptGoesOn)
     EXPECT_EQ(other.records, std::vector<std::string>{});
     EXPECT_EQ(tableNames(other), std::vector<std::string>{"u"});
 }
+
+TEST(Routines, DollarQuotedBodiesEndWhereTheLexerFoundTheirClosingTag)
+{
+    const char *const cases[] = {
+        "CREATE FUNCTION f() RETURNS int AS $a$ SELECT 1; $b$ ; END; $b$ ; $a$ LANGUAGE sql;\n",
+        "CREATE FUNCTION f() RETURNS text AS $$ SELECT 'it''s $x$'; $$ LANGUAGE sql;\n",
+        "CREATE FUNCTION f() RETURNS void AS $body$BEGIN\nCREATE TABLE lost (x INT);\nEND;$body$ LANGUAGE plpgsql;\n",
+        "DO $do$ BEGIN PERFORM 1; END $do$;\n",
+        "CREATE FUNCTION f() RETURNS int AS $x$ SELECT 1;\n",  // never closes: not a quote
+    };
+    for (const char *routine : cases) {
+        const ParseResult r = parse(std::string("CREATE TABLE a (id INT);\n") + routine + "CREATE TABLE b (id INT);\n");
+        EXPECT_EQ(tableNames(r), (std::vector<std::string>{"a", "b"})) << routine;
+    }
+}
