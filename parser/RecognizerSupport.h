@@ -256,7 +256,9 @@ bool kp_partitionMaintenanceAhead(pANTLR3_BASE_RECOGNIZER recognizer);
 // parenthesis is still open at the end of the statement.
 bool kp_skipPartitionMaintenance(pANTLR3_BASE_RECOGNIZER recognizer);
 // After ON: true at COMMIT PRESERVE ROWS | DELETE ROWS | DROP, a temporary
-// table's option (SQL Server's ON filegroup is anything else after ON).
+// table's option, and at COMMIT PRESERVE DEFINITION (DROP DEFINITION starts
+// like DROP), a private temporary table's (SQL Server's ON filegroup is
+// anything else after ON).
 bool kp_onCommitAhead(pANTLR3_BASE_RECOGNIZER recognizer);
 // After PARTITION or SUBPARTITION in a partition list: true when LT(1) is
 // the partition's name. A plain or quoted word always is; a keyword (max,

@@ -82,6 +82,8 @@ TEST(StorageClauses, MySqlPostgreSqlAndSqlServerClausesLeaveTheTableAsWithout)
     expectSameAsPlain("ON COMMIT PRESERVE ROWS");
     expectSameAsPlain("ON COMMIT DELETE ROWS TABLESPACE scratch");
     expectSameAsPlain("ON COMMIT DROP");
+    expectSameAsPlain("ON COMMIT DROP DEFINITION");
+    expectSameAsPlain("ON COMMIT PRESERVE DEFINITION TABLESPACE scratch");
     expectSameAsPlain("ON commit_fg");
 }
 

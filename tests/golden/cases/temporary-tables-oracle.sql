@@ -8,6 +8,8 @@ CREATE GLOBAL TEMPORARY TABLE scratch_rows (n NUMBER, item_id NUMBER(10) REFEREN
   ON COMMIT DELETE ROWS;
 create global temporary table lower_case (v varchar2(10));
 CREATE PRIVATE TEMPORARY TABLE ora$ptt_totals (total NUMBER);
+CREATE PRIVATE TEMPORARY TABLE ora$ptt_kept (n NUMBER) ON COMMIT PRESERVE DEFINITION;
+CREATE PRIVATE TEMPORARY TABLE ora$ptt_dropped (n NUMBER) ON COMMIT DROP DEFINITION;
 CREATE INDEX scratch_n ON scratch_rows (n);
 -- A kind of table the importer does not know is recorded, not silently lost.
 CREATE SHARDED TABLE orders (id NUMBER(10)) TABLESPACE SET ts;
