@@ -145,9 +145,17 @@ createObject
     : 'CREATE' ( 'OR' 'REPLACE' )?
       ( ( viewStart )=> createView SEMI
       | { kp_routineKind(RECOGNIZER) != 0 }?=> createRoutine
+      | { kp_tableKindAhead(RECOGNIZER) }?=> tableKind! createTable SEMI
       | ( 'TEMPORARY'! )? ( createTable | createIndex | createUnsupportedObject | createSequence ) SEMI
       | unknown_createObject
       )
+    ;
+
+// The words of a temporary or unlogged table (GLOBAL TEMPORARY, LOCAL TEMP,
+// TEMP, PRIVATE TEMPORARY, UNLOGGED): kp_tableKindAhead has checked them and
+// the TABLE after them. Such a table is built as a plain table.
+tableKind
+    : ( 'GLOBAL' | 'LOCAL' | 'TEMPORARY' | 'TEMP' | STRING )+
     ;
 
 // Procedures, functions, packages, type bodies, events, aggregates, rules and
@@ -179,8 +187,11 @@ unknown_createObject
     : unknownCreateObject -> IGNORED_NODE
     ;
 
+// CREATE followed by words the grammar does not know: consumed. When the
+// words end in TABLE (CREATE VIRTUAL TABLE, CREATE FOREIGN TABLE), the lost
+// table leaves a record.
 unknownCreateObject
-@init { pANTLR3_COMMON_TOKEN first = LT(1); }
+@init { pANTLR3_COMMON_TOKEN first = LT(1); kp_reportUnknownTableKind(RECOGNIZER); }
     : ~( 'PROCEDURE' | 'VIEW' | 'USER' | 'UNIQUE' | 'FUNCTION' | 'INDEX' | 'TABLE' | 'SEQUENCE'
          | 'OR' | 'ALGORITHM' | 'DEFINER' | 'SQL' | 'TEMPORARY' | 'TRIGGER' | 'EXTENSION'
          | 'CLUSTERED' | 'NONCLUSTERED' | 'FULLTEXT' | SEMI )

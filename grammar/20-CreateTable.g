@@ -170,8 +170,10 @@ fileGroupName
 
 // What a temporary table does with its rows at COMMIT (PostgreSQL, Oracle):
 // COMMIT PRESERVE ROWS | DELETE ROWS | DROP after ON.
+// PRESERVE ROWS, DELETE ROWS, DROP; Oracle's private temporary tables also
+// PRESERVE DEFINITION and DROP DEFINITION.
 onCommitAction
-    : STRING ( ( STRING | 'DELETE' ) STRING | 'DROP' )
+    : STRING ( ( STRING | 'DELETE' ) STRING | 'DROP' ( options { k = 1; } : { kp_isWord(LT(1), "DEFINITION") }?=> STRING )? )
     ;
 
 tableComment

@@ -4,6 +4,8 @@
 #include "RecognizerSupport.h"
 #include "VellumGrammarCLexer.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -191,11 +193,16 @@ bool isRemarkLine(const char16_t *begin, const char16_t *at, QuoteScanCache *cac
     if (p == at || (*p != u' ' && *p != u'\t')) {
         return false;
     }
+    return isRemarkWord(word);
+}
+
+bool isRemarkWord(const std::string &upperWord)
+{
     // SQL*Plus takes any abbreviation down to REM and PRO.
-    auto abbreviates = [&](const std::string &full, size_t shortest) {
-        return word.size() >= shortest && full.compare(0, word.size(), word) == 0 && word.size() <= full.size();
+    auto abbreviates = [&](const std::string &full) {
+        return upperWord.size() >= 3 && upperWord.size() <= full.size() && full.compare(0, upperWord.size(), upperWord) == 0;
     };
-    return abbreviates("REMARK", 3) || abbreviates("PROMPT", 3);
+    return abbreviates("REMARK") || abbreviates("PROMPT");
 }
 
 size_t substitutionPrefixLength(const char16_t *begin, const char16_t *p, const char16_t *end)
@@ -230,23 +237,81 @@ size_t substitutionPrefixLength(const char16_t *begin, const char16_t *p, const 
     return nameFollows ? static_cast<size_t>(q - p) : 0;
 }
 
-size_t dollarQuotedLength(const char16_t *p, const char16_t *end)
+namespace {
+
+bool isTagLetter(char16_t c) { return isAsciiLetter(c) || c == u'_' || c >= 0x80; }
+bool isTagCharacter(char16_t c) { return isTagLetter(c) || (c >= u'0' && c <= u'9'); }
+
+// The end of the tag name that follows the '$' at p: the '$' that closes it,
+// or nullptr when a character that no tag holds comes first. The name of an
+// opening tag does not start with a digit; where a closing tag may stand,
+// any tag character counts (no opening tag will match a name with a digit
+// first).
+const char16_t *tagClose(const char16_t *p, const char16_t *end, bool opening)
+{
+    const char16_t *q = p + 1;
+    if (opening && q < end && !isTagLetter(*q) && *q != u'$') {
+        return nullptr;
+    }
+    while (q < end && isTagCharacter(*q)) {
+        ++q;
+    }
+    return q < end && *q == u'$' ? q : nullptr;
+}
+
+} // namespace
+
+void DollarTagIndex::build(const char16_t *from, const char16_t *end)
+{
+    from_ = from;
+    end_ = end;
+    places_.clear();
+    // Each '$' names at most one tag that can stand there: the '$', the tag
+    // characters after it, and the '$' that ends them. The names between two
+    // signs are read once.
+    for (const char16_t *p = from; p < end; ++p) {
+        if (*p != u'$') {
+            continue;
+        }
+        if (const char16_t *close = tagClose(p, end, false)) {
+            places_[std::u16string(p, static_cast<size_t>(close - p) + 1)].push_back(static_cast<size_t>(p - from));
+        }
+    }
+}
+
+const char16_t *DollarTagIndex::next(std::u16string_view tag, const char16_t *from, const char16_t *end)
+{
+    if (end != end_ || from < from_ || from_ == nullptr) {
+        build(from, end);
+    }
+    const auto found = places_.find(std::u16string(tag));
+    if (found == places_.end()) {
+        return nullptr;
+    }
+    const std::vector<size_t> &places = found->second;
+    const auto place = std::lower_bound(places.begin(), places.end(), static_cast<size_t>(from - from_));
+    return place == places.end() ? nullptr : from_ + *place;
+}
+
+size_t dollarQuotedLength(const char16_t *p, const char16_t *end, DollarTagIndex *index)
 {
     if (p >= end || *p != u'$') {
         return 0;
     }
-    auto isTagLetter = [](char16_t c) { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z') || c == u'_' || c >= 0x80; };
-    const char16_t *q = p + 1;
-    while (q < end && (isTagLetter(*q) || (q > p + 1 && *q >= u'0' && *q <= u'9'))) {
-        ++q;
-    }
-    if (q >= end || *q != u'$') {
+    const char16_t *q = tagClose(p, end, true);
+    if (q == nullptr) {
         return 0;
     }
     const std::u16string_view tag(p, static_cast<size_t>(q - p) + 1);
-    const std::u16string_view rest(q + 1, static_cast<size_t>(end - q - 1));
-    const size_t close = rest.find(tag);
-    return close == std::u16string_view::npos ? 0 : tag.size() + close + tag.size();
+    const char16_t *close = nullptr;
+    if (index != nullptr) {
+        close = index->next(tag, q + 1, end);
+    } else {
+        const std::u16string_view rest(q + 1, static_cast<size_t>(end - q - 1));
+        const size_t at = rest.find(tag);
+        close = at == std::u16string_view::npos ? nullptr : q + 1 + at;
+    }
+    return close == nullptr ? 0 : static_cast<size_t>(close - p) + tag.size();
 }
 
 size_t bracketedNameLength(const char16_t *p, const char16_t *end)
@@ -282,11 +347,18 @@ void kp_noteDollarQuote(pANTLR3_LEXER lexer)
         return;
     }
     const auto *data = static_cast<const char16_t *>(input->data);
-    const size_t length = sqlantlr::dollarQuotedLength(sign, data + input->sizeBuf / 2);
+    const size_t length = sqlantlr::dollarQuotedLength(sign, data + input->sizeBuf / 2, &session->dollarTags);
     if (length != 0) {
         session->dollarQuoteBegin = sign;
         session->dollarQuoteEnd = sign + length;
+        // The token of the sign carries the extent (see kp_dollarQuoteUnits).
+        lexer->rec->state->user3 = static_cast<ANTLR3_UINT32>(std::min<size_t>(length, UINT32_MAX));
     }
+}
+
+size_t kp_dollarQuoteUnits(pANTLR3_COMMON_TOKEN token)
+{
+    return token != nullptr && token->type == SYMBOL ? token->user3 : 0;
 }
 
 // The lexer state's user1 counts the pieces of the current token that were

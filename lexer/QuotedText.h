@@ -8,6 +8,9 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace sqlantlr {
@@ -44,6 +47,10 @@ size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quot
 // no string. begin is the start of the script.
 bool isRemarkLine(const char16_t *begin, const char16_t *at, QuoteScanCache *cache = nullptr);
 
+// True for REM[ARK] and PRO[MPT] in upper case, down to the three-letter
+// abbreviations SQL*Plus takes: the commands whose line is free text.
+bool isRemarkWord(const std::string &upperWord);
+
 // Units of the SQL*Plus substitution variable that prefixes a name at p
 // (&owner. in &owner.emp, &&owner.. in &&owner..emp, &1..emp), or 0. The
 // variable starts a name (no name character, ')' or quote before it), holds
@@ -51,11 +58,30 @@ bool isRemarkLine(const char16_t *begin, const char16_t *at, QuoteScanCache *cac
 // SQL*Plus takes as its end; a second period and the name must follow.
 size_t substitutionPrefixLength(const char16_t *begin, const char16_t *p, const char16_t *end);
 
+// Where the dollar tags ($$, $tag$) of one text stand, found in one pass over
+// the text from the first question on. A tag that never closes then costs a
+// look-up instead of a scan to the end of the text, so that a script of many
+// such tags is read in linear time. One index serves one text; a question
+// before the part it has read, or about another text, reads the text again.
+class DollarTagIndex {
+public:
+    // The first place at or after from where tag stands (its '$'), or nullptr.
+    const char16_t *next(std::u16string_view tag, const char16_t *from, const char16_t *end);
+
+private:
+    void build(const char16_t *from, const char16_t *end);
+
+    const char16_t *from_ = nullptr;
+    const char16_t *end_ = nullptr;
+    std::unordered_map<std::u16string, std::vector<size_t>> places_;  // offsets from from_, ascending
+};
+
 // Units of the dollar-quoted string at p ($$x$$, $tag$x$tag$) up to and
 // including its closing tag, or 0 when p opens none: the tag is $ with an
 // optional name between (letters and '_', then digits too) and the same tag
-// closes the string further on.
-size_t dollarQuotedLength(const char16_t *p, const char16_t *end);
+// closes the string further on. With an index, the closing tag is looked up
+// there instead of searched for.
+size_t dollarQuotedLength(const char16_t *p, const char16_t *end, DollarTagIndex *index = nullptr);
 
 // Units of the bracketed name [..] at p, or 0 when the bracket opens none: it
 // stays on its line, is not empty and does not start with a digit or a quote.

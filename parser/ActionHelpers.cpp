@@ -802,109 +802,26 @@ bool hasWord(pANTLR3_COMMON_TOKEN token, const char *upperWord)
     return kp_tokenIsWord(token, upperWord);
 }
 
-bool isDollarSign(pANTLR3_COMMON_TOKEN token)
+// The end of the dollar-quoted text that opens at the token, as the lexer
+// noted it; nullptr when none opens there.
+const char16_t *dollarQuoteEnd(pANTLR3_COMMON_TOKEN sign)
 {
-    return token->type == SYMBOL && kp_tokenText(token) == "$";
+    const size_t units = kp_dollarQuoteUnits(sign);
+    return units == 0 ? nullptr : reinterpret_cast<const char16_t *>(sign->start) + units;
 }
 
-// A dollar-quoted text, $$...$$ or $tag$...$tag$, seen token by token. The
-// lexer has no rule for it: the sign is a SYMBOL, and the tag is split over
-// the adjacent tokens after it as the lexer found them ("tag$", even
-// "tag$text$tag$" when nothing separates them; "_", "$" for $_$), so the tags
-// are found in the characters of adjacent tokens.
-class DollarQuote {
-public:
-    // The quote that opens with the sign token, whose next token is LT(first);
-    // empty tag when none opens there.
-    DollarQuote(pANTLR3_TOKEN_STREAM stream, pANTLR3_COMMON_TOKEN sign, ANTLR3_INT32 first)
-    {
-        constexpr ANTLR3_INT32 longestTag = 16;  // tokens
-        if (!isDollarSign(sign)) {
-            return;
-        }
-        std::string tag = "$";
-        ANTLR3_MARKER stop = sign->stop;
-        for (ANTLR3_INT32 n = 0; n < longestTag; ++n) {
-            pANTLR3_COMMON_TOKEN next = stream->_LT(stream, first + n);
-            if (next == nullptr || next->type == ANTLR3_TOKEN_EOF || next->start != stop + 1) {
-                return;
-            }
-            const std::string text = kp_tokenText(next);
-            const size_t close = text.find('$');
-            const auto nameEnd = text.begin() + static_cast<std::ptrdiff_t>(std::min(close, text.size()));
-            if (!std::all_of(text.begin(), nameEnd,
-                             [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; })) {
-                return;
-            }
-            stop = next->stop;
-            if (close == std::string::npos) {
-                tag += text;
-                continue;
-            }
-            tag += text.substr(0, close + 1);
-            if (tag.size() > 2 && std::isdigit(static_cast<unsigned char>(tag[1])) != 0) {
-                return;  // $1$ is no tag: a tag does not start with a digit
-            }
-            tag_ = tag;
-            text_ = text.substr(close + 1);
-            lastStop_ = stop;
-            tagTokens_ = n + 1;
-            closed_ = text_.find(tag_) != std::string::npos;
-            return;
-        }
-    }
-
-    const std::string &tag() const { return tag_; }
-    // The tokens after the sign that the opening tag ends in.
-    ANTLR3_INT32 tagTokens() const { return tagTokens_; }
-    // True once the closing tag has been seen.
-    bool closed() const { return closed_; }
-
-    // Takes the next token of the text; true when the closing tag ends in it.
-    bool feed(pANTLR3_COMMON_TOKEN token)
-    {
-        if (token->start != lastStop_ + 1) {
-            text_ += '\n';  // blanks or comments between: no tag spans them
-        }
-        lastStop_ = token->stop;
-        // Only the end of the text seen so far can begin the closing tag.
-        if (text_.size() >= tag_.size()) {
-            text_.erase(0, text_.size() - (tag_.size() - 1));
-        }
-        text_ += kp_tokenText(token);
-        closed_ = text_.find(tag_) != std::string::npos;
-        return closed_;
-    }
-
-private:
-    std::string tag_;
-    std::string text_;  // the end of the text read so far
-    ANTLR3_MARKER lastStop_ = 0;
-    ANTLR3_INT32 tagTokens_ = 0;
-    bool closed_ = false;
-};
-
-// The dollar tag that opens at LT(k): "$$" or "$tag$", as text; empty when
-// none opens there.
-std::string dollarTag(pANTLR3_TOKEN_STREAM stream, ANTLR3_INT32 k)
+bool startsBefore(pANTLR3_COMMON_TOKEN token, const char16_t *end)
 {
-    return DollarQuote(stream, stream->_LT(stream, k), k + 1).tag();
+    return token->type != ANTLR3_TOKEN_EOF && reinterpret_cast<const char16_t *>(token->start) < end;
 }
 
-// Consumes a dollar-quoted text, its opening and closing tags included; stops
-// before the last token of the closing tag, or at the end of the input.
+// Consumes a dollar-quoted text that opens at LT(1), its opening and closing
+// tags included; stops before the last token that starts inside it.
 void skipDollarQuote(pANTLR3_TOKEN_STREAM stream)
 {
     pANTLR3_INT_STREAM input = stream->istream;
-    DollarQuote quote(stream, stream->_LT(stream, 1), 2);
-    input->consume(input);  // the opening "$"; its tag's tokens follow
-    for (ANTLR3_INT32 n = quote.closed() ? 1 : 0; n < quote.tagTokens(); ++n) {
-        input->consume(input);
-    }
-    if (quote.closed()) {
-        return;
-    }
-    while (stream->_LT(stream, 1)->type != ANTLR3_TOKEN_EOF && !quote.feed(stream->_LT(stream, 1))) {
+    const char16_t *end = dollarQuoteEnd(stream->_LT(stream, 1));
+    while (end != nullptr && startsBefore(stream->_LT(stream, 2), end)) {
         input->consume(input);
     }
 }
@@ -916,21 +833,17 @@ void skipDollarQuote(pANTLR3_TOKEN_STREAM stream)
 ANTLR3_INT32 dollarValueLength(pANTLR3_TOKEN_STREAM stream, pANTLR3_COMMON_TOKEN sign, ANTLR3_INT32 first)
 {
     constexpr ANTLR3_INT32 reach = 4096;
-    DollarQuote quote(stream, sign, first);
-    if (quote.tag().empty()) {
+    const char16_t *end = dollarQuoteEnd(sign);
+    if (end == nullptr) {
         return 0;
     }
-    for (ANTLR3_INT32 count = quote.tagTokens(); !quote.closed(); ++count) {
-        pANTLR3_COMMON_TOKEN token = stream->_LT(stream, first + count);
-        if (count > reach || token->type == ANTLR3_TOKEN_EOF) {
+    ANTLR3_INT32 count = 0;
+    while (startsBefore(stream->_LT(stream, first + count), end)) {
+        if (++count > reach) {
             return 0;
         }
-        quote.feed(token);
-        if (quote.closed()) {
-            return count + 1;
-        }
     }
-    return quote.tagTokens();
+    return count;
 }
 
 const char *const routineWords[] = {"PROCEDURE", "PROC", "FUNCTION", "PACKAGE", "EVENT", "AGGREGATE", "RULE", "LIBRARY"};
@@ -967,6 +880,58 @@ int kp_routineKind(pANTLR3_BASE_RECOGNIZER recognizer)
     return 0;
 }
 
+bool kp_tableKindAhead(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    auto isTemporary = [](pANTLR3_COMMON_TOKEN token) {
+        return kp_isKeyword(token, "TEMPORARY") || kp_isKeyword(token, "TEMP");
+    };
+    pANTLR3_COMMON_TOKEN word = stream->_LT(stream, 1);
+    ANTLR3_INT32 table = 2;
+    if (kp_isKeyword(word, "GLOBAL") || kp_isKeyword(word, "LOCAL") || kp_isWord(word, "PRIVATE")) {
+        if (!isTemporary(stream->_LT(stream, 2))) {
+            return false;
+        }
+        table = 3;
+    } else if (!isTemporary(word) && !kp_isWord(word, "UNLOGGED")) {
+        return false;
+    }
+    return kp_isKeyword(stream->_LT(stream, table), "TABLE");
+}
+
+void kp_reportUnknownTableKind(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    sqlantlr::ParseSession *session = kp_session(recognizer);
+    if (session == nullptr || recognizer->state->backtracking > 0) {
+        return;
+    }
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    static const char *const linkingWords[] = {"TYPE", "AS", "FOR", "ON", "IN", "TO"};
+    if (hasWord(stream->_LT(stream, 1), "VIRTUAL")) {
+        return;  // SQLite's module tables: module arguments, no columns, no table of the model
+    }
+    std::string words;
+    for (ANTLR3_INT32 k = 1; k <= 4; ++k) {
+        pANTLR3_COMMON_TOKEN token = stream->_LT(stream, k);
+        if (k > 1 && kp_isKeyword(token, "TABLE")) {
+            pANTLR3_COMMON_TOKEN first = stream->_LT(stream, 1);
+            session->addException("Unknown kind of table '" + words + "' - table not read",
+                                  static_cast<int>(first->line), first->charPosition);
+            return;
+        }
+        if (token->type == ANTLR3_TOKEN_EOF || token->type == QUOTED_STRING) {
+            return;
+        }
+        const std::string text = kp_tokenText(token);
+        if (text.empty() || std::isalpha(static_cast<unsigned char>(text[0])) == 0 ||
+            std::any_of(std::begin(linkingWords), std::end(linkingWords),
+                        [&](const char *w) { return hasWord(token, w); })) {
+            return;
+        }
+        words += (words.empty() ? "" : " ") + text;
+    }
+}
+
 bool kp_dollarQuoteAhead(pANTLR3_BASE_RECOGNIZER recognizer)
 {
     pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
@@ -986,7 +951,7 @@ bool kp_isDollarBlock(pANTLR3_BASE_RECOGNIZER recognizer)
 {
     pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
     return hasWord(stream->_LT(stream, 1), "DO") &&
-           (!dollarTag(stream, 2).empty() || hasWord(stream->_LT(stream, 2), "LANGUAGE"));
+           (kp_dollarQuoteUnits(stream->_LT(stream, 2)) != 0 || hasWord(stream->_LT(stream, 2), "LANGUAGE"));
 }
 
 namespace {
@@ -1067,7 +1032,7 @@ RoutineScan::End RoutineScan::run(bool probe)
             return probe && depth_ > 0 ? End::Stopped : End::Closed;
         }
         const bool top = depth_ == 0 && parens_ == 0;
-        if (const std::string tag = dollarTag(stream, 1); !tag.empty()) {
+        if (kp_dollarQuoteUnits(token) != 0) {
             skipDollarQuote(stream);
         } else if (type == OPENPAREN) {
             ++parens_;
@@ -1124,7 +1089,7 @@ RoutineScan::End RoutineScan::run(bool probe)
             } else if (type == T_DECLARE) {
                 declarative_ = true;
             } else if ((hasWord(token, "IS") || hasWord(token, "AS")) && !statements_ &&
-                       dollarTag(stream, 2).empty() && next->type != QUOTED_STRING && !hasWord(next, "ON")) {
+                       kp_dollarQuoteUnits(next) == 0 && next->type != QUOTED_STRING && !hasWord(next, "ON")) {
                 if (package_) {
                     ++depth_;
                     package_ = false;

@@ -53,6 +53,8 @@ struct ParseSession {
     // which quotes open no string.
     const char16_t *dollarQuoteBegin = nullptr;
     const char16_t *dollarQuoteEnd = nullptr;
+    // Where the script's dollar tags stand, for the lexer's look-ups.
+    DollarTagIndex dollarTags;
     // Name lists that walker rules return (qualified names, column lists);
     // cleared with customValues.
     std::deque<std::vector<std::string>> nameLists;

@@ -7,6 +7,7 @@
 // <antlr3.h> pulls in the resolver's DNS constants; T_KEY is a token here.
 #undef T_KEY
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -48,8 +49,15 @@ void kp_widenSubstitutionPrefix(pANTLR3_LEXER lexer, pANTLR3_COMMON_TOKEN token)
 // SYMBOL for a quote inside a dollar-quoted string.
 ANTLR3_UINT32 kp_quotedStringType(pANTLR3_LEXER lexer);
 // After a '$': when it opens a dollar-quoted string, notes where the string
-// ends, so that the quotes inside it open no string.
+// ends, so that the quotes inside it open no string, and marks the sign's
+// token with the string's length.
 void kp_noteDollarQuote(pANTLR3_LEXER lexer);
+// The units of the dollar-quoted string ($$...$$, $tag$...$tag$) that opens
+// at the token, closing tag included, as the lexer found them; 0 when the
+// token opens none (a '$' inside such a string, or one whose tag never
+// closes, opens none). The one notion of a dollar quote: the parser's skips
+// read it here.
+size_t kp_dollarQuoteUnits(pANTLR3_COMMON_TOKEN token);
 
 // Consumes the characters that may follow the first letter of a name (see
 // STRING in the lexer grammar): letters, digits, '_', '-', '$' and '#'.
@@ -218,6 +226,10 @@ void kp_skipBlockBody(pANTLR3_BASE_RECOGNIZER recognizer);
 // procedure, function, package, type body, event, aggregate or rule, 2 for a
 // trigger (DEFINER=..., EDITIONABLE and CONSTRAINT may come first).
 int kp_routineKind(pANTLR3_BASE_RECOGNIZER recognizer);
+// After CREATE [OR REPLACE]: true at the words of a temporary or unlogged
+// table followed by TABLE: [GLOBAL | LOCAL | PRIVATE] TEMPORARY | TEMP, or
+// UNLOGGED.
+bool kp_tableKindAhead(pANTLR3_BASE_RECOGNIZER recognizer);
 // True at a dollar-quoted string ($$text$$, $tag$text$tag$) that closes
 // within a value's reach.
 bool kp_dollarQuoteAhead(pANTLR3_BASE_RECOGNIZER recognizer);
@@ -244,7 +256,9 @@ bool kp_partitionMaintenanceAhead(pANTLR3_BASE_RECOGNIZER recognizer);
 // parenthesis is still open at the end of the statement.
 bool kp_skipPartitionMaintenance(pANTLR3_BASE_RECOGNIZER recognizer);
 // After ON: true at COMMIT PRESERVE ROWS | DELETE ROWS | DROP, a temporary
-// table's option (SQL Server's ON filegroup is anything else after ON).
+// table's option, and at COMMIT PRESERVE DEFINITION (DROP DEFINITION starts
+// like DROP), a private temporary table's (SQL Server's ON filegroup is
+// anything else after ON).
 bool kp_onCommitAhead(pANTLR3_BASE_RECOGNIZER recognizer);
 // After PARTITION or SUBPARTITION in a partition list: true when LT(1) is
 // the partition's name. A plain or quoted word always is; a keyword (max,
@@ -261,6 +275,15 @@ void AntlrAppendTreeItems(pANTLR3_BASE_TREE tree, std::string &out, bool &first)
 // Moves the token stream forward, over hidden tokens too, up to a token of
 // the given type (or an SL_COMMENT when looking for NEWLINE), which is left.
 void consumeUntilToken(pANTLR3_TOKEN_STREAM stream, ANTLR3_UINT32 tokenType);
+// After CREATE [OR REPLACE] of a statement that is consumed unread: when one
+// to three plain words stand before TABLE (CREATE FOREIGN TABLE, CREATE
+// EXTERNAL TABLE), records "Unknown kind of table 'FOREIGN' - table not read"
+// at the first word, so that the lost table is never silent. TYPE, AS, FOR,
+// ON, IN and TO among the words tie TABLE to another object (CREATE TYPE t
+// AS TABLE, CREATE PUBLICATION p FOR TABLE t): no record. SQLite's CREATE
+// VIRTUAL TABLE (a module and its arguments, no columns) is no table of the
+// model and is consumed without a record, as it always was.
+void kp_reportUnknownTableKind(pANTLR3_BASE_RECOGNIZER recognizer);
 // Logs "unknown CREATE/ALTER object type" for a skipped statement.
 void kp_logUnknownObjectType(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN token, const char *statement);
 

@@ -3,6 +3,7 @@
 #include "DataStatements.h"
 #include "ParseSession.h"
 #include "RecognizerSupport.h"
+#include "QuotedText.h"
 #include "VellumGrammarCLexer.h"
 
 #include <algorithm>
@@ -96,7 +97,8 @@ bool isText(pANTLR3_COMMON_TOKEN token, const char *text)
 // SQL*Plus and SQLCMD commands that hold a line, whatever it ends with.
 bool isClientCommand(const std::string &w)
 {
-    return isOneOf(w, {"REM", "REMARK", "PRO", "PROMPT", "SPO", "SPOOL", "DEFINE", "DEF", "UNDEFINE", "UNDEF",
+    return isRemarkWord(w) ||
+           isOneOf(w, {"SPO", "SPOOL", "DEFINE", "DEF", "UNDEFINE", "UNDEF",
                        "WHENEVER", "CONN", "ACCEPT", "ACC", "VARIABLE", "VAR", "TTITLE", "BTITLE", "BREAK",
                        "COMPUTE", "CLEAR", "PAUSE", "HOST", "TIMING", "STA"});
 }
@@ -262,6 +264,9 @@ bool ScriptLines::lineCommand(size_t at)
     const bool command = isClientCommand(w);
     if (!sqlcmd && !script && !command && !isClientStatement(w)) {
         return false;
+    }
+    if (isRemarkWord(w)) {
+        passRemarkText(first);
     }
     const size_t end = lineEnd(at);
     if (end == npos) {
@@ -777,6 +782,27 @@ void ScriptLines::advanceInput(const char16_t *to)
         input->charPositionInLine += static_cast<ANTLR3_INT32>(to - from);
     }
     input->nextChar = const_cast<char16_t *>(to);
+}
+
+// The text of a REM or PROMPT line after its command word is free text up to
+// the line end: the stream moves to that line end unread, so that a "/*" in it
+// opens no comment that would run on into the statements below (and a quote
+// opens no string). Only when the command word is the last token read, as it
+// is when the line is met in order.
+void ScriptLines::passRemarkText(pANTLR3_COMMON_TOKEN command)
+{
+    pANTLR3_INPUT_STREAM input = static_cast<pANTLR3_LEXER>(source_->super)->input;
+    const auto *data = static_cast<const char16_t *>(input->data);
+    const char16_t *end = data + input->sizeBuf / 2;
+    const auto *p = static_cast<const char16_t *>(input->nextChar);
+    if (raw_.empty() || raw_.back() != command || eof_ != nullptr ||
+        reinterpret_cast<const char *>(p) != reinterpret_cast<const char *>(command->stop) + 1) {
+        return;
+    }
+    while (p < end && *p != u'\n' && *p != u'\r') {
+        ++p;
+    }
+    advanceInput(p);
 }
 
 // After the ";" of COPY ... FROM STDIN: the data lines up to the "\." line

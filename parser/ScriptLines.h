@@ -123,6 +123,7 @@ private:
     void track(pANTLR3_COMMON_TOKEN token, size_t at);
     void advanceInput(const char16_t *to);
     void skipCopyData(pANTLR3_COMMON_TOKEN semi);
+    void passRemarkText(pANTLR3_COMMON_TOKEN command);
 
     pANTLR3_TOKEN_SOURCE source_;
     pANTLR3_TOKEN_FACTORY factory_;

@@ -76,8 +76,9 @@ bool kp_onCommitAhead(pANTLR3_BASE_RECOGNIZER recognizer)
     if (!kp_isWord(stream->_LT(stream, 1), "COMMIT")) {
         return false;
     }
-    return kp_isKeyword(action, "DROP") ||
-           ((kp_isWord(action, "PRESERVE") || kp_isKeyword(action, "DELETE")) && kp_isWord(stream->_LT(stream, 3), "ROWS"));
+    pANTLR3_COMMON_TOKEN what = stream->_LT(stream, 3);
+    return kp_isKeyword(action, "DROP") || (kp_isKeyword(action, "DELETE") && kp_isWord(what, "ROWS")) ||
+           (kp_isWord(action, "PRESERVE") && (kp_isWord(what, "ROWS") || kp_isWord(what, "DEFINITION")));
 }
 
 bool kp_partitionNameAhead(pANTLR3_BASE_RECOGNIZER recognizer)

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <chrono>
 
 namespace {
 
@@ -309,6 +310,60 @@ TEST(LexerQuotes, QuotesInsideDollarQuotesOpenNoString)
     EXPECT_EQ(d.fields()[1]->getDefaultValue(), "$q$'$q$");
     EXPECT_EQ(tableNamed(result, "e").fields().size(), 2U);
     EXPECT_EQ(result.records, std::vector<std::string>{});
+}
+
+// Distinct dollar tags, none of which closes: $aaaa$ $baaa$ ...
+std::string unclosedDollarTags(int count)
+{
+    std::string text;
+    for (int i = 0; i < count; ++i) {
+        text += '$';
+        for (int n = i, k = 0; k < 4; ++k, n /= 26) {
+            text += static_cast<char>('a' + n % 26);
+        }
+        text += "$ ";
+    }
+    return text;
+}
+
+double secondsSince(std::chrono::steady_clock::time_point start)
+{
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+TEST(LexerQuotes, TheDollarTagIndexAnswersAsASearchWould)
+{
+    using sqlantlr::dollarQuotedLength;
+    for (std::u16string_view text : {u"$a$ x $a$ $$ y $b$ $$ $a$", u"$$$$$", u"$x1$y$x1$ $1$ $x1$", u"$_$ $_$ a$_$",
+                                     u"$a$b$ $b$ $a$", u"$\u00e9t\u00e9$ x $\u00e9t\u00e9$ $$", u"$a$ $A$ $a"}) {
+        sqlantlr::DollarTagIndex index;
+        const char16_t *end = text.data() + text.size();
+        for (const char16_t *p = text.data(); p < end; ++p) {
+            EXPECT_EQ(dollarQuotedLength(p, end, &index), dollarQuotedLength(p, end)) << p - text.data();
+        }
+    }
+}
+
+TEST(LexerQuotes, DollarTagsThatNeverCloseCostLinearTime)
+{
+    // Searching the rest of the text for each of them made n tags cost n
+    // squared: hours here instead of a fraction of a second.
+    const std::string ascii = unclosedDollarTags(200000);
+    const std::u16string text(ascii.begin(), ascii.end());
+    const char16_t *end = text.data() + text.size();
+    sqlantlr::DollarTagIndex index;
+    size_t quoted = 0;
+    const auto start = std::chrono::steady_clock::now();
+    for (const char16_t *p = text.data(); p < end; ++p) {
+        quoted += sqlantlr::dollarQuotedLength(p, end, &index);
+    }
+    EXPECT_EQ(quoted, 0U);
+    EXPECT_LT(secondsSince(start), 10.0);
+    // The same through the parser, with a table after them.
+    const auto parseStart = std::chrono::steady_clock::now();
+    const ParseResult result = parse("SELECT " + unclosedDollarTags(100000) + ";\nCREATE TABLE t (id INT);\n");
+    EXPECT_LT(secondsSince(parseStart), 20.0);
+    EXPECT_EQ(tableNames(result), std::vector<std::string>{"t"});
 }
 
 TEST(LexerQuotes, RemarkAndPromptLinesHoldNoStringBeyondTheirEnd)

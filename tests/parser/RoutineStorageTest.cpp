@@ -82,6 +82,8 @@ TEST(StorageClauses, MySqlPostgreSqlAndSqlServerClausesLeaveTheTableAsWithout)
     expectSameAsPlain("ON COMMIT PRESERVE ROWS");
     expectSameAsPlain("ON COMMIT DELETE ROWS TABLESPACE scratch");
     expectSameAsPlain("ON COMMIT DROP");
+    expectSameAsPlain("ON COMMIT DROP DEFINITION");
+    expectSameAsPlain("ON COMMIT PRESERVE DEFINITION TABLESPACE scratch");
     expectSameAsPlain("ON commit_fg");
 }
 
@@ -319,5 +321,50 @@ TEST(Routines, StatementLinesInABodyThatClosesStayInIt)
         EXPECT_TRUE(r.records.empty()) << routine << r.records.front();
         EXPECT_EQ(tableNames(r), (std::vector<std::string>{"a", "b"})) << routine;
         EXPECT_EQ(tableNamed(r, "a").getFieldNameListString(), "id") << routine;
+    }
+}
+
+TEST(TableKinds, TemporaryAndUnloggedTablesAreBuiltLikePlainTables)
+{
+    const std::string rest = " TABLE t (id INT NOT NULL PRIMARY KEY, name VARCHAR(20));\nCREATE TABLE u (a INT);";
+    for (const char *kind : {"TEMP", "TEMPORARY", "GLOBAL TEMPORARY", "global temporary", "LOCAL TEMPORARY",
+                             "LOCAL TEMP", "GLOBAL TEMP", "PRIVATE TEMPORARY", "UNLOGGED", "OR REPLACE TEMPORARY"}) {
+        EXPECT_EQ(modelOf(std::string("CREATE ") + kind + rest), modelOf("CREATE" + rest)) << kind;
+    }
+    EXPECT_EQ(tree("CREATE GLOBAL TEMPORARY TABLE t (a INT) ON COMMIT PRESERVE ROWS;"), "CREATE TABLE t ( a INT ) ;");
+}
+
+TEST(TableKinds, AnUnknownKindOfTableIsRecordedAndTheScriptGoesOn)
+{
+    const ParseResult r = parse("CREATE FOREIGN TABLE f (id int) SERVER s;\n"
+                                "CREATE OR REPLACE MULTISET VOLATILE TABLE m (id int);\n"
+                                "CREATE TEMPORARY EXTERNAL TABLE x (id int);\n"
+                                "CREATE TABLE u (a INT);\n");
+    ASSERT_GE(r.records.size(), 3U);
+    EXPECT_EQ(r.records[0], "[1:7] Unknown kind of table 'FOREIGN' - table not read");
+    EXPECT_EQ(r.records[1], "[2:18] Unknown kind of table 'MULTISET VOLATILE' - table not read");
+    EXPECT_EQ(r.records[2].substr(0, 7), "[3:17] ");
+    EXPECT_EQ(tableNames(r), std::vector<std::string>{"u"});
+    // TABLE as a part of another object's definition is no lost table, and
+    // SQLite's virtual tables are no tables of the model.
+    const ParseResult other = parse("CREATE TYPE tt AS TABLE (id int);\nCREATE PUBLICATION p FOR TABLE u;\n"
+                                    "CREATE DATABASE d;\nCREATE SCHEMA s AUTHORIZATION o;\n"
+                                    "CREATE VIRTUAL TABLE docs USING fts5(a, b);\nCREATE TABLE u (a INT);\n");
+    EXPECT_EQ(other.records, std::vector<std::string>{});
+    EXPECT_EQ(tableNames(other), std::vector<std::string>{"u"});
+}
+
+TEST(Routines, DollarQuotedBodiesEndWhereTheLexerFoundTheirClosingTag)
+{
+    const char *const cases[] = {
+        "CREATE FUNCTION f() RETURNS int AS $a$ SELECT 1; $b$ ; END; $b$ ; $a$ LANGUAGE sql;\n",
+        "CREATE FUNCTION f() RETURNS text AS $$ SELECT 'it''s $x$'; $$ LANGUAGE sql;\n",
+        "CREATE FUNCTION f() RETURNS void AS $body$BEGIN\nCREATE TABLE lost (x INT);\nEND;$body$ LANGUAGE plpgsql;\n",
+        "DO $do$ BEGIN PERFORM 1; END $do$;\n",
+        "CREATE FUNCTION f() RETURNS int AS $x$ SELECT 1;\n",  // never closes: not a quote
+    };
+    for (const char *routine : cases) {
+        const ParseResult r = parse(std::string("CREATE TABLE a (id INT);\n") + routine + "CREATE TABLE b (id INT);\n");
+        EXPECT_EQ(tableNames(r), (std::vector<std::string>{"a", "b"})) << routine;
     }
 }

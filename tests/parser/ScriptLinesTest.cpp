@@ -48,6 +48,21 @@ TEST(ScriptLines, ClientCommandLinesAreDropped)
     EXPECT_EQ(tableNamed(result, "a").fields().size(), 2U);
 }
 
+TEST(ScriptLines, RemarkLinesEndAtTheirLineEndWhateverTheyHold)
+{
+    expectTables("REM /* old\nCREATE TABLE a (id INT);\nPROMPT /* creating */ tables\nCREATE TABLE b (id INT);\n"
+                 "REMARK /* never closed\nPro it's /* done\nCREATE TABLE c (id INT);\nREM /*",
+                 {"a", "b", "c"});
+    // Elsewhere a comment still spans its lines, MySQL's executable comments
+    // are still read, and a column named rem opens no REM line.
+    expectTables("/* REM\n*/ CREATE TABLE a (id INT);\n/*!40101 SET NAMES utf8 */;\n"
+                 "CREATE TABLE b (id INT) /*!50100 PARTITION BY HASH (id) */;\n",
+                 {"a", "b"});
+    const ParseResult result = parse("CREATE TABLE a (\nrem INT /* a note\nover lines */,\nb INT\n);\n");
+    EXPECT_EQ(tableNamed(result, "a").getFieldNameListString(), "rem, b");
+    EXPECT_EQ(result.records, std::vector<std::string>{});
+}
+
 TEST(ScriptLines, TsqlStatementsWithoutSemicolonsEndAtTheNextStatementLine)
 {
     expectTables("SET ANSI_NULLS ON\nSET QUOTED_IDENTIFIER ON\nUSE [db]\nPRINT 'x'\nDECLARE @v INT\nSET @v = 1\n"
