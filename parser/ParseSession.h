@@ -49,6 +49,9 @@ struct ParseSession {
     // which quotes open no string.
     const char16_t *dollarQuoteBegin = nullptr;
     const char16_t *dollarQuoteEnd = nullptr;
+    // The MySQL terminator the lexer has met so far: '$$' set by DELIMITER
+    // ends statements and opens no dollar-quoted string.
+    DelimiterTrack delimiterTrack;
     // Name lists that walker rules return (qualified names, column lists);
     // cleared with customValues.
     std::deque<std::vector<std::string>> nameLists;
