@@ -126,7 +126,7 @@ columnIndexEntry
 // around it.
 indexExpression
 @after { kp_carryIndexExpression(RECOGNIZER, retval.tree, retval.start, LT(-1)); }
-    : ( parenthesisedTokens | listColumnName ) { kp_skipIndexExpressionRest(RECOGNIZER) }?
+    : ( balancedParentheses | listColumnName ) { kp_skipIndexExpressionRest(RECOGNIZER) }?
       -> INDEX_EXPRESSION[$start]
     ;
 

@@ -165,7 +165,7 @@ unsupported_alter_table_clause_entry
             )
     | T_ALTER ( 'COLUMN' )? objectName alterColumnAction
     | 'CHANGE' ( 'COLUMN' )? objectName field ( columnPosition )?
-    | 'MODIFY' ( ( 'COLUMN' )? field ( columnPosition )? | parenthesisedTokens )
+    | 'MODIFY' ( ( 'COLUMN' )? field ( columnPosition )? | balancedParentheses )
     | 'DROP' ( ( 'COLUMN' )? ( 'IF' 'EXISTS' )? objectName ( 'RESTRICT' | 'CASCADE' )?
              | T_PRIMARY T_KEY
              | ( 'INDEX' | T_KEY ) objectName
@@ -228,17 +228,7 @@ alterColumnAction
 // The tokens of a clause the grammar does not spell out, up to its
 // COMMA or SEMI; parentheses are balanced.
 balancedTokens
-    : ( parenthesisedTokens | ~( OPENPAREN | CLOSEPAREN | COMMA | SEMI ) )*
-    ;
-
-// Skipped by the helper, without recursion, so nesting depth costs nothing.
-// The tool sees an empty pair of parentheses here: this form serves where
-// no decision looks into the list (balancedParentheses of 68-Storage.g
-// serves where one does). Index expressions use it too: there a recursive
-// rule with a complement set inside decisions that have predicates makes
-// the antlr3 tool fail (an internal error, or look-ahead cut to one token).
-parenthesisedTokens
-    : OPENPAREN { kp_skipToClosingParenthesis(RECOGNIZER); } CLOSEPAREN
+    : ( balancedParentheses | ~( OPENPAREN | CLOSEPAREN | COMMA | SEMI ) )*
     ;
 
 // Oracle: ALTER PROCEDURE p COMPILE ... The other forms of other dialects

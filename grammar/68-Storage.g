@@ -102,10 +102,12 @@ index_attributes
     | parallel_clause
     ;
 
-// PARALLEL, PARALLEL 4, PARALLEL (DEGREE 4 INSTANCES 1).
+// PARALLEL, PARALLEL 4, PARALLEL (DEGREE 4 INSTANCES 1). One token decides
+// (k = 1): the tool sees an empty pair of parentheses in balancedParentheses,
+// so a longer look-ahead would take only PARALLEL () for the parameters.
 parallel_clause
     : 'NOPARALLEL'
-    | 'PARALLEL' ( options { greedy = true; } : integer | balancedParentheses )?
+    | 'PARALLEL' ( options { greedy = true; k = 1; } : integer | balancedParentheses )?
     ;
 
 domain_index_clause
@@ -312,7 +314,11 @@ table_partitioning_clauses
     ;
 
 // The key is a column list or expressions (YEAR(created), (lower(name)) opclass).
+// One token and the words' predicates decide (k = 1): the tool sees an empty
+// pair of parentheses in balancedParentheses, so a longer look-ahead would
+// take LIST only before ().
 partition_method
+options { k = 1; }
     : ( 'RANGE' | { kp_isWord(LT(1), "LIST") }?=> STRING ) ( { kp_isWord(LT(1), "COLUMNS") }?=> STRING )? balancedParentheses
     | ( { kp_isWord(LT(1), "LINEAR") }?=> STRING )? ( T_HASH | T_KEY ( 'ALGORITHM' EQUALS integer )? ) balancedParentheses
     | { kp_isWord(LT(1), "REFERENCE") }?=> STRING OPENPAREN objectName CLOSEPAREN
@@ -367,9 +373,14 @@ partition_option
     ;
 
 // A parenthesised list whose inside the model has no use for (partition
-// keys and bounds, access parameters): any tokens but the statement's end,
-// parentheses balanced.
+// keys and bounds, access parameters, index expressions, clauses the grammar
+// does not spell out): the helper consumes it up to the CLOSEPAREN that
+// closes it (parentheses balanced, stopping early at the statement's end),
+// without recursion, so nesting depth costs nothing. It is called as a
+// predicate (always true) so that it also runs when an enclosing syntactic
+// predicate tries the tokens ahead, where actions are not run. Decisions see
+// an empty pair of parentheses here: none may need to look past the
+// OPENPAREN to choose an alternative.
 balancedParentheses
-@init { KP_GUARD_NESTING(balancedParentheses); }
-    : OPENPAREN ( balancedParentheses | ~( OPENPAREN | CLOSEPAREN | SEMI | T_DELIMITER ) )* CLOSEPAREN
+    : OPENPAREN { kp_skipToClosingParenthesis(RECOGNIZER) }? CLOSEPAREN
     ;

@@ -331,6 +331,50 @@ size_t bracketedNameLength(const char16_t *p, const char16_t *end)
     return 0;
 }
 
+bool delimiterAt(DelimiterTrack &track, const char16_t *begin, const char16_t *p, const char16_t *end)
+{
+    const char16_t *q = track.scannedTo;
+    if (q == nullptr || q < begin || q > p) {
+        q = begin;
+        track.delimiter.clear();
+    }
+    bool lineStart = q == begin || isLineEnd(q[-1]);
+    const std::u16string_view word = u"DELIMITER";
+    for (; q < p; ++q) {
+        if (isLineEnd(*q)) {
+            lineStart = true;
+            continue;
+        }
+        if (!lineStart || *q == u' ' || *q == u'\t') {
+            continue;
+        }
+        lineStart = false;
+        const char16_t *r = q;
+        size_t matched = 0;
+        while (matched < word.size() && r < end && (*r & ~0x20) == word[matched]) {
+            ++r;
+            ++matched;
+        }
+        if (matched < word.size() || r >= end || (*r != u' ' && *r != u'\t')) {
+            continue;
+        }
+        while (r < end && (*r == u' ' || *r == u'\t')) {
+            ++r;
+        }
+        const char16_t *text = r;
+        while (r < end && !isLineEnd(*r) && *r != u' ' && *r != u'\t') {
+            ++r;
+        }
+        track.delimiter.assign(text, r);
+        if (track.delimiter == u";") {
+            track.delimiter.clear();
+        }
+    }
+    track.scannedTo = p;
+    const std::u16string &d = track.delimiter;
+    return !d.empty() && static_cast<size_t>(end - p) >= d.size() && std::u16string_view(p, d.size()) == d;
+}
+
 } // namespace sqlantlr
 
 namespace {
@@ -347,7 +391,11 @@ void kp_noteDollarQuote(pANTLR3_LEXER lexer)
         return;
     }
     const auto *data = static_cast<const char16_t *>(input->data);
-    const size_t length = sqlantlr::dollarQuotedLength(sign, data + input->sizeBuf / 2, &session->dollarTags);
+    const char16_t *end = data + input->sizeBuf / 2;
+    if (sqlantlr::delimiterAt(session->delimiterTrack, data, sign, end)) {
+        return;
+    }
+    const size_t length = sqlantlr::dollarQuotedLength(sign, end, &session->dollarTags);
     if (length != 0) {
         session->dollarQuoteBegin = sign;
         session->dollarQuoteEnd = sign + length;

@@ -87,4 +87,17 @@ size_t dollarQuotedLength(const char16_t *p, const char16_t *end, DollarTagIndex
 // stays on its line, is not empty and does not start with a digit or a quote.
 size_t bracketedNameLength(const char16_t *p, const char16_t *end);
 
+// The MySQL client's statement terminator as DELIMITER lines set it, followed
+// through a text as the lexer meets its '$' signs: a '$$' or '$x$' that is the
+// active terminator ends a statement and opens no dollar-quoted string.
+struct DelimiterTrack {
+    const char16_t *scannedTo = nullptr;  // where the scan for DELIMITER lines stopped
+    std::u16string delimiter;             // set by the last DELIMITER line, empty for ";"
+};
+
+// Follows the DELIMITER lines that start between the track's last stop and p
+// (from begin when the scan has not started in this text or p lies before its
+// stop) and says whether the active terminator stands at p.
+bool delimiterAt(DelimiterTrack &track, const char16_t *begin, const char16_t *p, const char16_t *end);
+
 } // namespace sqlantlr

@@ -698,10 +698,11 @@ long kp_skipBalancedTokens(pANTLR3_TOKEN_STREAM stream, bool delimiterEnds,
     }
 }
 
-void kp_skipToClosingParenthesis(pANTLR3_BASE_RECOGNIZER recognizer)
+bool kp_skipToClosingParenthesis(pANTLR3_BASE_RECOGNIZER recognizer)
 {
-    kp_skipBalancedTokens(static_cast<pANTLR3_PARSER>(recognizer->super)->tstream, false,
+    kp_skipBalancedTokens(static_cast<pANTLR3_PARSER>(recognizer->super)->tstream, true,
                           [](ANTLR3_UINT32 type) { return type == CLOSEPAREN; });
+    return true;
 }
 
 bool kp_skipIndexExpressionRest(pANTLR3_BASE_RECOGNIZER recognizer)

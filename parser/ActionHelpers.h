@@ -55,8 +55,10 @@ long kp_skipBalancedTokens(pANTLR3_TOKEN_STREAM stream, bool delimiterEnds,
                            const std::function<bool(ANTLR3_UINT32 type)> &stopsAtTop);
 
 // Consumes the tokens after an OPENPAREN up to the CLOSEPAREN that closes it,
-// which is left; stops early at SEMI or the end of input.
-void kp_skipToClosingParenthesis(pANTLR3_BASE_RECOGNIZER recognizer);
+// which is left; stops early at the statement's end (SEMI, T_DELIMITER or the
+// end of input). Always true: the grammar calls it as a predicate so that it
+// also runs while a syntactic predicate tries the tokens ahead.
+bool kp_skipToClosingParenthesis(pANTLR3_BASE_RECOGNIZER recognizer);
 
 // Consumes the rest of an index expression: the tokens up to the COMMA or
 // CLOSEPAREN that ends the entry (parentheses balanced) or a sort order or

@@ -55,6 +55,9 @@ struct ParseSession {
     const char16_t *dollarQuoteEnd = nullptr;
     // Where the script's dollar tags stand, for the lexer's look-ups.
     DollarTagIndex dollarTags;
+    // The MySQL terminator the lexer has met so far: '$$' set by DELIMITER
+    // ends statements and opens no dollar-quoted string.
+    DelimiterTrack delimiterTrack;
     // Name lists that walker rules return (qualified names, column lists);
     // cleared with customValues.
     std::deque<std::vector<std::string>> nameLists;

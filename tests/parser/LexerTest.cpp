@@ -366,6 +366,34 @@ TEST(LexerQuotes, DollarTagsThatNeverCloseCostLinearTime)
     EXPECT_EQ(tableNames(result), std::vector<std::string>{"t"});
 }
 
+// Under DELIMITER $$ the terminator is no dollar quote: the quotes of the
+// statements it ends are strings and names as usual; after DELIMITER ; a
+// dollar quote is one again.
+TEST(LexerQuotes, ADollarDelimiterOpensNoDollarQuote)
+{
+    sqlantlr::DelimiterTrack track;
+    const std::u16string text = u"$$x$$\n  delimiter $$\nSELECT 1$$\nDELIMITER ;\nSELECT $$a$$";
+    auto at = [&](size_t from) {
+        const size_t sign = text.find(u'$', from);
+        return sqlantlr::delimiterAt(track, text.data(), text.data() + sign, text.data() + text.size());
+    };
+    EXPECT_FALSE(at(0));                              // before any DELIMITER line
+    EXPECT_TRUE(at(text.find(u"delimiter")));         // the DELIMITER line's own terminator
+    EXPECT_TRUE(at(text.find(u"1$")));
+    EXPECT_FALSE(at(text.find(u"$a")));               // DELIMITER ; ended it
+    EXPECT_TRUE(at(text.find(u"1$")));                // asked again from before: scanned anew
+    const ParseResult result = parse("DELIMITER $$\n"
+                                     "CREATE TABLE `a b` (id INT, n VARCHAR(5) DEFAULT 'x;y')$$\n"
+                                     "CREATE PROCEDURE p() SELECT 1$$\n"
+                                     "CREATE TABLE `c d` (id INT)$$\n"
+                                     "DELIMITER ;\n"
+                                     "CREATE TABLE e (t text DEFAULT $$it's$$);\n");
+    EXPECT_EQ(result.records, std::vector<std::string>{});
+    EXPECT_EQ(tableNames(result), (std::vector<std::string>{"a b", "c d", "e"}));
+    EXPECT_EQ(tableNamed(result, "a b").fields()[1]->getDefaultValue(), "'x;y'");
+    EXPECT_EQ(tableNamed(result, "e").fields()[0]->getDefaultValue(), "$$it's$$");
+}
+
 TEST(LexerQuotes, RemarkAndPromptLinesHoldNoStringBeyondTheirEnd)
 {
     using sqlantlr::isRemarkLine;

@@ -107,6 +107,27 @@ TEST(NestingDepth, DeepBlocksAreSkippedOnASmallStack)
     }
 }
 
+// Parenthesised runs the model has no use for (partition keys and bounds,
+// access parameters, index expressions, skipped ALTER actions) are balanced
+// without recursion: any depth is skipped on a small stack, without a record.
+TEST(NestingDepth, DeepSkippedParenthesesAreBalancedOnASmallStack)
+{
+    const std::string nested = repeat("(", blockDepth) + "1" + repeat(")", blockDepth);
+    const std::string after = "\nCREATE TABLE after (b INT);";
+    const std::string scripts[] = {
+        "CREATE TABLE t (a INT) PARTITION BY RANGE (a) (PARTITION p0 VALUES LESS THAN " + nested + ");",
+        "CREATE TABLE t (a INT) PARTITION BY HASH (a + " + nested + ") PARTITIONS 2;",
+        "CREATE TABLE t (a INT) PARALLEL " + nested + ";",
+        "CREATE TABLE t (a INT, KEY k ((a + " + nested + ")));",
+        "CREATE TABLE t (a INT);\nALTER TABLE t MODIFY " + nested + ";",
+    };
+    for (const std::string &script : scripts) {
+        const ParseResult result = parseOnSmallStack(script + after);
+        EXPECT_EQ(result.records, std::vector<std::string>{}) << script.substr(0, 60);
+        EXPECT_EQ(tableNames(result), (std::vector<std::string>{"t", "after"})) << script.substr(0, 60);
+    }
+}
+
 // Unclosed blocks run to the end of the input: the records of one unclosed
 // block (a missing END and SEMI at the end of input), not one per level.
 TEST(NestingDepth, UnclosedDeepBlocksEndInTheRecordsOfOne)

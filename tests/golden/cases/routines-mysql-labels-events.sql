@@ -1,0 +1,37 @@
+-- MySQL: labelled loops with ITERATE, handlers with their own blocks, DEFINER
+-- before EVENT, TRIGGER and FUNCTION, a single-statement function and an
+-- event inside version comments. None leaves a model object or a record.
+CREATE TABLE acc (id INT PRIMARY KEY, note VARCHAR(20));
+
+DELIMITER ;;
+CREATE DEFINER=`root`@`localhost` EVENT purge_old ON SCHEDULE EVERY 1 HOUR STARTS '2020-01-01 00:00:00'
+ON COMPLETION PRESERVE ENABLE DO BEGIN
+  outer_blk: BEGIN
+    inner_loop: LOOP
+      IF 1 = 1 THEN ITERATE inner_loop; END IF;
+      LEAVE inner_loop;
+    END LOOP inner_loop;
+  END outer_blk;
+END ;;
+CREATE DEFINER=CURRENT_USER TRIGGER acc_bd BEFORE DELETE ON acc FOR EACH ROW
+BEGIN
+  DECLARE EXIT HANDLER FOR SQLEXCEPTION BEGIN ROLLBACK; RESIGNAL; END;
+  IF OLD.id = 0 THEN SIGNAL SQLSTATE '45000' SET MESSAGE_TEXT = 'END; ;;'; END IF;
+END ;;
+CREATE DEFINER=`a`@`b` FUNCTION one() RETURNS int READS SQL DATA RETURN 1 ;;
+DELIMITER ;
+
+DELIMITER $$
+CREATE DEFINER = 'u'@'localhost' EVENT IF NOT EXISTS later ON SCHEDULE AT CURRENT_TIMESTAMP + INTERVAL 1 HOUR DO
+BEGIN
+  DECLARE c CURSOR FOR SELECT id FROM acc WHERE id IN (SELECT 1);
+  DECLARE EXIT HANDLER FOR SQLSTATE '23000', SQLWARNING BEGIN END;
+  lbl: WHILE 1 DO
+    ITERATE lbl;
+  END WHILE lbl;
+END$$
+DELIMITER ;
+
+/*!50106 CREATE*/ /*!50117 DEFINER=`root`@`localhost`*/ /*!50106 EVENT `ev2` ON SCHEDULE EVERY 1 DAY DO DELETE FROM acc */ ;
+
+CREATE TABLE after_routines (id INT PRIMARY KEY, acc_id INT REFERENCES acc (id));

@@ -1,0 +1,64 @@
+-- Oracle: compound triggers, :old and :new, referencing names, labels,
+-- q-quoted strings with semicolons, a package body with its own BEGIN and an
+-- object type; each closed by a slash line.
+CREATE TABLE emp (id NUMBER PRIMARY KEY, sal NUMBER);
+
+CREATE OR REPLACE TRIGGER emp_ct
+FOR INSERT OR UPDATE ON emp
+COMPOUND TRIGGER
+  TYPE t_ids IS TABLE OF NUMBER;
+  ids t_ids := t_ids();
+  BEFORE STATEMENT IS
+  BEGIN
+    ids.DELETE;
+  END BEFORE STATEMENT;
+  AFTER EACH ROW IS
+  BEGIN
+    IF :old.sal <> :new.sal THEN ids.EXTEND; ids(ids.LAST) := :new.id; END IF;
+  END AFTER EACH ROW;
+  AFTER STATEMENT IS
+  BEGIN
+    FOR i IN 1 .. ids.COUNT LOOP
+      EXECUTE IMMEDIATE 'UPDATE emp SET sal = sal WHERE id = :1' USING ids(i);
+    END LOOP;
+  END AFTER STATEMENT;
+END emp_ct;
+/
+
+CREATE OR REPLACE TRIGGER emp_short FOR INSERT ON emp COMPOUND TRIGGER
+  BEFORE EACH ROW IS BEGIN :new.id := NVL(:new.id, 0); END BEFORE EACH ROW;
+END;
+/
+
+CREATE OR REPLACE NONEDITIONABLE TRIGGER emp_bu BEFORE UPDATE ON emp
+REFERENCING OLD AS o NEW AS n FOR EACH ROW
+WHEN (n.sal > 0)
+BEGIN
+  :n.sal := :o.sal;
+END;
+/
+
+CREATE OR REPLACE PROCEDURE q_quote IS
+BEGIN
+  <<outer_lbl>>
+  FOR i IN REVERSE 1 .. 3 LOOP
+    EXECUTE IMMEDIATE q'[INSERT INTO emp VALUES (1, 2); -- not an end]';
+    EXIT outer_lbl WHEN i = 2;
+  END LOOP outer_lbl;
+  CASE WHEN 1 = 1 THEN NULL; ELSE RAISE_APPLICATION_ERROR(-20001, 'x'); END CASE;
+EXCEPTION WHEN OTHERS THEN
+  IF SQLCODE = -1 THEN NULL; END IF;
+END;
+/
+
+CREATE OR REPLACE EDITIONABLE PACKAGE BODY pk AS
+  PROCEDURE p IS BEGIN NULL; END;
+BEGIN
+  NULL;
+END pk;
+/
+
+CREATE OR REPLACE TYPE shape AS OBJECT (x NUMBER, MEMBER FUNCTION area RETURN NUMBER) NOT FINAL;
+/
+
+CREATE TABLE after_routines (id NUMBER PRIMARY KEY, emp_id NUMBER REFERENCES emp (id));
