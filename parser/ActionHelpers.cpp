@@ -870,6 +870,12 @@ int kp_routineKind(pANTLR3_BASE_RECOGNIZER recognizer)
         if (hasWord(token, "TYPE")) {
             return hasWord(stream->_LT(stream, k + 1), "BODY") ? 1 : 0;
         }
+        if (definer && hasWord(token, "VIEW")) {
+            // The parser's DEFINER edge is open only under this answer (the
+            // routine alternative's gate stands on the whole edge); the view's
+            // own look-ahead then picks the view. After OR REPLACE is read.
+            return k > 1 && hasWord(stream->_LT(stream, 1), "DEFINER") ? 3 : 0;
+        }
         if (hasWord(token, "DEFINER")) {
             definer = true;
         } else if (!definer && !hasWord(token, "EDITIONABLE") && !hasWord(token, "NONEDITIONABLE") &&

@@ -224,7 +224,9 @@ bool kp_isConstructEnd(pANTLR3_COMMON_TOKEN end, pANTLR3_COMMON_TOKEN next);
 void kp_skipBlockBody(pANTLR3_BASE_RECOGNIZER recognizer);
 // 0 when the tokens after CREATE [OR REPLACE] start no routine, 1 for a
 // procedure, function, package, type body, event, aggregate or rule, 2 for a
-// trigger (DEFINER=..., EDITIONABLE and CONSTRAINT may come first).
+// trigger (DEFINER=..., EDITIONABLE and CONSTRAINT may come first), 3 for a
+// view that starts with DEFINER=... (the view alternative is tried first and
+// takes it; a routine alternative is never entered for it).
 int kp_routineKind(pANTLR3_BASE_RECOGNIZER recognizer);
 // After CREATE [OR REPLACE]: true at the words of a temporary or unlogged
 // table followed by TABLE: [GLOBAL | LOCAL | PRIVATE] TEMPORARY | TEMP, or

@@ -154,6 +154,23 @@ TEST(Views, ExecutableCommentsAreReadAsSqlAndOrdinaryCommentsStayComments)
     EXPECT_EQ(result.container->views()[0]->getQueryString(), "select 1 AS `a`");
 }
 
+// DEFINER may come first, with or without OR REPLACE and SQL SECURITY; the
+// routines that also start with DEFINER stay routines.
+TEST(Views, DefinerFirstIsAViewModifier)
+{
+    const ParseResult result = parse("CREATE DEFINER=`root`@`localhost` VIEW v AS SELECT a FROM t;\n"
+                                     "CREATE OR REPLACE DEFINER=CURRENT_USER SQL SECURITY INVOKER VIEW w AS SELECT 1;\n"
+                                     "CREATE DEFINER=`root`@`%` PROCEDURE p() SELECT 1;\n"
+                                     "CREATE DEFINER=`root`@`%` TRIGGER tr BEFORE INSERT ON t FOR EACH ROW SET NEW.a = 1;\n"
+                                     "CREATE TABLE t (a INT);\n");
+    EXPECT_TRUE(result.records.empty()) << result.records.front();
+    ASSERT_EQ(result.container->views().size(), 2u);
+    ASSERT_NE(viewNamed(result, "v"), nullptr);
+    EXPECT_EQ(viewNamed(result, "v")->getQueryString(), "SELECT a FROM t");
+    ASSERT_NE(viewNamed(result, "w"), nullptr);
+    EXPECT_EQ(result.container->tables().size(), 1u);
+}
+
 TEST(Views, AViewThatDoesNotFitLeavesRecordsAndTheRestIsBuilt)
 {
     const ParseResult result = parse("CREATE VIEW v AS SELECT a FROM t x y;\nCREATE TABLE after (id INT);\n"
