@@ -261,36 +261,48 @@ const char16_t *tagClose(const char16_t *p, const char16_t *end, bool opening)
 
 } // namespace
 
-void DollarTagIndex::build(const char16_t *from, const char16_t *end)
+void DollarTagIndex::extend()
 {
-    from_ = from;
-    end_ = end;
-    places_.clear();
     // Each '$' names at most one tag that can stand there: the '$', the tag
-    // characters after it, and the '$' that ends them. The names between two
-    // signs are read once.
-    for (const char16_t *p = from; p < end; ++p) {
+    // characters after it, and the '$' that ends them. The text is indexed in
+    // steps, only as far as a question needs, so that a closed dollar quote
+    // reads no further than its closing tag.
+    constexpr size_t step = 1U << 16U;
+    const char16_t *stop = static_cast<size_t>(end_ - scanned_) > step ? scanned_ + step : end_;
+    for (const char16_t *p = scanned_; p < stop; ++p) {
         if (*p != u'$') {
             continue;
         }
-        if (const char16_t *close = tagClose(p, end, false)) {
-            places_[std::u16string(p, static_cast<size_t>(close - p) + 1)].push_back(static_cast<size_t>(p - from));
+        if (const char16_t *close = tagClose(p, end_, false)) {
+            places_[std::u16string(p, static_cast<size_t>(close - p) + 1)].push_back(static_cast<size_t>(p - from_));
         }
     }
+    scanned_ = stop;
 }
 
 const char16_t *DollarTagIndex::next(std::u16string_view tag, const char16_t *from, const char16_t *end)
 {
     if (end != end_ || from < from_ || from_ == nullptr) {
-        build(from, end);
+        from_ = from;
+        end_ = end;
+        scanned_ = from;
+        places_.clear();
     }
-    const auto found = places_.find(std::u16string(tag));
-    if (found == places_.end()) {
-        return nullptr;
+    const std::u16string key(tag);
+    for (;;) {
+        const auto found = places_.find(key);
+        if (found != places_.end()) {
+            const std::vector<size_t> &places = found->second;
+            const auto place = std::lower_bound(places.begin(), places.end(), static_cast<size_t>(from - from_));
+            if (place != places.end()) {
+                return from_ + *place;
+            }
+        }
+        if (scanned_ >= end_) {
+            return nullptr;
+        }
+        extend();
     }
-    const std::vector<size_t> &places = found->second;
-    const auto place = std::lower_bound(places.begin(), places.end(), static_cast<size_t>(from - from_));
-    return place == places.end() ? nullptr : from_ + *place;
 }
 
 size_t dollarQuotedLength(const char16_t *p, const char16_t *end, DollarTagIndex *index)

@@ -58,21 +58,26 @@ bool isRemarkWord(const std::string &upperWord);
 // SQL*Plus takes as its end; a second period and the name must follow.
 size_t substitutionPrefixLength(const char16_t *begin, const char16_t *p, const char16_t *end);
 
-// Where the dollar tags ($$, $tag$) of one text stand, found in one pass over
-// the text from the first question on. A tag that never closes then costs a
-// look-up instead of a scan to the end of the text, so that a script of many
-// such tags is read in linear time. One index serves one text; a question
-// before the part it has read, or about another text, reads the text again.
+// Where the dollar tags ($$, $tag$) of one text stand, found in one forward
+// pass over the text from the first question on, read only as far as the
+// questions need. A tag that never closes then costs a look-up instead of a
+// scan to the end of the text, so that a script of many such tags is read in
+// linear time, and a closed quote does not make the rest of a big script
+// read (and resident) ahead of the parse. One index serves one text; a
+// question before the part it has indexed, or about another text, starts it
+// again.
 class DollarTagIndex {
 public:
     // The first place at or after from where tag stands (its '$'), or nullptr.
     const char16_t *next(std::u16string_view tag, const char16_t *from, const char16_t *end);
 
 private:
-    void build(const char16_t *from, const char16_t *end);
+    // Indexes the next step of the text after scanned_.
+    void extend();
 
     const char16_t *from_ = nullptr;
     const char16_t *end_ = nullptr;
+    const char16_t *scanned_ = nullptr;  // where indexing stopped
     std::unordered_map<std::u16string, std::vector<size_t>> places_;  // offsets from from_, ascending
 };
 
