@@ -69,7 +69,7 @@ subsequentTableEntry
       | tableIndex
       ) { kp_requireTableEntryEnd(RECOGNIZER); }
     | likeParent { kp_requireTableEntryEnd(RECOGNIZER); }
-    | fieldBlock { kp_requireTableEntryEnd(RECOGNIZER); }
+    | tableColumn
     ;
     catch [ANTLR3_RECOGNITION_EXCEPTION] {
         PREPORTERROR();
@@ -77,6 +77,25 @@ subsequentTableEntry
         retval.tree = kp_treeEndingInError(ADAPTOR, retval.tree,
             (pANTLR3_BASE_TREE)ADAPTOR->errorNode(ADAPTOR, INPUT, retval.start, LT(-1), EXCEPTION));
         kp_forgetRecognitionError(RECOGNIZER);
+    }
+
+// A column of the list. A column the parser cannot read whole (an error
+// inside it, or a token after it in its entry) is left out: one ERROR_NODE at
+// its name stands for it, and reading goes on after its entry
+// (kp_leaveOutBrokenColumn), so that no made-up text reaches the model and
+// the entries after it are read.
+tableColumn
+@init { ANTLR3_MARKER entryStart = INDEX(); }
+@after {
+    if (kp_treeHasRecoveryMark(retval.tree)) {
+        retval.tree = kp_leaveOutBrokenColumn(RECOGNIZER, ADAPTOR, retval.tree, entryStart, retval.start);
+    }
+}
+    : fieldBlock { kp_requireTableEntryEnd(RECOGNIZER); }
+    ;
+    catch [ANTLR3_RECOGNITION_EXCEPTION] {
+        PREPORTERROR();
+        retval.tree = kp_leaveOutBrokenColumn(RECOGNIZER, ADAPTOR, retval.tree, entryStart, retval.start);
     }
 
 // PostgreSQL's LIKE parent [INCLUDING|EXCLUDING what ...] becomes

@@ -682,6 +682,106 @@ pANTLR3_BASE_TREE kp_treeEndingInError(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR
     return root;
 }
 
+namespace {
+
+// A name or a word: quoted, or a token whose text starts with a letter or an
+// underscore (keywords included).
+bool isWordToken(pANTLR3_COMMON_TOKEN token)
+{
+    if (token == nullptr || token->type == ANTLR3_TOKEN_EOF) {
+        return false;
+    }
+    if (token->type == STRING || token->type == QUOTED_STRING) {
+        return true;
+    }
+    const std::string text = kp_tokenText(token);
+    return !text.empty() && (std::isalpha(static_cast<unsigned char>(text[0])) != 0 || text[0] == '_');
+}
+
+} // namespace
+
+bool kp_entryStartAhead(pANTLR3_COMMON_TOKEN name, pANTLR3_COMMON_TOKEN next)
+{
+    if (name == nullptr) {
+        return false;
+    }
+    if (name->type != STRING && name->type != QUOTED_STRING &&
+        tokenIsAnyWord(name, {"CONSTRAINT", "PRIMARY", "UNIQUE", "FOREIGN", "CHECK", "KEY", "INDEX"})) {
+        return true;
+    }
+    return isWordToken(name) && isWordToken(next) && kp_columnTypeAhead(next);
+}
+
+bool kp_treeHasRecoveryMark(pANTLR3_BASE_TREE tree)
+{
+    std::vector<pANTLR3_BASE_TREE> pending;
+    if (tree != nullptr) {
+        pending.push_back(tree);
+    }
+    while (!pending.empty()) {
+        pANTLR3_BASE_TREE node = pending.back();
+        pending.pop_back();
+        pANTLR3_COMMON_TOKEN token = node->getToken(node);
+        if (node->getType(node) == ERROR_NODE || (token != nullptr && token->user1 == kp_recoveryMark)) {
+            return true;
+        }
+        for (ANTLR3_UINT32 i = node->getChildCount(node); i > 0; --i) {
+            auto child = static_cast<pANTLR3_BASE_TREE>(node->getChild(node, i - 1));
+            if (child != nullptr) {
+                pending.push_back(child);
+            }
+        }
+    }
+    return false;
+}
+
+pANTLR3_BASE_TREE kp_leaveOutBrokenColumn(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE_ADAPTOR adaptor,
+                                          pANTLR3_BASE_TREE tree, ANTLR3_MARKER entryStart,
+                                          pANTLR3_COMMON_TOKEN first)
+{
+    if (recognizer->state->backtracking > 0) {
+        return tree;
+    }
+    pANTLR3_INT_STREAM is = parserStream(recognizer);
+    pANTLR3_TOKEN_STREAM tokens = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    recognizer->beginResync(recognizer);
+    // From the entry's first token (the column's name) to the COMMA or
+    // CLOSEPAREN outside every parenthesis; recovery inside the column may
+    // have stopped before that end or gone past it.
+    is->seek(is, entryStart);
+    is->consume(is);
+    long depth = 0;
+    bool passed = false;                      // a line that starts the next statement is in the entry
+    ANTLR3_MARKER innerEnd = -1;              // a comma inside parentheses before what looks like an entry
+    for (;;) {
+        const ANTLR3_UINT32 next = is->_LA(is, 1);
+        if (next == ANTLR3_TOKEN_EOF || next == SEMI || (depth <= 0 && (next == COMMA || next == CLOSEPAREN))) {
+            break;
+        }
+        passed = passed || kp_startsStatementLine(tokens->_LT(tokens, 1));
+        if (next == COMMA && depth > 0 && innerEnd < 0 && !passed &&
+            kp_entryStartAhead(tokens->_LT(tokens, 2), tokens->_LT(tokens, 3))) {
+            innerEnd = is->index(is);
+        }
+        depth += next == OPENPAREN ? 1 : next == CLOSEPAREN ? -1 : 0;
+        is->consume(is);
+    }
+    const ANTLR3_UINT32 stop = is->_LA(is, 1);
+    if ((stop == SEMI || stop == ANTLR3_TOKEN_EOF) && innerEnd >= 0) {
+        // A parenthesis of the column never closed and took the table's own
+        // closing one: the column ends at the comma before the next entry.
+        is->seek(is, innerEnd);
+    } else if (passed || stop == ANTLR3_TOKEN_EOF) {
+        kp_reportRunOnStatement(recognizer, tokens->_LT(tokens, 1));
+    }
+    recognizer->endResync(recognizer);
+    recognizer->state->lastErrorIndex = is->index(is);
+    recognizer->state->error = ANTLR3_FALSE;
+    recognizer->state->failed = ANTLR3_FALSE;
+    kp_forgetRecognitionError(recognizer);
+    return static_cast<pANTLR3_BASE_TREE>(adaptor->errorNode(adaptor, tokens, first, first, nullptr));
+}
+
 long kp_skipBalancedTokens(pANTLR3_TOKEN_STREAM stream, bool delimiterEnds,
                            const std::function<bool(ANTLR3_UINT32 type)> &stopsAtTop)
 {

@@ -41,6 +41,26 @@ void kp_requireTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer);
 // the end of input.
 void kp_recoverToTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer);
 
+// A column that the parser could not read whole: its tree holds an error
+// node or a token made up by recovery (kp_treeHasRecoveryMark), or a token
+// follows it in its entry. The column is left out: the input moves to the
+// COMMA or CLOSEPAREN that ends its entry, found by balancing parentheses
+// from the entry's first token at `entryStart` (when that runs to the end
+// of the statement, a parenthesis never closed: the entry ends at the first
+// comma inside parentheses that is followed by what looks like the next
+// entry), and one error node at the column's
+// first token stands for it. While backtracking, `tree` is returned as is.
+pANTLR3_BASE_TREE kp_leaveOutBrokenColumn(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE_ADAPTOR adaptor,
+                                          pANTLR3_BASE_TREE tree, ANTLR3_MARKER entryStart,
+                                          pANTLR3_COMMON_TOKEN first);
+
+// Whether a tree holds an error node or a token made up by recovery.
+bool kp_treeHasRecoveryMark(pANTLR3_BASE_TREE tree);
+
+// Whether `name` and `next`, the tokens after a comma, look like the start
+// of a table entry or of an added column: a constraint or key word, or a
+// name followed by a word (a type).
+bool kp_entryStartAhead(pANTLR3_COMMON_TOKEN name, pANTLR3_COMMON_TOKEN next);
 
 // The tree read before an error, followed by the error node (one error node
 // at the end at most).

@@ -87,18 +87,73 @@ TEST(Recovery, NoTextMadeByRecoveryReachesTheModel)
     }
 }
 
-// The columns around a broken one are kept; the broken one keeps its name
-// and no type, and a broken key or index entry leaves its key out.
+// The columns around a broken one are kept; the broken one is left out, and
+// a broken key or index entry leaves its key out.
 TEST(Recovery, BrokenColumnsAndEntriesLeaveTheRestOfTheTable)
 {
     const ParseResult result = parse(kBrokenScripts[3]);
     const SQLTable &table = tableNamed(result, "e");
-    ASSERT_EQ(table.fields().size(), 3u);
-    EXPECT_EQ(table.fields()[0]->getType(), "");
-    EXPECT_EQ(table.fields()[1]->getType(), "");
-    EXPECT_EQ(table.fields()[2]->getType(), "INT");
+    ASSERT_EQ(table.fields().size(), 1u);
+    EXPECT_EQ(table.fields()[0]->getName(), "z");
+    EXPECT_EQ(table.fields()[0]->getType(), "INT");
     ASSERT_EQ(table.indexes().size(), 1u);
     EXPECT_EQ(table.indexes()[0]->getName(), "j");
+}
+
+// Each shape of a column the parser cannot read: the column is left out with
+// an error record at its name, and the column, key and constraint after it,
+// the table's options and the next statement are read as if it were not there.
+TEST(Recovery, AnUnreadableColumnIsLeftOutAndTheEntriesAfterItAreRead)
+{
+    const char *const brokenColumns[] = {
+        "w DECIMAL(5,,)",                  // bad type arguments
+        "w VARCHAR()",                     // empty type arguments
+        "w ENUM('x', 5)",                  // a value that is no text
+        "w NUMERIC(8,2) garbage words",    // stray words after the type
+        "w INT DEFAULT 0 NOT FOO",         // a broken option
+        "w INT DEFAULT (1",                // a parenthesis that never closes
+        "w DECIMAL(10, 2",                 // a type's parenthesis that never closes
+        "w INT CHECK (w > ) NOT NULL",     // a broken check
+        "w 123 INT",                       // a number where the type stands
+    };
+    for (const char *column : brokenColumns) {
+        const std::string script = std::string("CREATE TABLE t (id INT,\n  ") + column +
+                                   ",\n  after_it VARCHAR(5) NOT NULL, PRIMARY KEY (id), UNIQUE (after_it),\n"
+                                   "  CHECK (id > 0)) ENGINE=InnoDB;\nCREATE TABLE next_one (x INT);\n";
+        const ParseResult result = parse(script);
+        ASSERT_NE(result.container, nullptr) << column;
+        const SQLTable &t = tableNamed(result, "t");
+        Names fields;
+        for (const auto &field : t.fields()) {
+            fields.push_back(field->getName());
+        }
+        EXPECT_EQ(fields, (Names{"id", "after_it"})) << column;
+        EXPECT_EQ(primaryKeyNames(t), Names{"id"}) << column;
+        EXPECT_TRUE(t.getFieldByName("after_it") != nullptr && t.getFieldByName("after_it")->isNotNull()) << column;
+        EXPECT_EQ(t.indexes().size(), 1u) << column;
+        EXPECT_EQ(t.checkConstraints().size(), 1u) << column;
+        EXPECT_EQ(t.getTableType(), std::optional<std::string>("InnoDB")) << column;
+        EXPECT_EQ(tableNamed(result, "next_one").fields().size(), 1u) << column;
+        EXPECT_NE(std::find(result.records.begin(), result.records.end(), "[2:2] error field ERROR"),
+                  result.records.end())
+            << column;
+        const std::string model = sqlantlr::modelJsonText(*result.container, {});
+        EXPECT_EQ(model.find("ERROR"), std::string::npos) << column << "\n" << model;
+        EXPECT_EQ(model.find("<missing"), std::string::npos) << column << "\n" << model;
+    }
+}
+
+// A broken column that ends the list, or the statement, costs nothing else.
+TEST(Recovery, ABrokenLastColumnLeavesTheTableAndTheNextStatement)
+{
+    const ParseResult result = parse("CREATE TABLE a (id INT, w DECIMAL(5,,));\n"
+                                     "CREATE TABLE b (id INT, w INT DEFAULT (1);\n"
+                                     "CREATE TABLE c (id INT);\n");
+    ASSERT_NE(result.container, nullptr);
+    EXPECT_EQ(tableNames(result), (Names{"a", "b", "c"}));
+    EXPECT_EQ(tableNamed(result, "a").fields().size(), 1u);
+    EXPECT_EQ(tableNamed(result, "b").fields().size(), 1u);
+    EXPECT_EQ(tableNamed(result, "c").fields().size(), 1u);
 }
 
 namespace {
