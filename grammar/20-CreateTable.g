@@ -151,13 +151,15 @@ storageParameter
     : ( objectName | 'FILLFACTOR' | 'ONLINE' ) ( '.' objectName )? ( EQUALS storageParameterValue )?
     ;
 
-// SQL Server writes ON and OFF.
+// SQL Server writes ON and OFF, and lists in parentheses for a spatial
+// index: BOUNDING_BOX = (0, 0, 500, 200), GRIDS = (LEVEL_1 = MEDIUM).
 storageParameterValue
     : numericValue
     | objectName
     | 'ON'
     | T_TRUE
     | T_FALSE
+    | parenthesisedTokens
     ;
 
 // EQUALS is required after TYPE, ENGINE and AUTO_INCREMENT and optional

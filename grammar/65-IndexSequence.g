@@ -41,11 +41,17 @@ createIndexOptions
 createIndexOption
     : indexStorageOption ->
     | mysql_index_type ->
+    | spatialIndexGrid ->
     | 'COMMENT' ( STRING | QUOTED_STRING ) ->
     | global_partioned_index ->
     | local_partioned_index ->
     | index_attributes ->
     | domain_index_clause ->
+    ;
+
+// SQL Server's tessellation scheme of a spatial index.
+spatialIndexGrid
+    : 'USING' { kp_isAnyWord(LT(1), "GEOMETRY_GRID GEOGRAPHY_GRID GEOMETRY_AUTO_GRID GEOGRAPHY_AUTO_GRID") }?=> STRING
     ;
 
 // Options in any order, repeatable, none required. Oracle and PostgreSQL
