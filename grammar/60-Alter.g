@@ -33,7 +33,15 @@ existingRowsCheck
 alter_table_clause
 options { k = 1; }
     : { kp_partitionMaintenanceAhead(RECOGNIZER) }?=> partitionMaintenance
+    | { kp_listedColumnAhead(RECOGNIZER) }?=> listedColumn
     | table_alteration
+    ;
+
+// SQL Server adds several columns after one ADD: ADD b INT, c INT NULL. A
+// column after a comma (kp_listedColumnAhead) is read like one after ADD
+// and, like it, not applied.
+listedColumn
+    : field -> IGNORED_NODE
     ;
 
 // The action is consumed by the helper, up to the comma before the next

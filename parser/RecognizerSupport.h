@@ -251,6 +251,10 @@ bool kp_skipRoutine(pANTLR3_BASE_RECOGNIZER recognizer);
 // ATTRIBUTES; SET INTERVAL | SUBPARTITION | PARTITIONING; NO INHERIT;
 // REMOVE or UPGRADE PARTITIONING. Keywords and plain words alike, any case.
 bool kp_partitionMaintenanceAhead(pANTLR3_BASE_RECOGNIZER recognizer);
+// True after a comma of ALTER TABLE at a column added without its own ADD
+// (SQL Server's ADD b INT, c INT): a name followed by a type word, neither an
+// action word nor a table option or constraint word.
+bool kp_listedColumnAhead(pANTLR3_BASE_RECOGNIZER recognizer);
 // Consumes the rest of such an action after its first word, parentheses
 // balanced, up to the end of the statement, a stray CLOSEPAREN, or a comma
 // followed by a word that starts another action (a comma followed by

@@ -4,6 +4,7 @@
 // ATTACH/DETACH PARTITION, NO INHERIT ...) differ from dialect to dialect and
 // leave nothing in the model, so they are told by their leading words and
 // consumed token by token.
+#include "ActionHelpers.h"
 #include "RecognizerSupport.h"
 #include "VellumGrammarCParser.h"
 
@@ -58,6 +59,25 @@ bool kp_partitionMaintenanceAhead(pANTLR3_BASE_RECOGNIZER recognizer)
     }
     return (kp_tokenIsWord(first, "NO") && kp_tokenIsWord(second, "INHERIT")) ||
            (isAnyWord(first, {"REMOVE", "UPGRADE"}) && kp_tokenIsWord(second, "PARTITIONING"));
+}
+
+bool kp_listedColumnAhead(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    pANTLR3_COMMON_TOKEN previous = stream->_LT(stream, -1);
+    pANTLR3_COMMON_TOKEN name = stream->_LT(stream, 1);
+    if (previous == nullptr || previous->type != COMMA || startsAlterAction(name)) {
+        return false;
+    }
+    // Table options and other clause words that a word may follow.
+    if (name->type != QUOTED_STRING &&
+        isAnyWord(name, {"PRIMARY", "UNIQUE", "FOREIGN", "INDEX", "KEY", "FULLTEXT", "SPATIAL", "COLUMN", "PARTITION",
+                         "DEFAULT", "CHARACTER", "CHARSET", "COLLATE", "COMMENT", "TYPE", "INSERT_METHOD",
+                         "ROW_FORMAT", "TABLESPACE", "STORAGE", "LOGGING", "NOLOGGING", "COMPRESS", "NOCOMPRESS",
+                         "PARALLEL", "NOPARALLEL", "CACHE", "NOCACHE", "UNION", "DATA"})) {
+        return false;
+    }
+    return kp_entryStartAhead(name, stream->_LT(stream, 2));
 }
 
 bool kp_skipPartitionMaintenance(pANTLR3_BASE_RECOGNIZER recognizer)

@@ -48,6 +48,23 @@ TEST(AlterTable, EveryOtherClauseIsConsumedWithoutARecord)
     EXPECT_EQ(tableNamed(result, "t").fields().size(), 3u);
 }
 
+// SQL Server's column list after one ADD: every column is read (and, like any
+// added column, not applied), and the constraints among them are applied.
+TEST(AlterTable, SeveralColumnsAfterOneAddAreReadWithTheConstraintsAmongThem)
+{
+    EXPECT_EQ(tree("ALTER TABLE t ADD b INT, c INT NULL, CONSTRAINT pk PRIMARY KEY (a), d [int] NOT NULL;"),
+              "ALTER TABLE t IGNORED_NODE , IGNORED_NODE , CONSTRAINT pk PRIMARY KEY ( a ) , IGNORED_NODE ;");
+    const ParseResult result = parse(std::string(kTables) +
+                                     "ALTER TABLE u ADD x INT, y [nvarchar](10) NULL, CONSTRAINT pk PRIMARY KEY (id),\n"
+                                     "  z INT CONSTRAINT dz DEFAULT 0, CHECK (b > 0);\n"
+                                     "ALTER TABLE u ADD w INT, ENGINE = InnoDB, DEFAULT CHARSET utf8, DROP COLUMN w;\n");
+    EXPECT_EQ(result.records, Names{});
+    const SQLTable &u = tableNamed(result, "u");
+    EXPECT_EQ(u.fields().size(), 2u);
+    EXPECT_EQ(primaryKeyNames(u), Names{"id"});
+    EXPECT_EQ(u.checkConstraints().size(), 1u);
+}
+
 TEST(AlterTable, AddsKeysToTablesBuiltEarlier)
 {
     const ParseResult result = parse(
