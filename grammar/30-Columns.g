@@ -13,13 +13,13 @@ fieldBlock
 field
     : columnName ( { kp_columnTypeAhead(LT(1)) }?=> fieldType ( arraySuffix )* )? ( fieldOptions )?
       ( options { greedy = true; }
-      : T_PRIMARY T_KEY ( keyClustering )?
+      : T_PRIMARY T_KEY ( keyClustering )? ( keyIndexOptions )?
       | 'NULL'
       | notOption
       | 'AUTO_INCREMENT'
       | 'AUTOINCREMENT'
       | identity
-      | 'UNIQUE' ( keyClustering )?
+      | 'UNIQUE' ( keyClustering )? ( keyIndexOptions )?
       | 'ZEROFILL'
       | 'UNSIGNED'
       | fieldDefaultValue
@@ -204,7 +204,13 @@ fieldConstraint
     ;
 
 fieldPKOrUniqueConstraint
-    : ( T_PRIMARY T_KEY | 'UNIQUE' ) ( 'CLUSTERED' | 'NONCLUSTERED' )? ( T_WITH 'FILLFACTOR' EQUALS INT )?
+    : ( T_PRIMARY T_KEY | 'UNIQUE' ) ( 'CLUSTERED' | 'NONCLUSTERED' )? ( keyIndexOptions )?
+    ;
+
+// SQL Server's options of the index behind a column's key: WITH (FILLFACTOR
+// = 80, ...) or the older WITH FILLFACTOR = 80. They leave nothing.
+keyIndexOptions
+    : T_WITH ( storage_parameterOptions | 'FILLFACTOR' EQUALS INT ) ->
     ;
 
 checkConstraint

@@ -54,7 +54,9 @@ foreignKeyConstraint
 // Oracle's state words after a foreign key in a table definition;
 // deferrability stays with references.
 foreignKeyState
-    : ( 'ENABLE' | 'DISABLE' | 'VALIDATE' | 'NOVALIDATE' | 'RELY' | 'NORELY' | exceptions_clause )+ ->
+    : ( 'ENABLE' | 'DISABLE' | 'VALIDATE' | 'NOVALIDATE' | 'RELY' | 'NORELY' | exceptions_clause
+      | T_NOT 'FOR' { kp_isWord(LT(1), "REPLICATION") }?=> STRING  // SQL Server's NOT FOR REPLICATION
+      )+ ->
     ;
 
 // Deferrability and state options of several dialects, in any order, MySQL's
@@ -73,18 +75,24 @@ constraint_state
       | mysql_index_type
       | exceptions_clause
       | indexStorageOption
+      | T_WITH 'FILLFACTOR' EQUALS INT  // SQL Server 2000's form
+      | T_WITH { kp_isWord(LT(1), "PARSER") }?=> STRING objectName  // MySQL's full-text parser
+      | 'KEY_BLOCK_SIZE' ( EQUALS )? INT
+      | { kp_isAnyWord(LT(1), "VISIBLE INVISIBLE") }?=> STRING  // MySQL's index visibility
       | 'COMMENT' QUOTED_STRING  // MySQL's index comment
       )+ ->
     ;
 
-// SQL Server's index options and file group: WITH (PAD_INDEX = OFF, ...) ON [PRIMARY].
+// SQL Server's index options and file group: WITH (PAD_INDEX = OFF, ...) ON
+// [PRIMARY]. They leave nothing, also after an index's INCLUDE or WHERE.
 indexStorageOption
-    : T_WITH storage_parameterOptions
-    | 'ON' ( objectName | T_PRIMARY )
+    : T_WITH storage_parameterOptions ->
+    | 'ON' ( objectName | T_PRIMARY ) ->
     ;
 
-// One kind word at most; the name may be the word PRIMARY; the method named
-// after USING is accepted before the column list. SQL Server's included
+// One kind word at most; the name may be the word PRIMARY; SQL Server's
+// CLUSTERED or NONCLUSTERED after the name and the method named after USING
+// are accepted before the column list. SQL Server's included
 // columns and filter stay for the walker.
 tableIndex
     : 'UNIQUE' ( keyClustering )? ( 'INDEX' | T_KEY )? tableIndexBody
@@ -101,7 +109,7 @@ nonUniqueIndex
     ;
 
 tableIndexBody
-    : ( T_PRIMARY | objectName )? ( 'USING' objectName )?
+    : ( T_PRIMARY | objectName )? ( keyClustering )? ( 'USING' objectName )?
       OPENPAREN indexEntry ( COMMA indexEntry )* CLOSEPAREN
       ( constraint_state )?
       ( indexInclude ( indexFilter )? ( indexStorageOption )* | indexFilter ( indexStorageOption )* )?

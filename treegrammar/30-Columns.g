@@ -143,12 +143,12 @@ fieldConstraint[SQLField *field]
       )
     ;
 
-// The index options after the key words are matched only.
+// The clustering word is matched only; the index options leave nothing.
 fieldPKOrUniqueConstraint[SQLField *field]
     : ( T_PRIMARY T_KEY { kp_setPrimaryKey(field); }
       | 'UNIQUE' { kp_setFieldFlag(field, "unique"); }
       )
-      ( 'CLUSTERED' | 'NONCLUSTERED' )? ( T_WITH 'FILLFACTOR' EQUALS INT )?
+      ( 'CLUSTERED' | 'NONCLUSTERED' )?
     ;
 
 // The expression's text rides on the CHECK token. The target is the table
