@@ -109,7 +109,7 @@ nonUniqueIndex
     ;
 
 tableIndexBody
-    : ( T_PRIMARY | objectName )? ( keyClustering )? ( 'USING' objectName )?
+    : ( ( T_PRIMARY | objectName ) ( keyClustering )? )? ( 'USING' objectName )?
       OPENPAREN indexEntry ( COMMA indexEntry )* CLOSEPAREN
       ( constraint_state )?
       ( indexInclude ( indexFilter )? ( indexStorageOption )* | indexFilter ( indexStorageOption )* )?
