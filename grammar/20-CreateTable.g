@@ -159,7 +159,7 @@ storageParameterValue
     | 'ON'
     | T_TRUE
     | T_FALSE
-    | parenthesisedTokens
+    | balancedParentheses
     ;
 
 // EQUALS is required after TYPE, ENGINE and AUTO_INCREMENT and optional
