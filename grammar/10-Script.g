@@ -22,6 +22,7 @@ objectNotComment
     ;
 
 otherObject
+options { k = 1; }
     : SEMI
     | { kp_isDollarBlock(RECOGNIZER) }?=> dollarBlock ->
     | unknownObjectBlock ->
@@ -65,6 +66,7 @@ sourceInstruction
 // Anonymous blocks are skipped whole, nested blocks balanced. A transaction
 // start (BEGIN; BEGIN TRANSACTION;) is a statement of its own, not a block.
 anonymousProcedure
+options { k = 1; }
     : T_DECLARE ( ~T_BEGIN )* T_BEGIN inner_block T_END ( objectName )? SEMI ( options { greedy = true; } : FORWARD_SLASH )?
     | ( T_BEGIN ( transactionWord )* SEMI )=> T_BEGIN ( transactionWord )* SEMI
     | begin_end_block ( objectName )? SEMI ( options { greedy = true; } : FORWARD_SLASH )?
@@ -142,7 +144,7 @@ commentValue
     ;
 
 createObject
-    : 'CREATE' ( 'OR' 'REPLACE' )?
+    : 'CREATE' ( options { k = 1; } : { kp_isKeyword(LT(2), "REPLACE") }?=> 'OR' 'REPLACE' )?
       ( ( viewStart )=> createView SEMI
       | { kp_routineKind(RECOGNIZER) != 0 }?=> createRoutine
       | { kp_tableKindAhead(RECOGNIZER) }?=> tableKind! createTable SEMI
