@@ -144,7 +144,8 @@ commentValue
     ;
 
 createObject
-    : 'CREATE' ( options { k = 1; } : { kp_isKeyword(LT(2), "REPLACE") }?=> 'OR' 'REPLACE' )?
+    : 'CREATE'
+      ( options { k = 1; } : { kp_isKeyword(LT(2), "REPLACE") && kp_routineKind(RECOGNIZER) == 0 }?=> 'OR' 'REPLACE' )?
       ( ( viewStart )=> createView SEMI
       | { kp_routineKind(RECOGNIZER) != 0 }?=> createRoutine
       | { kp_tableKindAhead(RECOGNIZER) }?=> tableKind! createTable SEMI

@@ -67,6 +67,7 @@ subsequentTableEntry
       ( tableKeyConstraint
       | checkConstraint ( checkConstraintState )?
       | tableIndex
+      | ignoredTableConstraint
       ) { kp_requireTableEntryEnd(RECOGNIZER); }
     | likeParent { kp_requireTableEntryEnd(RECOGNIZER); }
     | tableColumn
@@ -80,23 +81,39 @@ subsequentTableEntry
     }
 
 // A column of the list. A column the parser cannot read whole (an error
-// inside it, or a token after it in its entry) is left out: one ERROR_NODE at
-// its name stands for it, and reading goes on after its entry
-// (kp_leaveOutBrokenColumn), so that no made-up text reaches the model and
-// the entries after it are read.
+// reported inside it, a token made up by recovery, or a token after it in its
+// entry) is left out: one ERROR_NODE at its name stands for it, and reading
+// goes on after its entry (kp_endTableColumn), so that no made-up text
+// reaches the model and the entries after it are read.
 tableColumn
-@init { ANTLR3_MARKER entryStart = INDEX(); }
-@after {
-    if (kp_treeHasRecoveryMark(retval.tree)) {
-        retval.tree = kp_leaveOutBrokenColumn(RECOGNIZER, ADAPTOR, retval.tree, entryStart, retval.start);
-    }
-}
+@init { ANTLR3_MARKER entryStart = INDEX(); ANTLR3_UINT32 errorsBefore = RECOGNIZER->state->errorCount; }
+@after { retval.tree = kp_endTableColumn(RECOGNIZER, ADAPTOR, retval.tree, entryStart, errorsBefore, retval.start); }
     : fieldBlock { kp_requireTableEntryEnd(RECOGNIZER); }
     ;
     catch [ANTLR3_RECOGNITION_EXCEPTION] {
-        PREPORTERROR();
-        retval.tree = kp_leaveOutBrokenColumn(RECOGNIZER, ADAPTOR, retval.tree, entryStart, retval.start);
+        retval.tree = kp_endTableColumn(RECOGNIZER, ADAPTOR, retval.tree, entryStart, errorsBefore, retval.start);
     }
+
+// Entries the model has no place for: PostgreSQL's exclusion constraint and
+// the period of a system-versioned table (SQL Server, MariaDB).
+ignoredTableConstraint
+    : excludeConstraint
+    | periodForTime
+    ;
+
+// EXCLUDE [USING method] (element WITH operator, ...) [INCLUDE (...)]
+// [WITH (...)] [USING INDEX TABLESPACE t] [WHERE (predicate)] [DEFERRABLE ...]
+excludeConstraint
+    : { kp_isWord(LT(1), "EXCLUDE") }?=> STRING ( 'USING' using_index_method )? balancedParentheses
+      ( indexInclude )? ( constraint_state )? ( 'WHERE' balancedParentheses ( constraint_state )? )?
+      -> IGNORED_NODE
+    ;
+
+// PERIOD FOR SYSTEM_TIME (valid_from, valid_to)
+periodForTime
+    : { kp_isWord(LT(1), "PERIOD") && kp_isKeyword(LT(2), "FOR") }?=> STRING 'FOR' objectName balancedParentheses
+      -> IGNORED_NODE
+    ;
 
 // PostgreSQL's LIKE parent [INCLUDING|EXCLUDING what ...] becomes
 // ^( LIKE parent options ): the walker copies the parent's columns there.
@@ -156,7 +173,7 @@ storageParameter
 storageParameterValue
     : numericValue
     | objectName
-    | 'ON'
+    | 'ON' ( balancedParentheses )?  // SYSTEM_VERSIONING = ON (HISTORY_TABLE = h)
     | T_TRUE
     | T_FALSE
     | balancedParentheses

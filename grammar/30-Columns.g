@@ -84,13 +84,15 @@ wordColumnOption
         }
     }
 
-// AS (expr) of a computed column, or AS IDENTITY [(options)].
+// AS (expr) of a computed column, AS IDENTITY [(options)], or AS ROW START
+// and AS ROW END.
 asGeneratedColumn
     : as='AS'
       ( OPENPAREN expression=boolean_expression CLOSEPAREN
         { setCustomStringValueOnToken(RECOGNIZER, $as, $expression.start, $expression.stop); }
         -> $as
       | 'IDENTITY' ( OPENPAREN ( identityOption )* CLOSEPAREN )? ->
+      | 'ROW' ( 'START' | T_END ) ->  // the period columns of a system-versioned table
       )
     ;
 
@@ -204,7 +206,7 @@ fieldConstraint
     ;
 
 fieldPKOrUniqueConstraint
-    : ( T_PRIMARY T_KEY | 'UNIQUE' ) ( 'CLUSTERED' | 'NONCLUSTERED' )? ( keyIndexOptions )?
+    : ( T_PRIMARY T_KEY | 'UNIQUE' ) ( keyClustering )? ( keyIndexOptions )?
     ;
 
 // SQL Server's options of the index behind a column's key: WITH (FILLFACTOR

@@ -34,8 +34,13 @@ keyPrefixLength
     : OPENPAREN INT CLOSEPAREN ->
     ;
 
+// SQL Server's memory-optimized tables add HASH to NONCLUSTERED.
 keyClustering
-    : ( 'CLUSTERED' | 'NONCLUSTERED' ) ->
+    : ( 'CLUSTERED' | 'NONCLUSTERED' ) ( options { greedy = true; } : hashIndex )? ->
+    ;
+
+hashIndex
+    : T_HASH ->
     ;
 
 // MySQL's index method before a primary key's column list.
@@ -109,7 +114,7 @@ nonUniqueIndex
     ;
 
 tableIndexBody
-    : ( ( T_PRIMARY | objectName ) ( keyClustering )? )? ( 'USING' objectName )?
+    : ( ( T_PRIMARY | objectName ) ( keyClustering | hashIndex )? )? ( 'USING' objectName )?
       OPENPAREN indexEntry ( COMMA indexEntry )* CLOSEPAREN
       ( constraint_state )?
       ( indexInclude ( indexFilter )? ( indexStorageOption )* | indexFilter ( indexStorageOption )* )?

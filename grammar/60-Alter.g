@@ -91,7 +91,7 @@ addedKindIndex
 
 // The constraint name may be left out or be schema-qualified.
 addedConstraint
-    : ( 'CONSTRAINT' ( qualifiedObjectName )? )? addedConstraintBody
+    : ( 'CONSTRAINT' ( qualifiedObjectName )? )? ( addedConstraintBody | excludeConstraint )
     ;
 
 // Oracle writes the constraint's state (ENABLE, DISABLE NOVALIDATE ...) after

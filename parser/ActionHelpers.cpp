@@ -342,7 +342,7 @@ bool kp_columnTypeAhead(pANTLR3_COMMON_TOKEN token)
 bool kp_isColumnOptionWord(pANTLR3_COMMON_TOKEN token)
 {
     for (const char *known : {"GENERATED", "ALWAYS", "ROWGUIDCOL", "SPARSE", "FILESTREAM", "PERSISTED", "VIRTUAL",
-                              "STORED", "VISIBLE", "INVISIBLE", "SRID"}) {
+                              "STORED", "VISIBLE", "INVISIBLE", "SRID", "HIDDEN"}) {
         if (kp_isWord(token, known)) {
             return true;
         }
@@ -735,15 +735,34 @@ bool kp_treeHasRecoveryMark(pANTLR3_BASE_TREE tree)
     return false;
 }
 
-pANTLR3_BASE_TREE kp_leaveOutBrokenColumn(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE_ADAPTOR adaptor,
-                                          pANTLR3_BASE_TREE tree, ANTLR3_MARKER entryStart,
-                                          pANTLR3_COMMON_TOKEN first)
+pANTLR3_BASE_TREE kp_endTableColumn(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE_ADAPTOR adaptor,
+                                    pANTLR3_BASE_TREE tree, ANTLR3_MARKER entryStart, ANTLR3_UINT32 errorsBefore,
+                                    pANTLR3_COMMON_TOKEN first)
 {
     if (recognizer->state->backtracking > 0) {
         return tree;
     }
+    const bool readWhole = recognizer->state->errorCount == errorsBefore && !kp_treeHasRecoveryMark(tree);
+    const bool pending = recognizer->state->error == ANTLR3_TRUE;
+    if (readWhole && !pending) {
+        return tree;
+    }
+    if (pending) {
+        recognizer->reportError(recognizer);
+    }
     pANTLR3_INT_STREAM is = parserStream(recognizer);
     pANTLR3_TOKEN_STREAM tokens = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    if (readWhole && kp_startsStatementLine(tokens->_LT(tokens, 1))) {
+        // The column was read whole and the next statement starts right
+        // after it: the list was never closed. The column stays; the
+        // statement is reported as unended, and the error node after the
+        // column gives the list's own record.
+        kp_recoverToTableEntryEnd(recognizer);
+        auto error = static_cast<pANTLR3_BASE_TREE>(
+            adaptor->errorNode(adaptor, tokens, first, tokens->_LT(tokens, -1), recognizer->state->exception));
+        kp_forgetRecognitionError(recognizer);
+        return kp_treeEndingInError(adaptor, tree, error);
+    }
     recognizer->beginResync(recognizer);
     // From the entry's first token (the column's name) to the COMMA or
     // CLOSEPAREN outside every parenthesis; recovery inside the column may

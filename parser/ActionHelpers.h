@@ -41,18 +41,21 @@ void kp_requireTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer);
 // the end of input.
 void kp_recoverToTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer);
 
-// A column that the parser could not read whole: its tree holds an error
-// node or a token made up by recovery (kp_treeHasRecoveryMark), or a token
-// follows it in its entry. The column is left out: the input moves to the
-// COMMA or CLOSEPAREN that ends its entry, found by balancing parentheses
-// from the entry's first token at `entryStart` (when that runs to the end
-// of the statement, a parenthesis never closed: the entry ends at the first
+// Ends a column of CREATE TABLE's list. A column the parser could not read
+// whole (an error reported since `errorsBefore`, an error node or a token
+// made up by recovery in its tree, or a pending error: a token after it in
+// its entry) is left out: the pending error is reported, the input moves to
+// the COMMA or CLOSEPAREN that ends its entry, found by balancing parentheses
+// from the entry's first token at `entryStart` (when that runs to the end of
+// the statement, a parenthesis never closed: the entry ends at the first
 // comma inside parentheses that is followed by what looks like the next
-// entry), and one error node at the column's
-// first token stands for it. While backtracking, `tree` is returned as is.
-pANTLR3_BASE_TREE kp_leaveOutBrokenColumn(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE_ADAPTOR adaptor,
-                                          pANTLR3_BASE_TREE tree, ANTLR3_MARKER entryStart,
-                                          pANTLR3_COMMON_TOKEN first);
+// entry), and one error node at the column's first token stands for it. A
+// column read whole that the next statement follows (a list never closed)
+// is kept, with an error node after it. Otherwise, and while backtracking,
+// `tree` is returned as is.
+pANTLR3_BASE_TREE kp_endTableColumn(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE_ADAPTOR adaptor,
+                                    pANTLR3_BASE_TREE tree, ANTLR3_MARKER entryStart, ANTLR3_UINT32 errorsBefore,
+                                    pANTLR3_COMMON_TOKEN first);
 
 // Whether a tree holds an error node or a token made up by recovery.
 bool kp_treeHasRecoveryMark(pANTLR3_BASE_TREE tree);

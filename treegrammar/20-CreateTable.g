@@ -60,11 +60,13 @@ subsequentTableEntry[SQLContainer *c, SQLTable *table]
         ( checkConstraint[table, &constraintName]
         | tableKeyConstraint[table, &constraintName]
         | tableIndex[table, &constraintName]
+        | IGNORED_NODE
         | errorNode
         )
       | checkConstraint[table, NULL]
       | tableKeyConstraint[table, NULL]
       | tableIndex[table, NULL]
+      | IGNORED_NODE  // an exclusion constraint, a period
       ) ( errorNode )*
     | likeParent[c, table]
     | { LA(1) != T_CHECK }?=> fieldBlock[table] ( errorNode )*

@@ -43,7 +43,9 @@ addedConstraint[SQLTable *table, std::optional<std::string> *constraintName]
     : ( 'CONSTRAINT'
         ( options { greedy = true; } : cn=qualifiedObjectName { kp_takeConstraintName(constraintName, $cn.parts); } )?
       )?
-      addedConstraintBody[table, constraintName]
+      ( addedConstraintBody[table, constraintName]
+      | IGNORED_NODE  // PostgreSQL's EXCLUDE
+      )
     ;
 
 addedConstraintBody[SQLTable *table, std::optional<std::string> *constraintName]
