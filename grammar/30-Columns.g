@@ -29,7 +29,8 @@ field
       | checkConstraint
       | 'ENABLE'
       | ( T_CHARACTER 'SET' | 'CHARSET' ) objectName
-      | 'COLLATE' objectName
+      | collate='COLLATE' collation=qualifiedObjectName  // COLLATE "C", COLLATE pg_catalog."default"
+        { setCustomStringValueOnToken(RECOGNIZER, $collate, $collation.start, $collation.stop); }
       | references
       | asGeneratedColumn
       | wordColumnOption
@@ -88,8 +89,8 @@ wordColumnOption
 // and AS ROW END.
 asGeneratedColumn
     : as='AS'
-      ( OPENPAREN expression=boolean_expression CLOSEPAREN
-        { setCustomStringValueOnToken(RECOGNIZER, $as, $expression.start, $expression.stop); }
+      ( expression=balancedParentheses
+        { kp_carryTextInside(RECOGNIZER, $as, $expression.start, $expression.stop); }
         -> $as
       | 'IDENTITY' ( OPENPAREN ( identityOption )* CLOSEPAREN )? ->
       | 'ROW' ( 'START' | T_END ) ->  // the period columns of a system-versioned table
@@ -154,21 +155,43 @@ fieldDefaultValue
       -> T_DEFAULT
     ;
 
+// A value, or values joined by arithmetic and concatenation (SYSDATE + 30,
+// now() - interval '1 day', 'a' || 'b'). The text is kept as written, so the
+// insides of parentheses are only balanced, not read: any expression there
+// is a value.
 fieldDefaultValueEntry
-    : ( OPENPAREN boolean_expression CLOSEPAREN
+    : defaultOperand ( options { greedy = true; } : defaultOperator defaultOperand | SIGNED_INT )*
+    ;
+
+// Decided on one token: a decision that looked past a '(' would take the
+// skipped inside of balancedParentheses for empty.
+defaultOperand
+    : ( options { k = 1; } : valueParentheses
       | dollarQuotedString
       | ( 'NULL' | 'LOCALTIME' | 'LOCALTIMESTAMP' | T_TRUE | T_FALSE )
       | 'CURRENT_TIMESTAMP' ( OPENPAREN ( INT )? CLOSEPAREN )?
       | numericValue
       | specific_function_call
-      | objectName ( QUOTED_STRING | defaultFunctionArguments )?
+      | objectName ( QUOTED_STRING | valueParentheses )?
+      | 'INTERVAL' ( QUOTED_STRING | numericValue ) ( options { greedy = true; } : interval_qualifier )?
       )
       ( typeValueSpecifier )?
     ;
 
+defaultOperator
+    : '+' | '-' | '*' | FORWARD_SLASH | '%' | '||'
+    ;
+
+// The parentheses of a value or condition, skipped like balancedParentheses
+// except that the next table entry after a comma ends them
+// (kp_skipValueInParentheses).
+valueParentheses
+    : OPENPAREN { kp_skipValueInParentheses(RECOGNIZER) }? CLOSEPAREN
+    ;
+
 // A PostgreSQL cast after a value.
 typeValueSpecifier
-    : '::' fieldType
+    : '::' fieldType ( options { greedy = true; } : ARRAY_BOUNDS )*
     ;
 
 // A word (a name, a keyword, a quoted string, or b'0' with its prefix) or a
@@ -215,9 +238,11 @@ keyIndexOptions
     : T_WITH ( storage_parameterOptions | 'FILLFACTOR' EQUALS INT ) ->
     ;
 
+// The condition is kept as written: its parentheses are balanced, and what
+// stands inside them is not read.
 checkConstraint
-    : T_CHECK OPENPAREN condition=boolean_expression CLOSEPAREN
-      { setCustomStringValueOnToken(RECOGNIZER, $T_CHECK, $condition.start, $condition.stop); }
+    : T_CHECK condition=valueParentheses
+      { kp_carryTextInside(RECOGNIZER, $T_CHECK, $condition.start, $condition.stop); }
       -> T_CHECK
     ;
 

@@ -146,7 +146,7 @@ indexExpression
 // Sort order, collation, null ordering and operator classes (which may be
 // schema-qualified).
 indexEntryOptions
-    : 'COLLATE' objectName
+    : 'COLLATE' qualifiedObjectName
     | 'ASC'
     | 'DESC'
     | 'NULLS' ( 'FIRST' | 'LAST' )

@@ -559,6 +559,30 @@ void setCustomStringValueOnToken(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COM
     carrier->custom = const_cast<std::string *>(session->addCustomValue(std::move(text)));
 }
 
+void kp_carryTextInside(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN carrier,
+                        pANTLR3_COMMON_TOKEN open, pANTLR3_COMMON_TOKEN close)
+{
+    if (open == nullptr || close == nullptr || close->index <= open->index + 1) {
+        return;
+    }
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    auto onDefaultChannel = [stream](ANTLR3_MARKER i) {
+        pANTLR3_COMMON_TOKEN token = stream->get(stream, static_cast<ANTLR3_UINT32>(i));
+        return token != nullptr && token->channel == ANTLR3_TOKEN_DEFAULT_CHANNEL ? token : nullptr;
+    };
+    pANTLR3_COMMON_TOKEN first = nullptr;
+    pANTLR3_COMMON_TOKEN last = nullptr;
+    for (ANTLR3_MARKER i = open->index + 1; i < close->index && first == nullptr; ++i) {
+        first = onDefaultChannel(i);
+    }
+    for (ANTLR3_MARKER i = close->index - 1; i > open->index && last == nullptr; --i) {
+        last = onDefaultChannel(i);
+    }
+    if (first != nullptr && last != nullptr) {
+        setCustomStringValueOnToken(recognizer, carrier, first, last);
+    }
+}
+
 void kp_carryIndexExpression(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE carrier,
                              pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop)
 {
@@ -821,6 +845,16 @@ bool kp_skipToClosingParenthesis(pANTLR3_BASE_RECOGNIZER recognizer)
 {
     kp_skipBalancedTokens(static_cast<pANTLR3_PARSER>(recognizer->super)->tstream, true,
                           [](ANTLR3_UINT32 type) { return type == CLOSEPAREN; });
+    return true;
+}
+
+bool kp_skipValueInParentheses(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    kp_skipBalancedTokens(stream, true, [stream](ANTLR3_UINT32 type) {
+        return type == CLOSEPAREN ||
+               (type == COMMA && kp_entryStartAhead(stream->_LT(stream, 2), stream->_LT(stream, 3)));
+    });
     return true;
 }
 

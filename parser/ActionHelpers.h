@@ -27,6 +27,12 @@ void setCustomStringValueOnToken(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COM
 void kp_carryIndexExpression(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE carrier,
                              pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop);
 
+// Attaches to `carrier` the source text between the parentheses `open` and
+// `close` (from the first to the last token on the default channel inside
+// them); nothing when they hold no such token.
+void kp_carryTextInside(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN carrier,
+                        pANTLR3_COMMON_TOKEN open, pANTLR3_COMMON_TOKEN close);
+
 // The source text that setCustomStringValueOnToken attached to a node's
 // token, or nullptr.
 const std::string *kp_customValue(pANTLR3_BASE_TREE node);
@@ -82,6 +88,12 @@ long kp_skipBalancedTokens(pANTLR3_TOKEN_STREAM stream, bool delimiterEnds,
 // end of input). Always true: the grammar calls it as a predicate so that it
 // also runs while a syntactic predicate tries the tokens ahead.
 bool kp_skipToClosingParenthesis(pANTLR3_BASE_RECOGNIZER recognizer);
+// The same for the parentheses of a column's value or condition (DEFAULT
+// (...), CHECK (...), AS (...), a function's arguments), where a comma
+// followed by what looks like the next table entry (kp_entryStartAhead) ends
+// the skip too: the parenthesis was never closed, and the entries after it
+// are not taken into the value.
+bool kp_skipValueInParentheses(pANTLR3_BASE_RECOGNIZER recognizer);
 
 // Consumes the rest of an index expression: the tokens up to the COMMA or
 // CLOSEPAREN that ends the entry (parentheses balanced) or a sort order or

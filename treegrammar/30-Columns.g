@@ -34,8 +34,8 @@ field[SQLTable *table]
       | 'ENABLE'
       | ( T_CHARACTER 'SET' | 'CHARSET' ) charset=objectName
         { kp_setFieldProperty(field, "field_character_set", $charset.start); }
-      | 'COLLATE' collation=objectName
-        { kp_setFieldProperty(field, "field_collation", $collation.start); }
+      | collate='COLLATE' qualifiedObjectName
+        { kp_setFieldProperty(field, "field_collation", kp_customValue($collate)); }
       )*
     ;
 

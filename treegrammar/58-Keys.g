@@ -104,7 +104,7 @@ indexEntry[SQLIndex *index]
 // Sort order, collation, null ordering and operator classes do not reach
 // the model.
 indexEntryOptions
-    : 'COLLATE' objectName
+    : 'COLLATE' qualifiedObjectName
     | 'ASC'
     | 'DESC'
     | 'NULLS' ( 'FIRST' | 'LAST' )
