@@ -77,6 +77,40 @@ void copyNewTrees(pANTLR3_BASE_TREE_ADAPTOR adaptor)
     }
 }
 
+// The runtime's token pool hands its tokens out again after a reset (once
+// per statement) without clearing them, so an imaginary token (ON_DELETE,
+// ERROR ...) could keep the marks of the token it was before: the mark of a
+// token made up by recovery, or a kept text that is gone with its statement.
+// Each token is cleared of them as it is handed out.
+pANTLR3_COMMON_TOKEN (*runtimeNewPoolToken)(pANTLR3_TOKEN_FACTORY) = nullptr;
+
+pANTLR3_COMMON_TOKEN newClearedPoolToken(pANTLR3_TOKEN_FACTORY factory)
+{
+    pANTLR3_COMMON_TOKEN token = runtimeNewPoolToken(factory);
+    if (token != nullptr) {
+        token->user1 = 0;
+        token->user2 = 0;
+        token->user3 = 0;
+        token->custom = nullptr;
+    }
+    return token;
+}
+
+void clearReusedTokens(pANTLR3_BASE_TREE_ADAPTOR adaptor)
+{
+    pANTLR3_TOKEN_FACTORY factory = adaptor->tokenFactory;
+    if (factory == nullptr) {
+        return;
+    }
+    // Taken once, from the first adaptor's factory (all share the runtime's function).
+    static const bool captured = [factory] {
+        runtimeNewPoolToken = factory->newToken;
+        return true;
+    }();
+    (void)captured;
+    factory->newToken = newClearedPoolToken;
+}
+
 // Every token type can start a statement, so after an error inside a
 // statement, recovery stops at the first token that may begin the next one:
 // the follow set the script rule's statement loop gives its statements.
@@ -222,6 +256,7 @@ SQLRecognizer *newParser(SQLTokenStream *tokens, ParseSession *session, bool cus
         return nullptr;
     }
     copyNewTrees(parser->adaptor);
+    clearReusedTokens(parser->adaptor);
     pANTLR3_BASE_RECOGNIZER recognizer = parser->pParser->rec;
     recognizer->displayRecognitionError = kp_parser_displayRecognitionError;
     kp_installParserRecovery(recognizer);

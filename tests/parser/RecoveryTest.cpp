@@ -160,6 +160,22 @@ TEST(Recovery, ABrokenLastColumnLeavesTheTableAndTheNextStatement)
     EXPECT_EQ(tableNamed(result, "c").fields().size(), 1u);
 }
 
+// Imaginary tokens (ON_DELETE ...) reuse the token objects of earlier
+// statements: a mark of recovery an error left on one must not make a later,
+// clean column look broken.
+TEST(Recovery, AnErrorLeavesNoMarkOnTheStatementsAfterIt)
+{
+    const ParseResult result = parse("CREATE TABLE m (c BLOB COMPRESSED FOO, z INT);\n"
+                                     "CREATE TABLE p (a text, b integer REFERENCES p (z) ON DELETE CASCADE, z int,\n"
+                                     "  CONSTRAINT f FOREIGN KEY (z) REFERENCES m (z) ON UPDATE SET NULL);\n");
+    ASSERT_NE(result.container, nullptr);
+    const SQLTable &p = tableNamed(result, "p");
+    ASSERT_EQ(p.fields().size(), 3u);
+    EXPECT_EQ(p.fields()[1]->getName(), "b");
+    ASSERT_NE(p.fields()[1]->getReferences(), nullptr);
+    EXPECT_EQ(result.records.size(), 3u) << result.records.front();
+}
+
 namespace {
 
 // A statement that never ends names its own first token in a record, whatever
