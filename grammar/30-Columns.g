@@ -13,13 +13,13 @@ fieldBlock
 field
     : columnName ( { kp_columnTypeAhead(LT(1)) }?=> fieldType ( arraySuffix )* )? ( fieldOptions )?
       ( options { greedy = true; }
-      : T_PRIMARY T_KEY ( keyClustering )? ( keyIndexOptions )?
+      : T_PRIMARY T_KEY ( keySortWord )? ( keyClustering )? ( keyIndexOptions )?
       | 'NULL'
       | notOption
       | 'AUTO_INCREMENT'
       | 'AUTOINCREMENT'
       | identity
-      | 'UNIQUE' ( keyClustering )? ( keyIndexOptions )?
+      | 'UNIQUE' ( nullsDistinct )? ( keyClustering )? ( keyIndexOptions )?
       | 'ZEROFILL'
       | 'UNSIGNED'
       | fieldDefaultValue
@@ -28,6 +28,7 @@ field
       | fieldConstraint
       | checkConstraint
       | 'ENABLE'
+      | constraintStateWord
       | ( T_CHARACTER 'SET' | 'CHARSET' ) objectName
       | collate='COLLATE' collation=qualifiedObjectName  // COLLATE "C", COLLATE pg_catalog."default"
         { setCustomStringValueOnToken(RECOGNIZER, $collate, $collation.start, $collation.stop); }
@@ -69,12 +70,14 @@ onOption
     | 'ON' STRING ( STRING | 'IGNORE' | 'REPLACE' ) ->
     ;
 
-// GENERATED, ALWAYS, SRID n and the option words leave nothing. Another
-// word ends the column unread (see kp_endColumnAtWord): the table entry then
-// reports it, as it reports any token after a column.
+// The option words (kp_isColumnOptionWord: GENERATED, ALWAYS, SPARSE, ...)
+// and what follows them (kp_skipColumnOptionArguments: SRID n, STORAGE DISK,
+// MASKED WITH (...), ...) leave nothing. Another word ends the column unread
+// (see kp_endColumnAtWord): the table entry then reports it, as it reports
+// any token after a column.
 wordColumnOption
     : { if (!kp_isColumnOptionWord(LT(1))) { kp_endColumnAtWord(RECOGNIZER); goto rulewordColumnOptionEx; } }
-      STRING ( INT )? ->
+      ( STRING | T_STORAGE | 'WITHOUT' | 'SORT' | 'COMPRESSED' ) { kp_skipColumnOptionArguments(RECOGNIZER) }? ->
     | 'BY' T_DEFAULT ( 'ON' 'NULL' )? ->
     ;
     catch [ANTLR3_RECOGNITION_EXCEPTION] {
@@ -229,7 +232,22 @@ fieldConstraint
     ;
 
 fieldPKOrUniqueConstraint
-    : ( T_PRIMARY T_KEY | 'UNIQUE' ) ( keyClustering )? ( keyIndexOptions )?
+    : ( T_PRIMARY T_KEY ( keySortWord )? | 'UNIQUE' ( nullsDistinct )? ) ( keyClustering )? ( keyIndexOptions )?
+    ;
+
+// SQLite's PRIMARY KEY ASC|DESC on a column.
+keySortWord
+    : ( 'ASC' | 'DESC' ) ->
+    ;
+
+// PostgreSQL's UNIQUE NULLS [NOT] DISTINCT.
+nullsDistinct
+    : 'NULLS' ( T_NOT )? 'DISTINCT' ->
+    ;
+
+// Oracle's state words after a column constraint (ENABLE stays in the tree).
+constraintStateWord
+    : ( 'DISABLE' | 'VALIDATE' | 'NOVALIDATE' | 'RELY' | 'NORELY' ) ->
     ;
 
 // SQL Server's options of the index behind a column's key: WITH (FILLFACTOR

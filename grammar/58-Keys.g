@@ -100,7 +100,7 @@ indexStorageOption
 // are accepted before the column list. SQL Server's included
 // columns and filter stay for the walker.
 tableIndex
-    : 'UNIQUE' ( keyClustering )? ( 'INDEX' | T_KEY )? tableIndexBody
+    : 'UNIQUE' ( nullsDistinct )? ( keyClustering )? ( 'INDEX' | T_KEY )? tableIndexBody
     | nonUniqueIndex
     ;
 

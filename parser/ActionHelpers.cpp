@@ -339,15 +339,127 @@ bool kp_columnTypeAhead(pANTLR3_COMMON_TOKEN token)
                                    "AUTO_INCREMENT", "ON", "GENERATED", "AS"});
 }
 
-bool kp_isColumnOptionWord(pANTLR3_COMMON_TOKEN token)
+namespace {
+
+// What follows a column option word the model has no place for.
+enum class OptionArguments {
+    None,
+    Integer,          // SRID 4326
+    OneWord,          // COLUMN_FORMAT FIXED, STORAGE DISK, COMPRESSION lz4
+    AssignedWord,     // MariaDB's COMPRESSED[=zlib]
+    WithList,         // MASKED WITH (FUNCTION = 'default()'), ENCRYPTED WITH (...)
+    TwoWords,         // COLUMN_SET FOR ALL_SPARSE_COLUMNS, SERIAL DEFAULT VALUE, WITHOUT SYSTEM VERSIONING
+    Encryption,       // Oracle's ENCRYPT [USING 'a'] [IDENTIFIED BY p] ['i'] [[NO] SALT]
+};
+
+struct ColumnOptionWord {
+    const char *word;
+    OptionArguments arguments;
+};
+
+// SQL Server's ROWGUIDCOL, SPARSE, FILESTREAM, PERSISTED, MASKED, ENCRYPTED,
+// COLUMN_SET and HIDDEN; MySQL's and Oracle's VISIBLE, INVISIBLE, VIRTUAL,
+// STORED, SRID, COLUMN_FORMAT, STORAGE, SERIAL DEFAULT VALUE and SORT;
+// MariaDB's COMPRESSED and WITHOUT SYSTEM VERSIONING; Oracle's ENCRYPT;
+// PostgreSQL's STORAGE and COMPRESSION; GENERATED and ALWAYS of several.
+constexpr ColumnOptionWord columnOptionWords[] = {
+    {"GENERATED", OptionArguments::None},       {"ALWAYS", OptionArguments::None},
+    {"ROWGUIDCOL", OptionArguments::None},      {"SPARSE", OptionArguments::None},
+    {"FILESTREAM", OptionArguments::None},      {"PERSISTED", OptionArguments::None},
+    {"VIRTUAL", OptionArguments::None},         {"STORED", OptionArguments::None},
+    {"VISIBLE", OptionArguments::None},         {"INVISIBLE", OptionArguments::None},
+    {"HIDDEN", OptionArguments::None},          {"SORT", OptionArguments::None},
+    {"SRID", OptionArguments::Integer},         {"COLUMN_FORMAT", OptionArguments::OneWord},
+    {"STORAGE", OptionArguments::OneWord},      {"COMPRESSION", OptionArguments::OneWord},
+    {"COMPRESSED", OptionArguments::AssignedWord}, {"MASKED", OptionArguments::WithList},
+    {"ENCRYPTED", OptionArguments::WithList},   {"COLUMN_SET", OptionArguments::TwoWords},
+    {"SERIAL", OptionArguments::TwoWords},      {"WITHOUT", OptionArguments::TwoWords},
+    {"ENCRYPT", OptionArguments::Encryption},
+};
+
+const ColumnOptionWord *columnOptionWord(pANTLR3_COMMON_TOKEN token)
 {
-    for (const char *known : {"GENERATED", "ALWAYS", "ROWGUIDCOL", "SPARSE", "FILESTREAM", "PERSISTED", "VIRTUAL",
-                              "STORED", "VISIBLE", "INVISIBLE", "SRID", "HIDDEN"}) {
-        if (kp_isWord(token, known)) {
-            return true;
+    if (token == nullptr || token->type == QUOTED_STRING) {
+        return nullptr;
+    }
+    for (const ColumnOptionWord &option : columnOptionWords) {
+        if (kp_tokenIsWord(token, option.word)) {
+            return &option;
         }
     }
-    return false;
+    return nullptr;
+}
+
+// A name, a keyword or a number: a token that may stand as an option's word.
+bool isWordLike(pANTLR3_COMMON_TOKEN token)
+{
+    const std::string text = kp_tokenText(token);
+    return !text.empty() && (std::isalnum(static_cast<unsigned char>(text[0])) != 0 || text[0] == '_');
+}
+
+} // namespace
+
+bool kp_isColumnOptionWord(pANTLR3_COMMON_TOKEN token)
+{
+    return columnOptionWord(token) != nullptr;
+}
+
+bool kp_skipColumnOptionArguments(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    pANTLR3_INT_STREAM is = stream->istream;
+    const ColumnOptionWord *option = columnOptionWord(stream->_LT(stream, -1));
+    if (option == nullptr) {
+        return true;
+    }
+    auto next = [stream]() { return stream->_LT(stream, 1); };
+    auto consumeIf = [is](bool take) {
+        if (take) {
+            is->consume(is);
+        }
+        return take;
+    };
+    switch (option->arguments) {
+    case OptionArguments::None:
+        break;
+    case OptionArguments::Integer:
+        consumeIf(next()->type == INT);
+        break;
+    case OptionArguments::OneWord:
+        consumeIf(isWordLike(next()));
+        break;
+    case OptionArguments::AssignedWord:
+        if (consumeIf(next()->type == EQUALS)) {
+            consumeIf(isWordLike(next()));
+        }
+        break;
+    case OptionArguments::WithList:
+        if (consumeIf(kp_tokenIsWord(next(), "WITH")) && consumeIf(next()->type == OPENPAREN)) {
+            kp_skipToClosingParenthesis(recognizer);
+            consumeIf(next()->type == CLOSEPAREN);
+        }
+        break;
+    case OptionArguments::TwoWords:
+        if (consumeIf(isWordLike(next()))) {
+            consumeIf(isWordLike(next()));
+        }
+        break;
+    case OptionArguments::Encryption:
+        if (kp_tokenIsWord(next(), "USING")) {
+            consumeIf(true);
+            consumeIf(next()->type == QUOTED_STRING);
+        }
+        if (kp_tokenIsWord(next(), "IDENTIFIED")) {
+            consumeIf(true);
+            consumeIf(kp_tokenIsWord(next(), "BY"));
+            consumeIf(isWordLike(next()) || next()->type == QUOTED_STRING);
+        }
+        consumeIf(next()->type == QUOTED_STRING);
+        consumeIf(kp_tokenIsWord(next(), "NO"));
+        consumeIf(kp_tokenIsWord(next(), "SALT"));
+        break;
+    }
+    return true;
 }
 
 namespace {

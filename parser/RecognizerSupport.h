@@ -199,6 +199,11 @@ bool kp_columnTypeAhead(pANTLR3_COMMON_TOKEN token);
 // for (GENERATED, ALWAYS, ROWGUIDCOL, SPARSE, PERSISTED, VIRTUAL, STORED,
 // VISIBLE, INVISIBLE, SRID, ...).
 bool kp_isColumnOptionWord(pANTLR3_COMMON_TOKEN token);
+// Consumes what follows such a word, the token before the input (SRID's
+// number, COLUMN_FORMAT's or STORAGE's word, MASKED WITH (...), SERIAL
+// DEFAULT VALUE, ...). Always true: called as a predicate, so that it also
+// runs while a decision tries the tokens ahead.
+bool kp_skipColumnOptionArguments(pANTLR3_BASE_RECOGNIZER recognizer);
 // Another word ends the column where it stands: a marked exception that the
 // column rule drops (kp_isColumnEndAtWord), so that the column keeps what it
 // read and the table entry reports the word as it reports any stray token.
