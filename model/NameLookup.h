@@ -37,17 +37,109 @@ struct NameIndexAccess {
     static void markIndexed(SQLObject &object, std::uint64_t *ownerRenames);
 };
 
+/// List positions by a 32-bit hash, in the order added: an open-addressing
+/// table of (first position, hash) slots, 8 bytes each with at most three
+/// quarters of them in use, and the rare later positions of a hash already
+/// held listed apart by the first one. It keeps no names; callers compare
+/// the names of the positions it gives them.
+class PositionsByHash {
+public:
+    void add(std::uint32_t hash, std::uint32_t position)
+    {
+        if (const Slot *slot = slotOf(hash)) {
+            if (!later_)
+                later_ = std::make_unique<std::unordered_map<std::uint32_t, std::vector<std::uint32_t>>>();
+            (*later_)[slot->position].push_back(position);
+            return;
+        }
+        if ((used_ + 1) * 4 > slots_.size() * 3)
+            grow(slots_.empty() ? 8 : slots_.size() * 2);
+        place(Slot{position, hash});
+        ++used_;
+    }
+
+    /// Calls visit(position) for the positions added under `hash`, in the
+    /// order added, until it returns true; returns whether one did.
+    template <typename Visit>
+    bool visit(std::uint32_t hash, Visit &&visit) const
+    {
+        const Slot *slot = slotOf(hash);
+        if (slot == nullptr)
+            return false;
+        if (visit(slot->position))
+            return true;
+        if (later_)
+            if (const auto found = later_->find(slot->position); found != later_->end())
+                for (std::uint32_t position : found->second)
+                    if (visit(position))
+                        return true;
+        return false;
+    }
+
+    /// Empties it, keeping room for `expected` positions.
+    void clear(std::size_t expected = 0)
+    {
+        slots_.clear();
+        later_.reset();
+        used_ = 0;
+        std::size_t capacity = 8;
+        while (expected * 4 > capacity * 3)
+            capacity *= 2;
+        if (expected != 0)
+            grow(capacity);
+    }
+
+private:
+    static constexpr std::uint32_t kEmpty = UINT32_MAX;
+
+    struct Slot {
+        std::uint32_t position = kEmpty;  // the first added under the hash
+        std::uint32_t hash = 0;
+    };
+
+    const Slot *slotOf(std::uint32_t hash) const
+    {
+        if (slots_.empty())
+            return nullptr;
+        const std::size_t mask = slots_.size() - 1;
+        for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
+            const Slot &slot = slots_[at];
+            if (slot.position == kEmpty)
+                return nullptr;
+            if (slot.hash == hash)
+                return &slot;
+        }
+    }
+
+    void place(Slot slot)
+    {
+        const std::size_t mask = slots_.size() - 1;
+        std::size_t at = slot.hash & mask;
+        while (slots_[at].position != kEmpty)
+            at = (at + 1) & mask;
+        slots_[at] = slot;
+    }
+
+    void grow(std::size_t capacity)
+    {
+        std::vector<Slot> old(capacity);
+        old.swap(slots_);
+        for (const Slot &slot : old)
+            if (slot.position != kEmpty)
+                place(slot);
+    }
+
+    std::vector<Slot> slots_;  // a power of two of them, or none
+    std::unique_ptr<std::unordered_map<std::uint32_t, std::vector<std::uint32_t>>> later_;
+    std::size_t used_ = 0;  // slots in use
+};
+
 /// The items of one owner's list by case-folded name, for look-ups and
 /// renaming in constant time per name tried. It follows the list as items
 /// are added through it and rebuilds itself when one of its items has been
 /// renamed since (renames after adding are rare). Items point at it, so it
-/// never moves.
-///
-/// It keeps no names: an open-addressing table holds, for each folded name,
-/// the list position of its first item and the name's hash (8 bytes a slot,
-/// at most three quarters of the slots in use), and compares candidates by
-/// folding the items' own names. The rare later items of a name already held
-/// are listed apart, by the position of the first.
+/// never moves. It holds list positions by the hash of the folded name and
+/// compares candidates by folding the items' own names.
 template <typename T>
 class NameIndex {
 public:
@@ -77,17 +169,20 @@ public:
         if (name.empty())
             return nullptr;
         refresh(items);
-        const Slot *slot = slotOf(items, FoldedKey::ofName(name));
-        if (slot == nullptr)
-            return nullptr;
-        T *first = items[slot->position].get();
-        if (first->getName() == name)
-            return first;
-        if (const std::vector<std::uint32_t> *later = laterItems(slot->position))
-            for (std::uint32_t position : *later)
-                if (items[position]->getName() == name)
-                    return items[position].get();
-        return first;
+        const FoldedKey key = FoldedKey::ofName(name);
+        T *first = nullptr;
+        T *exact = nullptr;
+        positions_.visit(key.hash, [&](std::uint32_t position) {
+            T *item = items[position].get();
+            if (!foldsTo(item->getName(), key.folded))
+                return false;
+            if (first == nullptr)
+                first = item;
+            if (item->getName() == name)
+                exact = item;
+            return exact != nullptr;
+        });
+        return exact != nullptr ? exact : first;
     }
 
     /// Gives `object` a name not yet used in `items` (case-insensitively):
@@ -100,7 +195,7 @@ public:
             return false;
         refresh(items);
         FoldedKey key = FoldedKey::ofName(object.getName());
-        if (slotOf(items, key) == nullptr)
+        if (!holds(items, key))
             return false;
         const std::string base = object.getName();
         const std::string foldedBase = std::move(key.folded);
@@ -113,7 +208,7 @@ public:
             const std::string tail = "_" + std::to_string(suffix);
             // Folding maps each character on its own, so the folded form of
             // base + tail is the folded base + tail.
-            if (slotOf(items, FoldedKey::ofFolded(foldedBase + tail)) == nullptr) {
+            if (!holds(items, FoldedKey::ofFolded(foldedBase + tail))) {
                 next = suffix + 1;
                 object.setName(base + tail);
                 return true;
@@ -122,13 +217,6 @@ public:
     }
 
 private:
-    static constexpr std::uint32_t kEmpty = UINT32_MAX;
-
-    struct Slot {
-        std::uint32_t position = kEmpty;  // of the first item of the name
-        std::uint32_t hash = 0;
-    };
-
     bool upToDate(std::size_t indexedCount) const
     {
         return renamesSeen_ == renames_ && indexed_ == indexedCount;
@@ -140,90 +228,37 @@ private:
             rebuild(items);
     }
 
-    // The slot of the folded name, or nullptr.
-    const Slot *slotOf(const Items &items, const FoldedKey &key) const
+    // Whether an item's name folds to the key.
+    bool holds(const Items &items, const FoldedKey &key) const
     {
-        if (slots_.empty())
-            return nullptr;
-        const std::size_t mask = slots_.size() - 1;
-        for (std::size_t at = key.hash & mask;; at = (at + 1) & mask) {
-            const Slot &slot = slots_[at];
-            if (slot.position == kEmpty)
-                return nullptr;
-            if (slot.hash == key.hash && foldsTo(items[slot.position]->getName(), key.folded))
-                return &slot;
-        }
-    }
-
-    const std::vector<std::uint32_t> *laterItems(std::uint32_t firstPosition) const
-    {
-        if (!later_)
-            return nullptr;
-        const auto found = later_->find(firstPosition);
-        return found == later_->end() ? nullptr : &found->second;
+        return positions_.visit(key.hash, [&](std::uint32_t position) {
+            return foldsTo(items[position]->getName(), key.folded);
+        });
     }
 
     void insert(const Items &items, std::size_t position)
     {
         ++indexed_;
         const T &item = *items[position];
-        if (!item.hasName())
-            return;
-        const FoldedKey key = FoldedKey::ofName(item.getName());
-        if (const Slot *slot = slotOf(items, key)) {
-            if (!later_)
-                later_ = std::make_unique<std::unordered_map<std::uint32_t, std::vector<std::uint32_t>>>();
-            (*later_)[slot->position].push_back(static_cast<std::uint32_t>(position));
-            return;
-        }
-        if ((used_ + 1) * 4 > slots_.size() * 3)
-            grow(slots_.empty() ? 8 : slots_.size() * 2);
-        place(Slot{static_cast<std::uint32_t>(position), key.hash});
-        ++used_;
-    }
-
-    void place(Slot slot)
-    {
-        const std::size_t mask = slots_.size() - 1;
-        std::size_t at = slot.hash & mask;
-        while (slots_[at].position != kEmpty)
-            at = (at + 1) & mask;
-        slots_[at] = slot;
-    }
-
-    void grow(std::size_t capacity)
-    {
-        std::vector<Slot> old(capacity);
-        old.swap(slots_);
-        for (const Slot &slot : old)
-            if (slot.position != kEmpty)
-                place(slot);
+        if (item.hasName())
+            positions_.add(FoldedKey::ofName(item.getName()).hash, static_cast<std::uint32_t>(position));
     }
 
     void rebuild(const Items &items)
     {
-        slots_.clear();
-        later_.reset();
+        positions_.clear(items.size());
         nextSuffix_.reset();
-        used_ = 0;
         indexed_ = 0;
         renamesSeen_ = renames_;
-        std::size_t capacity = 8;
-        while (items.size() * 4 > capacity * 3)
-            capacity *= 2;
-        if (!items.empty())
-            grow(capacity);
         for (std::size_t position = 0; position < items.size(); ++position)
             insert(items, position);
     }
 
-    std::vector<Slot> slots_;  // a power of two of them, or none
-    std::unique_ptr<std::unordered_map<std::uint32_t, std::vector<std::uint32_t>>> later_;
+    PositionsByHash positions_;
     std::unique_ptr<std::unordered_map<std::string, std::size_t>> nextSuffix_;
     std::uint64_t renames_ = 0;      // bumped by items renamed after adding
     std::uint64_t renamesSeen_ = 0;  // as of the last rebuild
     std::size_t indexed_ = 0;        // items followed, named or not
-    std::size_t used_ = 0;           // slots in use
 };
 
 /// Trimmed text, or nullopt when nothing is left.
