@@ -58,20 +58,20 @@ public:
         ++used_;
     }
 
-    /// Calls visit(position) for the positions added under `hash`, in the
+    /// Calls action(position) for the positions added under `hash`, in the
     /// order added, until it returns true; returns whether one did.
     template <typename Visit>
-    bool visit(std::uint32_t hash, Visit &&visit) const
+    bool visit(std::uint32_t hash, Visit &&action) const
     {
         const Slot *slot = slotOf(hash);
         if (slot == nullptr)
             return false;
-        if (visit(slot->position))
+        if (action(slot->position))
             return true;
         if (later_)
             if (const auto found = later_->find(slot->position); found != later_->end())
                 for (std::uint32_t position : found->second)
-                    if (visit(position))
+                    if (action(position))
                         return true;
         return false;
     }
@@ -139,7 +139,8 @@ private:
 /// are added through it and rebuilds itself when one of its items has been
 /// renamed since (renames after adding are rare). Items point at it, so it
 /// never moves. It holds list positions by the hash of the folded name and
-/// compares candidates by folding the items' own names.
+/// compares candidates by folding the items' own names; a list of up to
+/// kScanLimit items, as most tables' are, is searched in place instead.
 template <typename T>
 class NameIndex {
 public:
@@ -172,7 +173,7 @@ public:
         const FoldedKey key = FoldedKey::ofName(name);
         T *first = nullptr;
         T *exact = nullptr;
-        positions_.visit(key.hash, [&](std::uint32_t position) {
+        visit(items, key, [&](std::uint32_t position) {
             T *item = items[position].get();
             if (!foldsTo(item->getName(), key.folded))
                 return false;
@@ -217,9 +218,26 @@ public:
     }
 
 private:
+    static constexpr std::size_t kScanLimit = 16;
+
     bool upToDate(std::size_t indexedCount) const
     {
         return renamesSeen_ == renames_ && indexed_ == indexedCount;
+    }
+
+    bool hashed() const { return indexed_ > kScanLimit; }
+
+    // Calls action(position) for the positions that may hold the key's name,
+    // in list order, until it returns true.
+    template <typename Visit>
+    bool visit(const Items &items, const FoldedKey &key, Visit &&action) const
+    {
+        if (hashed())
+            return positions_.visit(key.hash, action);
+        for (std::size_t position = 0; position < items.size(); ++position)
+            if (items[position]->hasName() && action(static_cast<std::uint32_t>(position)))
+                return true;
+        return false;
     }
 
     void refresh(const Items &items)
@@ -231,7 +249,7 @@ private:
     // Whether an item's name folds to the key.
     bool holds(const Items &items, const FoldedKey &key) const
     {
-        return positions_.visit(key.hash, [&](std::uint32_t position) {
+        return visit(items, key, [&](std::uint32_t position) {
             return foldsTo(items[position]->getName(), key.folded);
         });
     }
@@ -239,6 +257,18 @@ private:
     void insert(const Items &items, std::size_t position)
     {
         ++indexed_;
+        if (indexed_ == kScanLimit + 1) {
+            // Too many to search in place from now on: hash them all.
+            positions_.clear(indexed_);
+            for (std::size_t earlier = 0; earlier < indexed_; ++earlier)
+                hash(items, earlier);
+        } else if (hashed()) {
+            hash(items, position);
+        }
+    }
+
+    void hash(const Items &items, std::size_t position)
+    {
         const T &item = *items[position];
         if (item.hasName())
             positions_.add(FoldedKey::ofName(item.getName()).hash, static_cast<std::uint32_t>(position));
@@ -246,7 +276,7 @@ private:
 
     void rebuild(const Items &items)
     {
-        positions_.clear(items.size());
+        positions_.clear();
         nextSuffix_.reset();
         indexed_ = 0;
         renamesSeen_ = renames_;

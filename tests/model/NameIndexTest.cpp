@@ -1,5 +1,6 @@
 // The per-table name index on its own: positions across growth, several
-// items of one folded name, renames, unnamed items and Unicode folding.
+// items of one folded name, renames, unnamed items and Unicode folding, each
+// both for short lists (searched in place) and long ones (hashed).
 #include "NameLookup.h"
 
 #include <SchemaModel/SchemaModel.h>
@@ -13,6 +14,13 @@ using SchemaModel::detail::NameIndex;
 namespace {
 
 struct Fields {
+    // `padding` unrelated names first: 40 of them make the index hash.
+    explicit Fields(int padding = 0)
+    {
+        for (int i = 0; i < padding; ++i)
+            add("padding" + std::to_string(i));
+    }
+
     NameIndex<SQLField> index;
     NameIndex<SQLField>::Items items;
 
@@ -24,6 +32,8 @@ struct Fields {
     }
     SQLField *find(std::string_view name) { return index.find(items, name); }
 };
+
+const int paddings[] = {0, 40};
 
 } // namespace
 
@@ -44,35 +54,41 @@ TEST(NameIndexTest, FindsEveryOneOfManyNamesAcrossGrowth)
 
 TEST(NameIndexTest, SeveralItemsOfOneFoldedNamePreferExactThenFirst)
 {
-    Fields fields;
-    SQLField *lower = fields.add("dup");
-    fields.add("other");
-    SQLField *upper = fields.add("DUP");
-    SQLField *mixed = fields.add("Dup");
-    SQLField *second = fields.add("DUP");
-    EXPECT_EQ(fields.find("dup"), lower);
-    EXPECT_EQ(fields.find("DUP"), upper);
-    EXPECT_NE(fields.find("DUP"), second);
-    EXPECT_EQ(fields.find("Dup"), mixed);
-    EXPECT_EQ(fields.find("dUP"), lower);
+    for (const int padding : paddings) {
+        SCOPED_TRACE(padding);
+        Fields fields(padding);
+        SQLField *lower = fields.add("dup");
+        fields.add("other");
+        SQLField *upper = fields.add("DUP");
+        SQLField *mixed = fields.add("Dup");
+        SQLField *second = fields.add("DUP");
+        EXPECT_EQ(fields.find("dup"), lower);
+        EXPECT_EQ(fields.find("DUP"), upper);
+        EXPECT_NE(fields.find("DUP"), second);
+        EXPECT_EQ(fields.find("Dup"), mixed);
+        EXPECT_EQ(fields.find("dUP"), lower);
 
-    // Ten thousand items of one name cost one slot and stay quick to add.
-    for (int i = 0; i < 10000; ++i)
-        fields.add(i % 2 == 0 ? "same" : "SAME");
-    EXPECT_EQ(fields.find("SAME"), fields.items[6].get());
-    EXPECT_EQ(fields.find("Same"), fields.items[5].get());
+        // Ten thousand items of one name cost one slot and stay quick to add.
+        for (int i = 0; i < 10000; ++i)
+            fields.add(i % 2 == 0 ? "same" : "SAME");
+        EXPECT_EQ(fields.find("SAME"), fields.items[padding + 6].get());
+        EXPECT_EQ(fields.find("Same"), fields.items[padding + 5].get());
+    }
 }
 
 TEST(NameIndexTest, UnnamedItemsKeepLaterPositionsRight)
 {
-    Fields fields;
-    fields.add("");
-    fields.add("  ");
-    SQLField *named = fields.add("a");
-    fields.add("");
-    SQLField *last = fields.add("b");
-    EXPECT_EQ(fields.find("A"), named);
-    EXPECT_EQ(fields.find("b"), last);
+    for (const int padding : paddings) {
+        SCOPED_TRACE(padding);
+        Fields fields(padding);
+        fields.add("");
+        fields.add("  ");
+        SQLField *named = fields.add("a");
+        fields.add("");
+        SQLField *last = fields.add("b");
+        EXPECT_EQ(fields.find("A"), named);
+        EXPECT_EQ(fields.find("b"), last);
+    }
 }
 
 TEST(NameIndexTest, RenamesAndReorderingAreFollowed)
@@ -101,20 +117,36 @@ TEST(NameIndexTest, RenamesAndReorderingAreFollowed)
 
 TEST(NameIndexTest, FoldsUnicodeNamesLikeTheNameComparison)
 {
-    Fields fields;
-    SQLField *strasse = fields.add("Straße");
-    SQLField *kelvin = fields.add("\u212Aey");  // KELVIN SIGN folds to ASCII k
-    SQLField *greek = fields.add("ΣΊΣΥΦΟΣ");
-    EXPECT_EQ(fields.find("STRASSE"), strasse);
-    EXPECT_EQ(fields.find("strasse"), strasse);
-    EXPECT_EQ(fields.find("key"), kelvin);
-    EXPECT_EQ(fields.find("KEY"), kelvin);
-    EXPECT_EQ(fields.find("σίσυφος"), greek);
-    EXPECT_EQ(fields.find("σίσυφοσ"), greek);
+    for (const int padding : paddings) {
+        SCOPED_TRACE(padding);
+        Fields fields(padding);
+        SQLField *strasse = fields.add("Straße");
+        SQLField *kelvin = fields.add("\u212Aey");  // KELVIN SIGN folds to ASCII k
+        SQLField *greek = fields.add("ΣΊΣΥΦΟΣ");
+        EXPECT_EQ(fields.find("STRASSE"), strasse);
+        EXPECT_EQ(fields.find("strasse"), strasse);
+        EXPECT_EQ(fields.find("key"), kelvin);
+        EXPECT_EQ(fields.find("KEY"), kelvin);
+        EXPECT_EQ(fields.find("σίσυφος"), greek);
+        EXPECT_EQ(fields.find("σίσυφοσ"), greek);
 
-    auto clash = SQLField::fieldWithName("KEY", "int");
-    EXPECT_TRUE(fields.index.makeUnique(fields.items, *clash));
-    EXPECT_EQ(clash->getName(), "KEY_1");
-    auto free = SQLField::fieldWithName("keys", "int");
-    EXPECT_FALSE(fields.index.makeUnique(fields.items, *free));
+        auto clash = SQLField::fieldWithName("KEY", "int");
+        EXPECT_TRUE(fields.index.makeUnique(fields.items, *clash));
+        EXPECT_EQ(clash->getName(), "KEY_1");
+        auto free = SQLField::fieldWithName("keys", "int");
+        EXPECT_FALSE(fields.index.makeUnique(fields.items, *free));
+    }
+}
+
+TEST(NameIndexTest, AListGrowingPastTheScanLimitKeepsEveryName)
+{
+    Fields fields;
+    for (int i = 0; i < 40; ++i) {
+        fields.add(i % 3 == 0 ? "" : "n" + std::to_string(i));
+        for (int j = 1; j <= i; ++j) {
+            if (j % 3 != 0) {
+                ASSERT_EQ(fields.find("N" + std::to_string(j)), fields.items[j].get()) << i << " " << j;
+            }
+        }
+    }
 }
