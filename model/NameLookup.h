@@ -225,15 +225,14 @@ private:
         return renamesSeen_ == renames_ && indexed_ == indexedCount;
     }
 
-    bool hashed() const { return indexed_ > kScanLimit; }
 
     // Calls action(position) for the positions that may hold the key's name,
     // in list order, until it returns true.
     template <typename Visit>
     bool visit(const Items &items, const FoldedKey &key, Visit &&action) const
     {
-        if (hashed())
-            return positions_.visit(key.hash, action);
+        if (positions_)
+            return positions_->visit(key.hash, action);
         for (std::size_t position = 0; position < items.size(); ++position)
             if (items[position]->hasName() && action(static_cast<std::uint32_t>(position)))
                 return true;
@@ -257,13 +256,14 @@ private:
     void insert(const Items &items, std::size_t position)
     {
         ++indexed_;
-        if (indexed_ == kScanLimit + 1) {
+        if (positions_) {
+            hash(items, position);
+        } else if (indexed_ > kScanLimit) {
             // Too many to search in place from now on: hash them all.
-            positions_.clear(indexed_);
+            positions_ = std::make_unique<PositionsByHash>();
+            positions_->clear(indexed_);
             for (std::size_t earlier = 0; earlier < indexed_; ++earlier)
                 hash(items, earlier);
-        } else if (hashed()) {
-            hash(items, position);
         }
     }
 
@@ -271,12 +271,12 @@ private:
     {
         const T &item = *items[position];
         if (item.hasName())
-            positions_.add(FoldedKey::ofName(item.getName()).hash, static_cast<std::uint32_t>(position));
+            positions_->add(FoldedKey::ofName(item.getName()).hash, static_cast<std::uint32_t>(position));
     }
 
     void rebuild(const Items &items)
     {
-        positions_.clear();
+        positions_.reset();
         nextSuffix_.reset();
         indexed_ = 0;
         renamesSeen_ = renames_;
@@ -284,7 +284,7 @@ private:
             insert(items, position);
     }
 
-    PositionsByHash positions_;
+    std::unique_ptr<PositionsByHash> positions_;  // made past kScanLimit items
     std::unique_ptr<std::unordered_map<std::string, std::size_t>> nextSuffix_;
     std::uint64_t renames_ = 0;      // bumped by items renamed after adding
     std::uint64_t renamesSeen_ = 0;  // as of the last rebuild
