@@ -39,7 +39,8 @@ public:
 
     static std::unique_ptr<SQLField> fieldWithName(std::string_view name, std::string_view type);
 
-    /// Type text as written.
+    /// Type text as written. The reference stays valid until the field's
+    /// type or default value is set again, or the field is destroyed.
     const std::string &getType() const;
     void setType(std::string_view type);
 
@@ -68,8 +69,14 @@ public:
     SQLFieldReference *getReferences();
 
     void setDefaultCardinalityForImport();
-    void setSourceCardinality(SQLCardinality cardinality) { sourceCardinality_ = static_cast<std::uint8_t>(cardinality); }
-    void setTargetCardinality(SQLCardinality cardinality) { targetCardinality_ = static_cast<std::uint8_t>(cardinality); }
+    void setSourceCardinality(SQLCardinality cardinality)
+    {
+        sourceCardinality_ = static_cast<std::uint8_t>(cardinality);
+    }
+    void setTargetCardinality(SQLCardinality cardinality)
+    {
+        targetCardinality_ = static_cast<std::uint8_t>(cardinality);
+    }
     SQLCardinality getSourceCardinality() const { return static_cast<SQLCardinality>(sourceCardinality_); }
     SQLCardinality getTargetCardinality() const { return static_cast<SQLCardinality>(targetCardinality_); }
 
