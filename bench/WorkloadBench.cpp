@@ -1,8 +1,8 @@
 // Throughput and peak memory of the three workloads users run, at several
 // input sizes:
-//   ddl-import  the library imports a DDL-only schema script
+//   ddl-import  the library imports a DDL-only schema script file (parseFile)
 //   cli-model   `sqlantlr model FILE` on the same script, JSON output included
-//   dump-import the library imports a dump: a few tables, many multi-row INSERTs
+//   dump-import the library imports a dump file (parseFile): a few tables, many multi-row INSERTs
 //   cli-dump    `sqlantlr model FILE` on the same dump (the file parsed in place)
 //
 // MB/s is given per wall second and per CPU second of the child (user and
@@ -18,6 +18,9 @@
 // --short runs 0.2 MB of each workload once, to prove the benchmark still works.
 //   sqlantlr_workload_bench --write ddl|dump MB FILE
 // writes the script a workload would parse, for measuring other commands on it.
+//   sqlantlr_workload_bench --child FILE | --child-string FILE
+// imports FILE once with parseFile (as ddl-import and dump-import do) or
+// parseString, for measuring one import with /usr/bin/time or heaptrack.
 #include "ScriptGenerator.h"
 
 #include <SQLAntlrParser/SQLAntlrParser.h>
@@ -65,16 +68,19 @@ std::string readFile(const std::string &path)
     return text;
 }
 
-// The child side of a library case: imports FILE and prints the seconds the
-// import took (reading the file excluded) and the table count.
-int runChild(const std::string &file)
+// The child side of a library case: imports FILE as SQLParser::parseFile
+// does (decoded piece by piece, read in place) and prints the seconds the
+// import took and the table count. With `string`, it reads the file into a
+// string first and imports that with parseString, which holds the text as
+// UTF-8 and UTF-16 while it parses (reading the file is then not timed).
+int runChild(const std::string &file, bool string)
 {
-    const std::string script = readFile(file);
+    const std::string script = string ? readFile(file) : std::string();
     const auto start = std::chrono::steady_clock::now();
     std::unique_ptr<SQLContainer> model;
     {
         SQLParser parser;
-        model = parser.parseString(script);
+        model = string ? parser.parseString(script) : parser.parseFile(file);
     }
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     std::printf("%.6f %zu\n", seconds, model ? model->tables().size() : 0);
@@ -182,8 +188,8 @@ int main(int argc, char **argv)
     std::string cli = SQLANTLR_CLI_PATH;
     for (int i = 1; i < argc; ++i) {
         const std::string arg = argv[i];
-        if (arg == "--child" && i + 1 < argc) {
-            return runChild(argv[i + 1]);
+        if ((arg == "--child" || arg == "--child-string") && i + 1 < argc) {
+            return runChild(argv[i + 1], arg == "--child-string");
         } else if (arg == "--write" && i + 3 < argc) {
             const std::string kind = argv[i + 1];
             const auto bytes = static_cast<size_t>(std::stod(argv[i + 2]) * 1e6);
@@ -237,7 +243,7 @@ int main(int argc, char **argv)
             std::string().swap(script);
             std::string output;
             Outcome imported = runProcess({self, "--child", file}, true, output);
-            // The import's own wall time, without process start and file reading.
+            // The import's own wall time, without process start.
             double seconds = 0;
             if (imported.ok && std::sscanf(output.c_str(), "%lf", &seconds) == 1 && seconds > 0) {
                 imported.seconds = seconds;

@@ -7,6 +7,7 @@
 #include <unicode/unistr.h>
 
 #include <cstdint>
+#include <functional>
 
 namespace SchemaModel {
 namespace {
@@ -116,6 +117,25 @@ std::string foldedName(std::string_view name)
     std::string folded;
     fromUtf8(name).foldCase(U_FOLD_CASE_DEFAULT).toUTF8String(folded);
     return folded;
+}
+
+bool foldsTo(std::string_view name, std::string_view folded)
+{
+    if (!isAscii(name))
+        return foldedName(name) == folded;
+    if (name.size() != folded.size())
+        return false;
+    for (std::size_t i = 0; i < name.size(); ++i)
+        if (asciiLower(name[i]) != folded[i])
+            return false;
+    return true;
+}
+
+FoldedKey FoldedKey::ofFolded(std::string folded)
+{
+    const std::size_t full = std::hash<std::string_view>()(folded);
+    const auto hash = static_cast<std::uint32_t>(full ^ (full >> 16 >> 16));
+    return FoldedKey{std::move(folded), hash};
 }
 
 } // namespace detail

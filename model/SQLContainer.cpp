@@ -64,6 +64,49 @@ Result *findWithSchema(std::string_view rawName, std::optional<std::string_view>
 
 } // namespace
 
+namespace SchemaModel::detail {
+
+struct ContainerNameIndexes {
+    PositionsByHash tables;
+    PositionsByHash views;
+};
+
+} // namespace SchemaModel::detail
+
+namespace {
+
+template <typename T>
+void index(std::unique_ptr<SchemaModel::detail::ContainerNameIndexes> &names,
+           SchemaModel::detail::PositionsByHash SchemaModel::detail::ContainerNameIndexes::*list,
+           const std::vector<std::unique_ptr<T>> &items)
+{
+    const T &added = *items.back();
+    if (!added.hasName())
+        return;
+    if (!names)
+        names = std::make_unique<SchemaModel::detail::ContainerNameIndexes>();
+    ((*names).*list).add(SchemaModel::detail::FoldedKey::ofName(added.getName()).hash,
+                         static_cast<std::uint32_t>(items.size() - 1));
+}
+
+// The objects indexed under the folded name's hash, in the order added.
+template <typename T>
+std::vector<T *> candidates(const SchemaModel::detail::ContainerNameIndexes *names,
+                            SchemaModel::detail::PositionsByHash SchemaModel::detail::ContainerNameIndexes::*list,
+                            const std::vector<std::unique_ptr<T>> &items, std::uint32_t hash)
+{
+    std::vector<T *> found;
+    if (names != nullptr)
+        (names->*list).visit(hash, [&](std::uint32_t position) {
+            found.push_back(items[position].get());
+            return false;
+        });
+    return found;
+}
+
+} // namespace
+
+SQLContainer::SQLContainer() = default;
 SQLContainer::~SQLContainer() = default;
 SQLContainer::SQLContainer(SQLContainer &&) noexcept = default;
 SQLContainer &SQLContainer::operator=(SQLContainer &&) noexcept = default;
@@ -73,10 +116,8 @@ SQLTable *SQLContainer::add(std::unique_ptr<SQLTable> table)
     if (!table)
         return nullptr;
     tables_.push_back(std::move(table));
-    SQLTable *added = tables_.back().get();
-    if (added->hasName())
-        tablesByName_[SchemaModel::detail::foldedName(added->getName())].push_back(added);
-    return added;
+    index(names_, &SchemaModel::detail::ContainerNameIndexes::tables, tables_);
+    return tables_.back().get();
 }
 
 SQLView *SQLContainer::add(std::unique_ptr<SQLView> view)
@@ -84,10 +125,8 @@ SQLView *SQLContainer::add(std::unique_ptr<SQLView> view)
     if (!view)
         return nullptr;
     views_.push_back(std::move(view));
-    SQLView *added = views_.back().get();
-    if (added->hasName())
-        viewsByName_[SchemaModel::detail::foldedName(added->getName())].push_back(added);
-    return added;
+    index(names_, &SchemaModel::detail::ContainerNameIndexes::views, views_);
+    return views_.back().get();
 }
 
 void SQLContainer::append(SQLContainer &&other)
@@ -100,41 +139,31 @@ void SQLContainer::append(SQLContainer &&other)
         add(std::move(view));
     other.tables_.clear();
     other.views_.clear();
-    other.tablesByName_.clear();
-    other.viewsByName_.clear();
+    other.names_.reset();
 }
-
-namespace {
-
-// The indexed objects of one folded name, in the order they were added.
-template <typename T>
-const std::vector<T *> &candidates(const std::unordered_map<std::string, std::vector<T *>> &index,
-                                   const std::string &folded)
-{
-    static const std::vector<T *> none;
-    const auto found = index.find(folded);
-    return found == index.end() ? none : found->second;
-}
-
-} // namespace
 
 template <typename Result>
 Result *SQLContainer::lookUp(std::string_view name, std::optional<std::string_view> schema) const
 {
     // Only objects of the same folded name can match; search them with the
     // rules of a full search, then fall back to one for renamed objects.
-    const std::string folded = SchemaModel::detail::foldedName(SchemaModel::trim(name));
+    using SchemaModel::detail::ContainerNameIndexes;
+    const std::uint32_t hash = SchemaModel::detail::FoldedKey::ofName(SchemaModel::trim(name)).hash;
+    const ContainerNameIndexes *names = names_.get();
     if constexpr (std::is_same_v<Result, SQLTable>) {
-        if (SQLTable *found = findWithSchema<SQLTable>(name, schema, candidates(tablesByName_, folded)))
+        if (SQLTable *found = findWithSchema<SQLTable>(
+                name, schema, candidates(names, &ContainerNameIndexes::tables, tables_, hash)))
             return found;
         return findWithSchema<SQLTable>(name, schema, tables_);
     } else if constexpr (std::is_same_v<Result, SQLView>) {
-        if (SQLView *found = findWithSchema<SQLView>(name, schema, candidates(viewsByName_, folded)))
+        if (SQLView *found = findWithSchema<SQLView>(
+                name, schema, candidates(names, &ContainerNameIndexes::views, views_, hash)))
             return found;
         return findWithSchema<SQLView>(name, schema, views_);
     } else {
-        if (SQLObject *found = findWithSchema<SQLObject>(name, schema, candidates(tablesByName_, folded),
-                                                         candidates(viewsByName_, folded)))
+        if (SQLObject *found = findWithSchema<SQLObject>(
+                name, schema, candidates(names, &ContainerNameIndexes::tables, tables_, hash),
+                candidates(names, &ContainerNameIndexes::views, views_, hash)))
             return found;
         return findWithSchema<SQLObject>(name, schema, tables_, views_);
     }

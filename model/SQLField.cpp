@@ -1,8 +1,21 @@
 #include <SchemaModel/SQLField.h>
 
+#include "FieldTexts.h"
 #include "NameLookup.h"
 
-SQLField::~SQLField() = default;
+using SchemaModel::detail::FieldTexts;
+
+struct SQLField::Rare {
+    std::vector<std::unique_ptr<SQLConstraint>> checks;
+    std::optional<SQLFieldReference> reference;
+};
+
+SQLField::SQLField() = default;
+
+SQLField::~SQLField()
+{
+    SchemaModel::detail::releaseFieldTexts(texts_);
+}
 
 std::unique_ptr<SQLField> SQLField::fieldWithName(std::string_view name, std::string_view type)
 {
@@ -12,84 +25,133 @@ std::unique_ptr<SQLField> SQLField::fieldWithName(std::string_view name, std::st
     return field;
 }
 
+SQLField::Rare &SQLField::rare()
+{
+    if (!rare_)
+        rare_ = std::make_unique<Rare>();
+    return *rare_;
+}
+
+void SQLField::setTexts(std::string_view type, std::optional<std::string_view> defaultValue)
+{
+    const FieldTexts *previous = texts_;
+    texts_ = SchemaModel::detail::acquireFieldTexts(type, defaultValue);
+    SchemaModel::detail::releaseFieldTexts(previous);
+}
+
+const std::string &SQLField::getType() const
+{
+    static const std::string none;
+    return texts_ != nullptr ? texts_->type : none;
+}
+
 void SQLField::setType(std::string_view type)
 {
-    type_ = std::string(type);
+    std::optional<std::string_view> defaultValue;
+    if (texts_ != nullptr && texts_->defaultValue)
+        defaultValue = *texts_->defaultValue;
+    setTexts(type, defaultValue);
 }
 
 void SQLField::setDefaultValueFromParsedString(std::string_view value)
 {
-    defaultValue_ = std::string(value);
+    setTexts(getType(), value);
+}
+
+std::optional<std::string> SQLField::getDefaultValue() const
+{
+    return texts_ != nullptr ? texts_->defaultValue : std::nullopt;
 }
 
 SQLConstraint *SQLField::addCheckConstraint(std::unique_ptr<SQLConstraint> constraint)
 {
     if (!constraint)
         return nullptr;
-    checks_.push_back(std::move(constraint));
-    return checks_.back().get();
+    std::vector<std::unique_ptr<SQLConstraint>> &checks = rare().checks;
+    checks.push_back(std::move(constraint));
+    return checks.back().get();
+}
+
+const std::vector<std::unique_ptr<SQLConstraint>> &SQLField::checkConstraints() const
+{
+    static const std::vector<std::unique_ptr<SQLConstraint>> none;
+    return rare_ ? rare_->checks : none;
 }
 
 void SQLField::setReferences(std::string_view table, std::optional<std::string_view> field)
 {
-    reference_ = std::make_unique<SQLFieldReference>();
-    reference_->table = SchemaModel::trim(table);
+    SQLFieldReference &reference = rare().reference.emplace();
+    reference.table = SchemaModel::trim(table);
     if (field)
-        reference_->field = SchemaModel::detail::trimmedOrNone(*field);
+        reference.field = SchemaModel::detail::trimmedOrNone(*field);
+}
+
+const SQLFieldReference *SQLField::getReferences() const
+{
+    return rare_ && rare_->reference ? &*rare_->reference : nullptr;
+}
+
+SQLFieldReference *SQLField::getReferences()
+{
+    return rare_ && rare_->reference ? &*rare_->reference : nullptr;
 }
 
 void SQLField::setReferenceId(std::string_view referenceId)
 {
-    if (reference_)
-        reference_->referenceId = SchemaModel::detail::trimmedOrNone(referenceId);
+    if (SQLFieldReference *reference = getReferences())
+        reference->referenceId = SchemaModel::detail::trimmedOrNone(referenceId);
 }
 
 void SQLField::setDefaultCardinalityForImport()
 {
-    sourceCardinality_ = SQLCardinality::ZeroOrMore;
-    targetCardinality_ = SQLCardinality::ExactlyOne;
+    setSourceCardinality(SQLCardinality::ZeroOrMore);
+    setTargetCardinality(SQLCardinality::ExactlyOne);
 }
 
 void SQLField::setDeleteAction(int action)
 {
-    if (reference_)
-        reference_->onDelete = action;
+    if (SQLFieldReference *reference = getReferences())
+        reference->onDelete = action;
 }
 
 void SQLField::setUpdateAction(int action)
 {
-    if (reference_)
-        reference_->onUpdate = action;
+    if (SQLFieldReference *reference = getReferences())
+        reference->onUpdate = action;
 }
 
 void SQLField::setDeferrable(bool deferrable)
 {
-    if (reference_)
-        reference_->deferrable = deferrable;
+    if (SQLFieldReference *reference = getReferences())
+        reference->deferrable = deferrable;
 }
 
 void SQLField::setInitiallyDeferred(bool initiallyDeferred)
 {
-    if (reference_)
-        reference_->initiallyDeferred = initiallyDeferred;
+    if (SQLFieldReference *reference = getReferences())
+        reference->initiallyDeferred = initiallyDeferred;
 }
 
 int SQLField::getDeleteAction() const
 {
-    return reference_ ? reference_->onDelete : SQLNoActionWritten;
+    const SQLFieldReference *reference = getReferences();
+    return reference != nullptr ? reference->onDelete : SQLNoActionWritten;
 }
 
 int SQLField::getUpdateAction() const
 {
-    return reference_ ? reference_->onUpdate : SQLNoActionWritten;
+    const SQLFieldReference *reference = getReferences();
+    return reference != nullptr ? reference->onUpdate : SQLNoActionWritten;
 }
 
 bool SQLField::isDeferrable() const
 {
-    return reference_ && reference_->deferrable;
+    const SQLFieldReference *reference = getReferences();
+    return reference != nullptr && reference->deferrable;
 }
 
 bool SQLField::isInitiallyDeferred() const
 {
-    return reference_ && reference_->initiallyDeferred;
+    const SQLFieldReference *reference = getReferences();
+    return reference != nullptr && reference->initiallyDeferred;
 }

@@ -77,18 +77,24 @@ SQLField *SQLTable::addWithRenaming(std::unique_ptr<SQLField> field, bool *didRe
 
 void SQLTable::moveFieldsToFront(const std::vector<std::string> &names)
 {
-    std::vector<std::unique_ptr<SQLField>> ordered;
-    ordered.reserve(fields_.size());
+    // Look every name up before moving anything: the name index refers to
+    // fields by their place in the list.
+    std::vector<const SQLField *> front;
     for (const std::string &name : names) {
-        SQLField *field = getFieldByName(name);
-        const auto at = std::find_if(fields_.begin(), fields_.end(),
-                                     [field](const std::unique_ptr<SQLField> &f) { return f.get() == field; });
-        if (field != nullptr && at != fields_.end()) {
-            ordered.push_back(std::move(*at));
+        const SQLField *field = getFieldByName(name);
+        if (field != nullptr && std::find(front.begin(), front.end(), field) == front.end()) {
+            front.push_back(field);
         }
     }
-    if (ordered.empty()) {
+    if (front.empty()) {
         return;
+    }
+    std::vector<std::unique_ptr<SQLField>> ordered;
+    ordered.reserve(fields_.size());
+    for (const SQLField *field : front) {
+        const auto at = std::find_if(fields_.begin(), fields_.end(),
+                                     [field](const std::unique_ptr<SQLField> &f) { return f.get() == field; });
+        ordered.push_back(std::move(*at));
     }
     for (std::unique_ptr<SQLField> &field : fields_) {
         if (field) {

@@ -8,13 +8,16 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
+
+namespace SchemaModel::detail {
+struct ContainerNameIndexes;
+}
 
 /// The result of an import: owns the tables and views in the order added.
 class SQLContainer {
 public:
-    SQLContainer() = default;
+    SQLContainer();
     ~SQLContainer();
     SQLContainer(const SQLContainer &) = delete;
     SQLContainer &operator=(const SQLContainer &) = delete;
@@ -57,12 +60,11 @@ private:
     std::vector<std::unique_ptr<SQLTable>> tables_;
     std::vector<std::unique_ptr<SQLView>> views_;
 
-    // Tables and views by case-folded name, in the order added, so that
-    // look-ups in large schemas need not scan every object. Filled as
-    // objects are added; a look-up that finds nothing there scans the lists,
-    // which also finds objects renamed after they were added.
-    std::unordered_map<std::string, std::vector<SQLTable *>> tablesByName_;
-    std::unordered_map<std::string, std::vector<SQLView *>> viewsByName_;
+    // Tables and views by the folded name they had when added, in the order
+    // added, so that look-ups in large schemas need not scan every object.
+    // Made at the first object; a look-up that finds nothing there scans the
+    // lists, which also finds objects renamed after they were added.
+    std::unique_ptr<SchemaModel::detail::ContainerNameIndexes> names_;
 
     template <typename Result>
     Result *lookUp(std::string_view name, std::optional<std::string_view> schema) const;

@@ -4,6 +4,7 @@
 #include <SchemaModel/SQLObject.h>
 #include <SchemaModel/SQLReferentialActions.h>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -12,6 +13,10 @@
 
 class SQLTable;
 class SQLField;
+
+namespace SchemaModel::detail {
+struct FieldTexts;
+}
 
 /// A single-column reference (`col ... REFERENCES t(c)`). The names are kept
 /// as parsed; SQLContainer::postLoadProcess fills in the targets.
@@ -29,13 +34,14 @@ struct SQLFieldReference {
 /// A column of a table.
 class SQLField : public SQLObject, public SQLReferentialActions {
 public:
-    SQLField() = default;
+    SQLField();
     ~SQLField() override;
 
     static std::unique_ptr<SQLField> fieldWithName(std::string_view name, std::string_view type);
 
-    /// Type text as written.
-    const std::string &getType() const { return type_; }
+    /// Type text as written. The reference stays valid until the field's
+    /// type or default value is set again, or the field is destroyed.
+    const std::string &getType() const;
     void setType(std::string_view type);
 
     void setNotNull(bool notNull) { notNull_ = notNull; }
@@ -47,11 +53,11 @@ public:
 
     /// Default value text, stored exactly as given.
     void setDefaultValueFromParsedString(std::string_view value);
-    std::optional<std::string> getDefaultValue() const { return defaultValue_; }
+    std::optional<std::string> getDefaultValue() const;
 
     /// Returns the added constraint, or nullptr when given nullptr.
     SQLConstraint *addCheckConstraint(std::unique_ptr<SQLConstraint> constraint);
-    const std::vector<std::unique_ptr<SQLConstraint>> &checkConstraints() const { return checks_; }
+    const std::vector<std::unique_ptr<SQLConstraint>> &checkConstraints() const;
 
     /// Replaces any previous reference by a fresh, unresolved one to the
     /// (trimmed) table and optional field; an empty field name means "the
@@ -59,14 +65,20 @@ public:
     void setReferences(std::string_view table, std::optional<std::string_view> field);
     /// Names the reference's constraint; does nothing without a reference.
     void setReferenceId(std::string_view referenceId);
-    const SQLFieldReference *getReferences() const { return reference_.get(); }
-    SQLFieldReference *getReferences() { return reference_.get(); }
+    const SQLFieldReference *getReferences() const;
+    SQLFieldReference *getReferences();
 
     void setDefaultCardinalityForImport();
-    void setSourceCardinality(SQLCardinality cardinality) { sourceCardinality_ = cardinality; }
-    void setTargetCardinality(SQLCardinality cardinality) { targetCardinality_ = cardinality; }
-    SQLCardinality getSourceCardinality() const { return sourceCardinality_; }
-    SQLCardinality getTargetCardinality() const { return targetCardinality_; }
+    void setSourceCardinality(SQLCardinality cardinality)
+    {
+        sourceCardinality_ = static_cast<std::uint8_t>(cardinality);
+    }
+    void setTargetCardinality(SQLCardinality cardinality)
+    {
+        targetCardinality_ = static_cast<std::uint8_t>(cardinality);
+    }
+    SQLCardinality getSourceCardinality() const { return static_cast<SQLCardinality>(sourceCardinality_); }
+    SQLCardinality getTargetCardinality() const { return static_cast<SQLCardinality>(targetCardinality_); }
 
     // Act on the reference; without one the setters do nothing and the
     // getters report 0 / false.
@@ -80,13 +92,19 @@ public:
     bool isInitiallyDeferred() const override;
 
 private:
-    std::string type_;
+    // A schema has hundreds of thousands of columns, so a column keeps what
+    // most columns have in a few words: its type and default are a pair
+    // shared with the columns that have the same pair, and CHECK constraints
+    // and a reference, which few columns have, live in an object of their own.
+    struct Rare;
+    Rare &rare();
+    void setTexts(std::string_view type, std::optional<std::string_view> defaultValue);
+
+    const SchemaModel::detail::FieldTexts *texts_ = nullptr;  // none: no type, no default
+    std::unique_ptr<Rare> rare_;
     bool notNull_ = false;
     bool autoIncrement_ = false;
     bool primaryKey_ = false;
-    std::optional<std::string> defaultValue_;
-    std::vector<std::unique_ptr<SQLConstraint>> checks_;
-    std::unique_ptr<SQLFieldReference> reference_;
-    SQLCardinality sourceCardinality_ = SQLCardinality::Unspecified;
-    SQLCardinality targetCardinality_ = SQLCardinality::Unspecified;
+    std::uint8_t sourceCardinality_ = static_cast<std::uint8_t>(SQLCardinality::Unspecified);
+    std::uint8_t targetCardinality_ = static_cast<std::uint8_t>(SQLCardinality::Unspecified);
 };

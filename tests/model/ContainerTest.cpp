@@ -64,6 +64,23 @@ TEST(ContainerLookupTest, ManyObjectsAndRenamesAfterAdding)
     EXPECT_EQ(container.getTableByName("missing"), nullptr);
 }
 
+TEST(ContainerLookupTest, ManyTablesOfOneNameKeepTheirOrderInEverySchema)
+{
+    SQLContainer container;
+    for (int i = 0; i < 500; ++i)
+        addTable(container, i % 2 == 0 ? "t" : "T", "s" + std::to_string(i), {});
+    EXPECT_EQ(container.getTableWithSchema("t", std::string_view("s498")), container.tables()[498].get());
+    EXPECT_EQ(container.getTableWithSchema("t", std::string_view("S7")), container.tables()[7].get());
+    EXPECT_EQ(container.getTableByName("T"), container.tables()[1].get());
+    EXPECT_EQ(container.getTableWithSchema("t", std::string_view("none")), nullptr);
+    container.tables()[0]->setName("first");
+    EXPECT_EQ(container.getTableByName("t"), container.tables()[2].get());
+    EXPECT_EQ(container.getTableByName("FIRST"), container.tables()[0].get());
+
+    const SQLContainer moved(std::move(container));
+    EXPECT_EQ(moved.getTableWithSchema("T", std::string_view("s11")), moved.tables()[11].get());
+}
+
 TEST(ContainerLookupTest, SchemaMatchesFirstThenFallsBackToUnqualified)
 {
     SQLContainer container;
