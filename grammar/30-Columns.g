@@ -95,7 +95,7 @@ asGeneratedColumn
       ( expression=balancedParentheses
         { kp_carryTextInside(RECOGNIZER, $as, $expression.start, $expression.stop); }
         -> $as
-      | 'IDENTITY' ( OPENPAREN ( identityOption )* CLOSEPAREN )? ->
+      | 'IDENTITY' ( OPENPAREN ( identityOption )* CLOSEPAREN | ( options { greedy = true; } : identityBareOption )+ )? ->
       | 'ROW' ( 'START' | T_END ) ->  // the period columns of a system-versioned table
       )
     ;
@@ -105,6 +105,16 @@ identityOption
     : STRING | INT | SIGNED_INT | '-' | COMMA | T_WITH | T_NO | 'BY' | 'START' | 'INCREMENT' | 'MINVALUE'
     | 'MAXVALUE' | 'NOMINVALUE' | 'NOMAXVALUE' | 'CACHE' | 'NOCACHE' | 'CYCLE' | 'NOCYCLE' | 'ORDER'
     | 'NOORDER'
+    ;
+
+// Oracle writes the sequence options of an identity column without
+// parentheses: AS IDENTITY MINVALUE 1 MAXVALUE 999 INCREMENT BY 1 START WITH 1
+// CACHE 20 NOORDER NOCYCLE NOKEEP NOSCALE.
+identityBareOption
+    : ( 'START' T_WITH | 'INCREMENT' 'BY' | 'MAXVALUE' | 'MINVALUE' | 'CACHE' )
+      ( numericValue | 'LIMIT' 'VALUE' )
+    | 'NOMAXVALUE' | 'NOMINVALUE' | 'CYCLE' | 'NOCYCLE' | 'NOCACHE' | 'ORDER' | 'NOORDER'
+    | { kp_isAnyWord(LT(1), "KEEP NOKEEP SCALE NOSCALE EXTEND NOEXTEND") }?=> STRING
     ;
 
 // A type word outside data_type (serial, datetime, a domain) is a STRING,
@@ -175,7 +185,7 @@ defaultOperand
       | 'CURRENT_TIMESTAMP' ( OPENPAREN ( INT )? CLOSEPAREN )?
       | numericValue
       | specific_function_call
-      | objectName ( QUOTED_STRING | valueParentheses )?
+      | objectName ( QUOTED_STRING | valueParentheses | ARRAY_BOUNDS )?  // ARRAY[]::text[]
       | 'INTERVAL' ( QUOTED_STRING | numericValue ) ( options { greedy = true; } : interval_qualifier )?
       )
       ( typeValueSpecifier )?

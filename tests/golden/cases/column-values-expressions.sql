@@ -13,6 +13,7 @@ CREATE TABLE postgres_defaults (
   yesterday date DEFAULT CURRENT_DATE - 1,
   day date DEFAULT ('now'::text)::date,
   tags text[] DEFAULT '{}'::text[],
+  labels character varying(20)[] DEFAULT ARRAY[]::character varying[],
   utc timestamp DEFAULT timezone('utc'::text, now()),
   local_ts timestamp DEFAULT (now() AT TIME ZONE 'utc'),
   doc jsonb DEFAULT '{}'::jsonb NOT NULL,
