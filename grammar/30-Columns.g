@@ -185,7 +185,8 @@ defaultOperand
       | 'CURRENT_TIMESTAMP' ( OPENPAREN ( INT )? CLOSEPAREN )?
       | numericValue
       | specific_function_call
-      | objectName ( QUOTED_STRING | valueParentheses | ARRAY_BOUNDS )?  // ARRAY[]::text[]
+      | { kp_arrayConstructorAhead(LT(1)) }?=> STRING { kp_skipArrayElements(RECOGNIZER) }?  // ARRAY['a', 'b']
+      | objectName ( QUOTED_STRING | valueParentheses )?
       | 'INTERVAL' ( QUOTED_STRING | numericValue ) ( options { greedy = true; } : interval_qualifier )?
       )
       ( typeValueSpecifier )?

@@ -637,6 +637,102 @@ void consumeUntilToken(pANTLR3_TOKEN_STREAM stream, ANTLR3_UINT32 tokenType)
 
 // ---- Source text carried on tokens -----------------------------------------
 
+namespace {
+
+// The UTF-16 text a token was read from, and where it ends.
+struct SourceUnits {
+    const char16_t *begin = nullptr;
+    const char16_t *end = nullptr;
+};
+
+SourceUnits sourceUnits(pANTLR3_COMMON_TOKEN token)
+{
+    if (token == nullptr || token->input == nullptr || token->input->data == nullptr) {
+        return {};
+    }
+    const auto *data = static_cast<const char *>(token->input->data);
+    return {reinterpret_cast<const char16_t *>(data),
+            reinterpret_cast<const char16_t *>(data + (token->input->sizeBuf & ~ANTLR3_UINT32(1)))};
+}
+
+// The unit after a token.
+const char16_t *unitAfter(pANTLR3_COMMON_TOKEN token)
+{
+    return reinterpret_cast<const char16_t *>(reinterpret_cast<const char *>(token->stop) + 1);
+}
+
+const char16_t *skipBlanks(const char16_t *at, const char16_t *limit)
+{
+    while (at < limit && (*at == u' ' || *at == u'\t' || *at == u'\r' || *at == u'\n')) {
+        ++at;
+    }
+    return at;
+}
+
+// The lexer skips a bracket that opens no name (ARRAY['a', 'b']), so a
+// value whose last token stands just before such closing brackets ends
+// after them: the kept text is the value as written.
+const char16_t *endThroughSkippedBrackets(pANTLR3_COMMON_TOKEN stop)
+{
+    const SourceUnits units = sourceUnits(stop);
+    const char16_t *end = unitAfter(stop);
+    for (const char16_t *at = skipBlanks(end, units.end); at < units.end && *at == u']';
+         at = skipBlanks(end, units.end)) {
+        end = at + 1;
+    }
+    return end;
+}
+
+} // namespace
+
+bool kp_arrayConstructorAhead(pANTLR3_COMMON_TOKEN token)
+{
+    if (!kp_isWord(token, "ARRAY")) {
+        return false;
+    }
+    const SourceUnits units = sourceUnits(token);
+    const char16_t *at = skipBlanks(unitAfter(token), units.end);
+    return at < units.end && *at == u'[';
+}
+
+bool kp_skipArrayElements(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
+    pANTLR3_INT_STREAM is = stream->istream;
+    pANTLR3_COMMON_TOKEN array = stream->_LT(stream, -1);
+    const SourceUnits units = sourceUnits(array);
+    if (units.begin == nullptr) {
+        return true;
+    }
+    // To the bracket that closes the one after ARRAY, past quoted texts; the
+    // elements' tokens and any bracket the lexer read as part of a token
+    // (int[], a bracketed name) lie before it.
+    const char16_t *at = skipBlanks(unitAfter(array), units.end);
+    long depth = 0;
+    while (at < units.end) {
+        const char16_t unit = *at++;
+        if (unit == u'\'' || unit == u'"') {
+            while (at < units.end && *at != unit) {
+                ++at;
+            }
+            at += at < units.end ? 1 : 0;
+        } else if (unit == u'[') {
+            ++depth;
+        } else if (unit == u']' && --depth == 0) {
+            break;
+        } else if (unit == u';') {
+            break;
+        }
+    }
+    for (pANTLR3_COMMON_TOKEN next = stream->_LT(stream, 1);
+         next->type != ANTLR3_TOKEN_EOF && next->type != SEMI &&
+         reinterpret_cast<const char16_t *>(next->start) < at;
+         next = stream->_LT(stream, 1)) {
+        is->consume(is);
+    }
+    return true;
+}
+
 std::string kp_sourceText(pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop)
 {
     if (start == nullptr || stop == nullptr || start->input == nullptr || start->input->data == nullptr ||
@@ -667,6 +763,10 @@ void setCustomStringValueOnToken(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COM
     std::string text = kp_sourceText(start, stop);
     if (text.empty()) {
         return;
+    }
+    const char16_t *end = endThroughSkippedBrackets(stop);
+    if (end != unitAfter(stop)) {
+        text += kp_utf16Slice(unitAfter(stop), static_cast<size_t>(end - unitAfter(stop)));
     }
     carrier->custom = const_cast<std::string *>(session->addCustomValue(std::move(text)));
 }

@@ -27,6 +27,13 @@ void setCustomStringValueOnToken(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COM
 void kp_carryIndexExpression(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE carrier,
                              pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop);
 
+// PostgreSQL's array constructor in a value: ARRAY followed by '[' in the
+// source (the lexer skips a bracket that opens no name, so the parser does
+// not see it). kp_skipArrayElements then consumes the tokens up to the
+// bracket that closes it; always true (called as a predicate).
+bool kp_arrayConstructorAhead(pANTLR3_COMMON_TOKEN token);
+bool kp_skipArrayElements(pANTLR3_BASE_RECOGNIZER recognizer);
+
 // Attaches to `carrier` the source text between the parentheses `open` and
 // `close` (from the first to the last token on the default channel inside
 // them); nothing when they hold no such token.
