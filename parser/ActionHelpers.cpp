@@ -867,28 +867,34 @@ void kp_requireTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer)
     recognizer->state->error = ANTLR3_TRUE;
 }
 
-void kp_recoverToTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer)
+void kp_recoverToTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer, bool endAtEntryInside)
 {
     pANTLR3_INT_STREAM is = parserStream(recognizer);
     pANTLR3_TOKEN_STREAM tokens = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
     recognizer->beginResync(recognizer);
     long depth = 0;
-    bool passed = false;  // a line that starts the next statement went with the entry
+    bool passed = false;          // a line that starts the next statement went with the entry
+    ANTLR3_MARKER innerEnd = -1;  // a comma inside parentheses before what looks like an entry
     for (;;) {
         const ANTLR3_UINT32 next = is->_LA(is, 1);
         if (next == ANTLR3_TOKEN_EOF || next == SEMI || (depth == 0 && (next == COMMA || next == CLOSEPAREN))) {
-            if (passed || next == ANTLR3_TOKEN_EOF) {
-                kp_reportRunOnStatement(recognizer, tokens->_LT(tokens, 1));
-            }
             break;
         }
         passed = passed || kp_startsStatementLine(tokens->_LT(tokens, 1));
-        if (next == OPENPAREN) {
-            ++depth;
-        } else if (next == CLOSEPAREN) {
-            --depth;
+        if (endAtEntryInside && next == COMMA && depth > 0 && innerEnd < 0 && !passed &&
+            kp_entryStartAhead(tokens->_LT(tokens, 2), tokens->_LT(tokens, 3))) {
+            innerEnd = is->index(is);
         }
+        depth += next == OPENPAREN ? 1 : next == CLOSEPAREN ? -1 : 0;
         is->consume(is);
+    }
+    const ANTLR3_UINT32 stop = is->_LA(is, 1);
+    if ((stop == SEMI || stop == ANTLR3_TOKEN_EOF) && innerEnd >= 0) {
+        // A parenthesis of the entry never closed and took the table's own
+        // closing one: the entry ends at the comma before the next entry.
+        is->seek(is, innerEnd);
+    } else if (passed || stop == ANTLR3_TOKEN_EOF) {
+        kp_reportRunOnStatement(recognizer, tokens->_LT(tokens, 1));
     }
     recognizer->endResync(recognizer);
     recognizer->state->lastErrorIndex = is->index(is);
@@ -948,18 +954,21 @@ bool kp_entryStartAhead(pANTLR3_COMMON_TOKEN name, pANTLR3_COMMON_TOKEN next)
     return isWordToken(name) && isWordToken(next) && kp_columnTypeAhead(next);
 }
 
-bool kp_treeHasRecoveryMark(pANTLR3_BASE_TREE tree)
+void kp_walkTree(pANTLR3_BASE_TREE root, const std::function<TreeVisit(pANTLR3_BASE_TREE node)> &visit)
 {
     std::vector<pANTLR3_BASE_TREE> pending;
-    if (tree != nullptr) {
-        pending.push_back(tree);
+    if (root != nullptr) {
+        pending.push_back(root);
     }
     while (!pending.empty()) {
         pANTLR3_BASE_TREE node = pending.back();
         pending.pop_back();
-        pANTLR3_COMMON_TOKEN token = node->getToken(node);
-        if (node->getType(node) == ERROR_NODE || (token != nullptr && token->user1 == kp_recoveryMark)) {
-            return true;
+        const TreeVisit next = visit(node);
+        if (next == TreeVisit::Stop) {
+            return;
+        }
+        if (next == TreeVisit::SkipChildren) {
+            continue;
         }
         for (ANTLR3_UINT32 i = node->getChildCount(node); i > 0; --i) {
             auto child = static_cast<pANTLR3_BASE_TREE>(node->getChild(node, i - 1));
@@ -968,7 +977,16 @@ bool kp_treeHasRecoveryMark(pANTLR3_BASE_TREE tree)
             }
         }
     }
-    return false;
+}
+
+bool kp_treeHasRecoveryMark(pANTLR3_BASE_TREE tree)
+{
+    bool found = false;
+    kp_walkTree(tree, [&found](pANTLR3_BASE_TREE node) {
+        found = kp_isRecoveryNode(node);
+        return found ? TreeVisit::Stop : TreeVisit::Descend;
+    });
+    return found;
 }
 
 pANTLR3_BASE_TREE kp_endTableColumn(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE_ADAPTOR adaptor,
@@ -999,40 +1017,12 @@ pANTLR3_BASE_TREE kp_endTableColumn(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_
         kp_forgetRecognitionError(recognizer);
         return kp_treeEndingInError(adaptor, tree, error);
     }
-    recognizer->beginResync(recognizer);
-    // From the entry's first token (the column's name) to the COMMA or
-    // CLOSEPAREN outside every parenthesis; recovery inside the column may
-    // have stopped before that end or gone past it.
+    // From the token after the entry's first one (the column's name) to the
+    // COMMA or CLOSEPAREN outside every parenthesis; recovery inside the
+    // column may have stopped before that end or gone past it.
     is->seek(is, entryStart);
     is->consume(is);
-    long depth = 0;
-    bool passed = false;                      // a line that starts the next statement is in the entry
-    ANTLR3_MARKER innerEnd = -1;              // a comma inside parentheses before what looks like an entry
-    for (;;) {
-        const ANTLR3_UINT32 next = is->_LA(is, 1);
-        if (next == ANTLR3_TOKEN_EOF || next == SEMI || (depth <= 0 && (next == COMMA || next == CLOSEPAREN))) {
-            break;
-        }
-        passed = passed || kp_startsStatementLine(tokens->_LT(tokens, 1));
-        if (next == COMMA && depth > 0 && innerEnd < 0 && !passed &&
-            kp_entryStartAhead(tokens->_LT(tokens, 2), tokens->_LT(tokens, 3))) {
-            innerEnd = is->index(is);
-        }
-        depth += next == OPENPAREN ? 1 : next == CLOSEPAREN ? -1 : 0;
-        is->consume(is);
-    }
-    const ANTLR3_UINT32 stop = is->_LA(is, 1);
-    if ((stop == SEMI || stop == ANTLR3_TOKEN_EOF) && innerEnd >= 0) {
-        // A parenthesis of the column never closed and took the table's own
-        // closing one: the column ends at the comma before the next entry.
-        is->seek(is, innerEnd);
-    } else if (passed || stop == ANTLR3_TOKEN_EOF) {
-        kp_reportRunOnStatement(recognizer, tokens->_LT(tokens, 1));
-    }
-    recognizer->endResync(recognizer);
-    recognizer->state->lastErrorIndex = is->index(is);
-    recognizer->state->error = ANTLR3_FALSE;
-    recognizer->state->failed = ANTLR3_FALSE;
+    kp_recoverToTableEntryEnd(recognizer, true);
     kp_forgetRecognitionError(recognizer);
     return static_cast<pANTLR3_BASE_TREE>(adaptor->errorNode(adaptor, tokens, first, first, nullptr));
 }

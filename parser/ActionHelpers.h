@@ -51,8 +51,12 @@ void kp_requireTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer);
 
 // Recovery of a broken table entry: skips to the COMMA or CLOSEPAREN that
 // ends it, passing over balanced parentheses, and stops early at SEMI or
-// the end of input.
-void kp_recoverToTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer);
+// the end of input (reporting a statement that ran on past a line starting
+// another one, or to the end). With `endAtEntryInside`, when that runs to
+// the end of the statement, a parenthesis never closed: the entry ends at
+// the first comma inside parentheses followed by what looks like the next
+// entry (kp_entryStartAhead).
+void kp_recoverToTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer, bool endAtEntryInside = false);
 
 // Ends a column of CREATE TABLE's list. A column the parser could not read
 // whole (an error reported since `errorsBefore`, an error node or a token
@@ -69,6 +73,11 @@ void kp_recoverToTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer);
 pANTLR3_BASE_TREE kp_endTableColumn(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE_ADAPTOR adaptor,
                                     pANTLR3_BASE_TREE tree, ANTLR3_MARKER entryStart, ANTLR3_UINT32 errorsBefore,
                                     pANTLR3_COMMON_TOKEN first);
+
+// Visits a tree depth first, children in order, without recursion (trees may
+// be deep); the visit says whether to go into the node's children or stop.
+enum class TreeVisit { Descend, SkipChildren, Stop };
+void kp_walkTree(pANTLR3_BASE_TREE root, const std::function<TreeVisit(pANTLR3_BASE_TREE node)> &visit);
 
 // Whether a tree holds an error node or a token made up by recovery.
 bool kp_treeHasRecoveryMark(pANTLR3_BASE_TREE tree);

@@ -3,13 +3,13 @@
 // and a trace in the log; the tree walker's errors are traced only; lexer
 // errors are traced only. Recovery resynchronises on the follow sets so that
 // a broken statement leaves an ERROR_NODE and the next statement is parsed.
+#include "ActionHelpers.h"
 #include "Log.h"
 #include "ParseSession.h"
 #include "RecognizerSupport.h"
 #include "VellumGrammarCParser.h"
 
 #include <string>
-#include <vector>
 
 using sqlantlr::logf;
 using sqlantlr::ParseSession;
@@ -598,32 +598,20 @@ void kp_reportErrorNodes(pANTLR3_BASE_RECOGNIZER recognizer)
         return;
     }
     auto root = static_cast<pANTLR3_BASE_TREE>(static_cast<pANTLR3_TREE_PARSER>(recognizer->super)->ctnstream->root);
-    // Depth first, children in order, without recursion (trees may be deep);
-    // an error subtree counts once, whatever it holds.
-    std::vector<pANTLR3_BASE_TREE> pending;
-    if (root != nullptr) {
-        pending.push_back(root);
-    }
-    while (!pending.empty()) {
-        pANTLR3_BASE_TREE node = pending.back();
-        pending.pop_back();
-        if (node->getType(node) == ERROR_NODE) {
-            const std::string text = kp_nodeText(node);
-            logf("found error node %s", text.c_str());
-            logf("found error node");
-            if (session != nullptr) {
-                session->addException("error field " + text, static_cast<int>(node->getLine(node)),
-                                      static_cast<int>(node->getCharPositionInLine(node)));
-            }
-            continue;
+    // An error subtree counts once, whatever it holds.
+    kp_walkTree(root, [session](pANTLR3_BASE_TREE node) {
+        if (node->getType(node) != ERROR_NODE) {
+            return TreeVisit::Descend;
         }
-        for (ANTLR3_UINT32 i = node->getChildCount(node); i > 0; --i) {
-            auto child = static_cast<pANTLR3_BASE_TREE>(node->getChild(node, i - 1));
-            if (child != nullptr) {
-                pending.push_back(child);
-            }
+        const std::string text = kp_nodeText(node);
+        logf("found error node %s", text.c_str());
+        logf("found error node");
+        if (session != nullptr) {
+            session->addException("error field " + text, static_cast<int>(node->getLine(node)),
+                                  static_cast<int>(node->getCharPositionInLine(node)));
         }
-    }
+        return TreeVisit::SkipChildren;
+    });
 }
 
 void kp_logUnknownObjectType(pANTLR3_BASE_RECOGNIZER, pANTLR3_COMMON_TOKEN token, const char *statement)
