@@ -6,7 +6,8 @@
 #               number order
 #   TABLE_OUT   a C++ table of the word keywords (letters, digits and '_',
 #               starting with a letter, maybe with one trailing blank): the
-#               lexer reads them with its STRING rule and looks the word up
+#               lexer reads them with its STRING rule and looks the word up;
+#               the one-word rules of LEXER_IN (T_NOT : 'NOT' ;) are added
 #   NAMES_OUT   the keywordName rule shared by parser and tree walker
 #   WORDS_OUT   a C++ list of the words that may serve as names (for tests)
 # Usage: cmake -DKEYWORDS=keywords.txt -DVOCAB_IN=.. -DLEXER_IN=.. -DVOCAB_OUT=..
@@ -95,6 +96,21 @@ foreach(line IN LISTS lines)
   else()
     message(FATAL_ERROR "${KEYWORDS}:${line_number}: expected NUMBER 'LITERAL' [name] or - TOKEN name")
   endif()
+endforeach()
+
+# The hand-written rules of the lexer grammar that match one word (T_NOT :
+# 'NOT' ;) join the table: the generated lexer picks such a rule over STRING
+# for exactly that word, so STRING never looks it up, and the lexer's fast
+# path for names (lexer/PlainTokens.cpp) finds its type in the same table.
+# (';' separates CMake's list items: the rules' ends are matched as '@'.)
+string(REPLACE ";" "@" rule_text "${lexer_text}")
+string(REGEX MATCHALL "\n[A-Z_][A-Za-z_0-9]*[ \t]*:[ \t]*'[A-Z][A-Z0-9_]*'[ \t]*@" word_rules "${rule_text}")
+foreach(rule IN LISTS word_rules)
+  string(REGEX MATCH "([A-Z_][A-Za-z_0-9]*)[ \t]*:[ \t]*'([A-Z][A-Z0-9_]*)'" rule "${rule}")
+  if(CMAKE_MATCH_2 IN_LIST seen_literals)
+    message(FATAL_ERROR "${LEXER_IN}: '${CMAKE_MATCH_2}' of rule ${CMAKE_MATCH_1} is also listed in ${KEYWORDS}")
+  endif()
+  string(APPEND table_entries "    {\"${CMAKE_MATCH_2}\", ${CMAKE_MATCH_1}, false},\n")
 endforeach()
 
 if(NOT lexer_text MATCHES "\n// @KEYWORD_RULES@\n")

@@ -86,12 +86,12 @@ subsequentTableEntry
 // goes on after its entry (kp_endTableColumn), so that no made-up text
 // reaches the model and the entries after it are read.
 tableColumn
-@init { ANTLR3_MARKER entryStart = INDEX(); ANTLR3_UINT32 errorsBefore = RECOGNIZER->state->errorCount; }
-@after { retval.tree = kp_endTableColumn(RECOGNIZER, ADAPTOR, retval.tree, entryStart, errorsBefore, retval.start); }
+@init { ANTLR3_MARKER entryStart = INDEX(); KpRecoveryCheckpoint before = kp_recoveryCheckpoint(RECOGNIZER); }
+@after { retval.tree = kp_endTableColumn(RECOGNIZER, ADAPTOR, retval.tree, entryStart, before, retval.start); }
     : fieldBlock { kp_requireTableEntryEnd(RECOGNIZER); }
     ;
     catch [ANTLR3_RECOGNITION_EXCEPTION] {
-        retval.tree = kp_endTableColumn(RECOGNIZER, ADAPTOR, retval.tree, entryStart, errorsBefore, retval.start);
+        retval.tree = kp_endTableColumn(RECOGNIZER, ADAPTOR, retval.tree, entryStart, before, retval.start);
     }
 
 // Entries the model has no place for: PostgreSQL's exclusion constraint and

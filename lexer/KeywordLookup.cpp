@@ -87,16 +87,15 @@ const KeywordTable keywordTable;
 
 } // namespace
 
-namespace {
-
-// NAME_LETTER of the lexer grammar: letters of other scripts.
-bool isNameLetter(char16_t c)
+bool kp_isNameLetter(char16_t c)
 {
     return c == 0x00AA || c == 0x00B5 || c == 0x00BA || (c >= 0x00C0 && c <= 0x00D6) || (c >= 0x00D8 && c <= 0x00F6) ||
            (c >= 0x00F8 && c <= 0x1FFF) || (c >= 0x2C00 && c <= 0x2DFF) || (c >= 0x3040 && c <= 0xDFFF) ||
            (c >= 0xF900 && c <= 0xFDFF) || (c >= 0xFE70 && c <= 0xFEFE) || (c >= 0xFF10 && c <= 0xFF19) ||
            (c >= 0xFF21 && c <= 0xFF3A) || (c >= 0xFF41 && c <= 0xFF5A) || (c >= 0xFF66 && c <= 0xFFDC);
 }
+
+namespace {
 
 // What may follow the first letter of a name, tested on the upper-cased
 // unit the lexer's look-ahead sees.
@@ -106,7 +105,7 @@ bool isNameRest(char16_t c)
         return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' || c == '-' ||
                c == '$' || c == '#';
     }
-    return isNameLetter(c);
+    return kp_isNameLetter(c);
 }
 
 } // namespace

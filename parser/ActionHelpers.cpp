@@ -990,13 +990,15 @@ bool kp_treeHasRecoveryMark(pANTLR3_BASE_TREE tree)
 }
 
 pANTLR3_BASE_TREE kp_endTableColumn(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE_ADAPTOR adaptor,
-                                    pANTLR3_BASE_TREE tree, ANTLR3_MARKER entryStart, ANTLR3_UINT32 errorsBefore,
+                                    pANTLR3_BASE_TREE tree, ANTLR3_MARKER entryStart, KpRecoveryCheckpoint before,
                                     pANTLR3_COMMON_TOKEN first)
 {
     if (recognizer->state->backtracking > 0) {
         return tree;
     }
-    const bool readWhole = recognizer->state->errorCount == errorsBefore && !kp_treeHasRecoveryMark(tree);
+    // The tree is only searched when recovery made something since the column began.
+    const bool readWhole = recognizer->state->errorCount == before.errors &&
+                           (kp_recoveryMarkCount() == before.marks || !kp_treeHasRecoveryMark(tree));
     const bool pending = recognizer->state->error == ANTLR3_TRUE;
     if (readWhole && !pending) {
         return tree;

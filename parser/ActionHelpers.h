@@ -59,7 +59,7 @@ void kp_requireTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer);
 void kp_recoverToTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer, bool endAtEntryInside = false);
 
 // Ends a column of CREATE TABLE's list. A column the parser could not read
-// whole (an error reported since `errorsBefore`, an error node or a token
+// whole (an error reported since `before`, an error node or a token
 // made up by recovery in its tree, or a pending error: a token after it in
 // its entry) is left out: the pending error is reported, the input moves to
 // the COMMA or CLOSEPAREN that ends its entry, found by balancing parentheses
@@ -71,7 +71,7 @@ void kp_recoverToTableEntryEnd(pANTLR3_BASE_RECOGNIZER recognizer, bool endAtEnt
 // is kept, with an error node after it. Otherwise, and while backtracking,
 // `tree` is returned as is.
 pANTLR3_BASE_TREE kp_endTableColumn(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE_ADAPTOR adaptor,
-                                    pANTLR3_BASE_TREE tree, ANTLR3_MARKER entryStart, ANTLR3_UINT32 errorsBefore,
+                                    pANTLR3_BASE_TREE tree, ANTLR3_MARKER entryStart, KpRecoveryCheckpoint before,
                                     pANTLR3_COMMON_TOKEN first);
 
 // Visits a tree depth first, children in order, without recursion (trees may

@@ -16,6 +16,16 @@ using sqlantlr::ParseSession;
 
 namespace {
 
+// See kp_recoveryMarkCount: a parse runs on one thread, so a per-thread count
+// tells a parse's actions whether recovery made anything since a point.
+thread_local unsigned long recoveryMarksMade __attribute__((tls_model("initial-exec"))) = 0;
+
+void markRecoveryToken(pANTLR3_COMMON_TOKEN token)
+{
+    token->user1 = kp_recoveryMark;
+    ++recoveryMarksMade;
+}
+
 const char *const exceptionNames[] = {
     "Recognition Exception",      "Mismatched Token Exception", "No Viable Alternative Exception",
     "Mismatched Set Exception",   "Early Exit Exception",       "Failed Predicate Exception",
@@ -363,6 +373,7 @@ void *kp_errorNode(pANTLR3_BASE_TREE_ADAPTOR adaptor, pANTLR3_TOKEN_STREAM, pANT
     if (node == nullptr) {
         return nullptr;
     }
+    ++recoveryMarksMade;  // an error node is a recovery mark by its type
     pANTLR3_COMMON_TOKEN token = node->getToken(node);
     if (token != nullptr) {
         token->user1 = kp_recoveryMark;
@@ -394,7 +405,7 @@ void *kp_tree_getMissingSymbol(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_INT_S
         pANTLR3_COMMON_TOKEN token = missing->getToken(missing);
         token->line = current->getLine(current);
         token->charPosition = static_cast<ANTLR3_INT32>(current->getCharPositionInLine(current));
-        token->user1 = kp_recoveryMark;
+        markRecoveryToken(token);
     }
     return missing;
 }
@@ -453,7 +464,7 @@ void *parserGetMissingSymbol(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_INT_STR
     auto token = static_cast<pANTLR3_COMMON_TOKEN>(
         runtimeGetMissingSymbol(recognizer, input, exception, expected, follow));
     if (token != nullptr) {
-        token->user1 = kp_recoveryMark;
+        markRecoveryToken(token);
     }
     return token;
 }
@@ -591,11 +602,29 @@ bool kp_nestingTooDeep(pANTLR3_BASE_RECOGNIZER recognizer)
     return session->stackBase - here > ParseSession::stackBudget;
 }
 
+unsigned long kp_recoveryMarkCount()
+{
+    return recoveryMarksMade;
+}
+
+KpRecoveryCheckpoint kp_recoveryCheckpoint(pANTLR3_BASE_RECOGNIZER recognizer)
+{
+    return {recognizer->state->errorCount, recoveryMarksMade};
+}
+
 void kp_reportErrorNodes(pANTLR3_BASE_RECOGNIZER recognizer)
 {
     ParseSession *session = kp_session(recognizer);
     if (recognizer == nullptr || recognizer->type != ANTLR3_TYPE_TREE_PARSER) {
         return;
+    }
+    // Error nodes are made while the tree is parsed: when recovery made
+    // nothing since the last tree was walked, this one holds none.
+    if (session != nullptr) {
+        if (session->recoveryMarksWalked == recoveryMarksMade) {
+            return;
+        }
+        session->recoveryMarksWalked = recoveryMarksMade;
     }
     auto root = static_cast<pANTLR3_BASE_TREE>(static_cast<pANTLR3_TREE_PARSER>(recognizer->super)->ctnstream->root);
     // An error subtree counts once, whatever it holds.

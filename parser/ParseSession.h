@@ -47,6 +47,8 @@ struct ParseSession {
     // lexing it: the parser meets their first word and their ";" only (see
     // ScriptLines). Syntax-tree dumps and token listings read every token.
     bool skipDataStatements = false;
+    // The lexer cuts common tokens by a direct scan (kp_scanPlainToken).
+    bool plainTokens = true;
     // What the lexer's scans of quoted pieces learnt about the current line.
     QuoteScanCache quoteScans;
     // The dollar-quoted string the lexer is in or last met ($$...$$), in
@@ -71,6 +73,9 @@ struct ParseSession {
     int statementLine = 0;
     int statementPosition = -1;
     bool runOnReported = false;
+    // kp_recoveryMarkCount() when the walker last searched a tree for error
+    // nodes (none yet: a value the count does not reach).
+    unsigned long recoveryMarksWalked = static_cast<unsigned long>(-1);
     static constexpr long stackBudget = 384 * 1024;
 
     void addException(const std::string &message, int line, int charPos);

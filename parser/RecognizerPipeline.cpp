@@ -40,6 +40,12 @@ pANTLR3_COMMON_TOKEN nextTokenPlacingEnd(pANTLR3_TOKEN_SOURCE source)
 {
     auto lexer = static_cast<pANTLR3_LEXER>(source->super);
     auto session = static_cast<ParseSession *>(lexer->rec->state->userp);
+    // Most tokens are made by the fast path; the generated lexer makes the rest.
+    if (session->plainTokens) {
+        if (pANTLR3_COMMON_TOKEN plain = kp_scanPlainToken(lexer)) {
+            return plain;
+        }
+    }
     pANTLR3_COMMON_TOKEN token = session->lexerNextToken(source);
     kp_widenSubstitutionPrefix(lexer, token);
     if (token != nullptr && token->type == ANTLR3_TOKEN_EOF) {
@@ -341,6 +347,7 @@ RecognizerPipeline::RecognizerPipeline(SQLParserC &driver, Use use)
 {
     session_.driver = &driver;
     session_.pipeline = this;
+    session_.plainTokens = driver.usesTokenFastPath_;
     if (use == Use::Parse) {
         session_.stackBase = static_cast<const char *>(__builtin_frame_address(0));
         session_.dropBlanks = true;

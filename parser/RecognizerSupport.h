@@ -65,8 +65,16 @@ void kp_matchNameRest(pANTLR3_LEXER lexer);
 // The type of the word the STRING rule just matched: its keyword token when
 // lexer/keywords.txt lists it (in any case), else STRING. A keyword listed
 // with a trailing blank takes the blank that follows it into the token, and
-// is a STRING without one.
+// is a STRING without one. The words of the lexer's one-word rules (T_NOT)
+// give their rule's type, as the generated lexer would.
 ANTLR3_UINT32 kp_keywordType(pANTLR3_LEXER lexer);
+// NAME_LETTER of the lexer grammar: letters of other scripts (an upper-cased unit).
+bool kp_isNameLetter(char16_t unit);
+// The next token when it is a blank run, a line end, a name or keyword, an
+// unsigned number or one of ( ) , ; = . made without the generated lexer's
+// prediction (see lexer/PlainTokens.cpp); nullptr, with nothing consumed,
+// when the generated lexer is to make it. Blanks a parse drops are skipped.
+pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer);
 
 // True when the lexer of this parse leaves blanks out of the token stream.
 bool kp_dropsBlanks(pANTLR3_RECOGNIZER_SHARED_STATE state);
@@ -89,6 +97,16 @@ void kp_installParserRecovery(pANTLR3_BASE_RECOGNIZER recognizer);
 // The mark (in user1) of a token that recovery made: an error node's token or
 // a token the parser made up for a missing one.
 constexpr ANTLR3_UINT32 kp_recoveryMark = 99999999;
+// How many error nodes and marked tokens recovery has made on this thread so
+// far: a stretch of the parse over which the count stays the same made none,
+// so its trees need no search for them.
+unsigned long kp_recoveryMarkCount();
+// The errors reported and recovery marks made up to a point of the parse.
+struct KpRecoveryCheckpoint {
+    ANTLR3_UINT32 errors;
+    unsigned long marks;
+};
+KpRecoveryCheckpoint kp_recoveryCheckpoint(pANTLR3_BASE_RECOGNIZER recognizer);
 // The mark (in user2) of the SEMI that ends a routine: the active DELIMITER,
 // or a GO or "/" line after a procedure, function, trigger or package.
 constexpr ANTLR3_UINT32 kp_routineEndMark = 0x52454e44;

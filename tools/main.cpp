@@ -287,9 +287,10 @@ bool withScript(const std::string &file, const FromFile &fromFile, const FromTex
 
 // Tokens and trees are written as the parse makes them, statement by
 // statement, so that memory does not grow with the script.
-int runTokens(const std::string &file, bool asJson)
+int runTokens(const std::string &file, bool asJson, bool reference)
 {
     SQLParserC driver;
+    driver.setUsesTokenFastPath(!reference);
     std::function<void(const SQLToken &)> each;
     std::optional<sqlantlr::JsonWriter> json;  // made at the first token or at the end
     const auto openArray = [&json] {
@@ -431,10 +432,13 @@ int main(int argc, char **argv)
 
     std::string file;
     bool asJson = false;
+    bool reference = false;
     CLI::App *tokens = app.add_subcommand(
         "tokens", "Print every token, hidden ones included: index, type, name, channel (99 hidden), line:pos, text");
     tokens->add_flag("--json", asJson,
                      "Print a JSON array of objects with keys index, type, name, channel, line, pos, text");
+    tokens->add_flag("--reference", reference,
+                     "Cut every token with the generated lexer alone (slower; the tokens are the same)");
     tokens->add_option("FILE", file, "SQL script")->required();
 
     CLI::App *tree = app.add_subcommand("tree", "Print the syntax tree in tree-string form");
@@ -477,7 +481,7 @@ int main(int argc, char **argv)
         return runDiagram(input, request);
     }
     if (tokens->parsed()) {
-        return runTokens(file, asJson);
+        return runTokens(file, asJson, reference);
     }
     return runTree(file);
 }

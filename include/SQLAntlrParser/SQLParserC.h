@@ -95,6 +95,13 @@ public:
     // are the same either way; off serves to check that.
     void setSkipsDataStatements(bool skip) { skipsDataStatements_ = skip; }
 
+    // Whether later parses and token listings cut the most common tokens
+    // (blanks, line ends, names and keywords, unsigned numbers, and
+    // ( ) , ; = .) with a direct scan instead of the generated lexer's
+    // prediction; on by default. The tokens are the same either way; off
+    // serves to check that.
+    void setUsesTokenFastPath(bool use) { usesTokenFastPath_ = use; }
+
     // Every token of a script, hidden ones included, end of input excluded.
     std::vector<SQLToken> tokensForString(std::string_view sql);
     // The same tokens handed over one at a time as the lexer cuts them; none
@@ -194,4 +201,5 @@ private:
     sqlantlr::ParseSession *session_ = nullptr;  // the parse in progress, if any
     std::function<void(const SQLParseProgress &)> progressHandler_;
     bool skipsDataStatements_ = true;
+    bool usesTokenFastPath_ = true;
 };

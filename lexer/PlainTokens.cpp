@@ -1,0 +1,174 @@
+// The lexer's fast path for the tokens that make up most of a schema script:
+// blanks, line ends, names and keywords, unsigned numbers and the
+// punctuation of lists. The generated lexer predicts every token through its
+// state tables and matches it character by character through the stream's
+// function pointers; these tokens need neither. Each is made here exactly as
+// the generated rule makes it (same type, channel, extent, line, position
+// and the same helpers for names), and anything else, including every token
+// whose first characters could also start another rule (N'...', Q'...',
+// '..', '=='), is left to the generated lexer at the same position.
+#include "KpAntlrStringOperations.h"
+#include "RecognizerSupport.h"
+#include "VellumGrammarCLexer.h"
+
+#include <cstdint>
+
+namespace {
+
+const KpAntlrStringOperations &foldTable = KpAntlrStringOperations::sharedManager();
+
+// What the generated lexer sets up before it runs its rules for a token.
+void startToken(pANTLR3_RECOGNIZER_SHARED_STATE state, pANTLR3_INPUT_STREAM input)
+{
+    state->token = nullptr;
+    state->error = ANTLR3_FALSE;
+    state->failed = ANTLR3_FALSE;
+    state->channel = ANTLR3_TOKEN_DEFAULT_CHANNEL;
+    state->tokenStartCharIndex = reinterpret_cast<ANTLR3_MARKER>(input->nextChar);
+    state->tokenStartCharPositionInLine = input->charPositionInLine;
+    state->tokenStartLine = input->line;
+    state->text = nullptr;
+    state->custom = nullptr;
+    state->user1 = 0;
+    state->user2 = 0;
+    state->user3 = 0;
+}
+
+// Moves the stream to `to`, on the same line.
+void moveWithinLine(pANTLR3_INPUT_STREAM input, const uint16_t *to)
+{
+    const auto *from = static_cast<const uint16_t *>(input->nextChar);
+    input->charPositionInLine += static_cast<ANTLR3_INT32>(to - from);
+    input->nextChar = const_cast<uint16_t *>(to);
+}
+
+// Moves the stream past a line end that finishes at `next`.
+void moveToNextLine(pANTLR3_INPUT_STREAM input, const uint16_t *next)
+{
+    input->line++;
+    input->charPositionInLine = 0;
+    input->currentLine = const_cast<uint16_t *>(next);
+    input->nextChar = const_cast<uint16_t *>(next);
+}
+
+pANTLR3_COMMON_TOKEN emitToken(pANTLR3_LEXER lexer, ANTLR3_UINT32 type, ANTLR3_UINT32 channel)
+{
+    pANTLR3_RECOGNIZER_SHARED_STATE state = lexer->rec->state;
+    state->type = type;
+    state->channel = channel;
+    return lexer->emit(lexer);
+}
+
+bool isQuote(uint16_t unit)
+{
+    return unit == '\'' || unit == '"' || unit == '`';
+}
+
+// True when a word that starts with the upper-cased unit `first` at p is
+// the start of a quoted string instead: N'..', Q'..', NQ'..', N"..", N`..`.
+bool opensQuotedString(char16_t first, const uint16_t *p, const uint16_t *end)
+{
+    if (first != 'N' && first != 'Q') {
+        return false;
+    }
+    if (p + 1 < end && ((first == 'N' && isQuote(p[1])) || (first == 'Q' && p[1] == '\''))) {
+        return true;
+    }
+    return first == 'N' && p + 2 < end && foldTable.uppercaseCharacter(p[1]) == 'Q' && p[2] == '\'';
+}
+
+// The type of a token of one unit at p that starts no longer token, or 0.
+ANTLR3_UINT32 punctuationType(const uint16_t *p, const uint16_t *end)
+{
+    const bool doubled = p + 1 < end && p[1] == p[0];
+    switch (*p) {
+    case '(':
+        return OPENPAREN;
+    case ')':
+        return CLOSEPAREN;
+    case ',':
+        return COMMA;
+    case ';':
+        return SEMI;
+    case '=':
+        return doubled ? 0 : EQUALS;  // '=='
+    case '.':
+        return doubled ? 0 : T__149;  // '.', not '..'
+    default:
+        return 0;
+    }
+}
+
+bool isNameStart(char16_t folded)
+{
+    return (folded >= 'A' && folded <= 'Z') || (folded >= 0x80 && kp_isNameLetter(folded));
+}
+
+} // namespace
+
+pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
+{
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    pANTLR3_RECOGNIZER_SHARED_STATE state = lexer->rec->state;
+    const auto *end = static_cast<const uint16_t *>(input->data) + input->sizeBuf / 2;
+    for (;;) {
+        const auto *p = static_cast<const uint16_t *>(input->nextChar);
+        if (p >= end) {
+            return nullptr;
+        }
+        const char16_t c = foldTable.uppercaseCharacter(*p);
+        switch (c) {
+        case ' ':
+        case '\t': {
+            const uint16_t *q = p + 1;
+            while (q < end && (*q == ' ' || *q == '\t')) {
+                ++q;
+            }
+            startToken(state, input);
+            moveWithinLine(input, q);
+            if (kp_dropsBlanks(state)) {
+                continue;  // the generated rule skips them too
+            }
+            return emitToken(lexer, WS, HIDDEN);
+        }
+        case '\n':
+            startToken(state, input);
+            moveToNextLine(input, p + 1);
+            return emitToken(lexer, NEWLINE, HIDDEN);
+        case '\r':
+            startToken(state, input);
+            if (p + 1 < end && p[1] == '\n') {
+                // CRLF: the carriage return moves the column, the line feed ends the line.
+                moveToNextLine(input, p + 2);
+            } else {
+                moveToNextLine(input, p + 1);
+            }
+            return emitToken(lexer, NEWLINE, HIDDEN);
+        default:
+            break;
+        }
+        if (const ANTLR3_UINT32 type = punctuationType(p, end)) {
+            startToken(state, input);
+            moveWithinLine(input, p + 1);
+            return emitToken(lexer, type, ANTLR3_TOKEN_DEFAULT_CHANNEL);
+        }
+        if (c >= '0' && c <= '9') {
+            const uint16_t *q = p + 1;
+            while (q < end && *q >= '0' && *q <= '9') {
+                ++q;
+            }
+            startToken(state, input);
+            moveWithinLine(input, q);
+            return emitToken(lexer, INT, ANTLR3_TOKEN_DEFAULT_CHANNEL);
+        }
+        if (isNameStart(c) && !opensQuotedString(c, p, end)) {
+            // STRING: the first letter, the rest of the name, and the type
+            // of the word (a keyword, a one-word rule such as T_NOT, or STRING).
+            startToken(state, input);
+            moveWithinLine(input, p + 1);
+            kp_matchNameRest(lexer);
+            return emitToken(lexer, kp_keywordType(lexer), ANTLR3_TOKEN_DEFAULT_CHANNEL);
+        }
+        return nullptr;
+    }
+}
