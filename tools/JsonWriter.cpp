@@ -1,16 +1,59 @@
 #include "JsonWriter.h"
 
+#include <array>
+#include <charconv>
+#include <cstring>
+
 namespace sqlantlr {
 
 namespace {
 
-constexpr size_t flushThreshold = 1 << 16;
+// The buffer's size: it goes to the stream each time it fills up.
+constexpr size_t bufferSize = 1 << 16;
 
-// Length of the well-formed UTF-8 sequence starting at text[i], or 0.
-size_t utf8Length(std::string_view text, size_t i)
+// The most bytes one byte of a string becomes: a control character as \u00XX.
+constexpr size_t maxEscapedByte = 6;
+
+// Room a string needs in the worst case, quotes included.
+constexpr size_t escapedBound(size_t length)
 {
-    const auto byte = [&](size_t k) { return static_cast<unsigned char>(text[k]); };
-    const unsigned char lead = byte(i);
+    return length * maxEscapedByte + 2;
+}
+
+// Bytes copied as they are without a further look: ASCII other than control
+// characters, '"' and '\\'.
+constexpr std::array<bool, 256> plainBytes = [] {
+    std::array<bool, 256> plain{};
+    for (size_t c = 0x20; c < 0x80; ++c) {
+        plain[c] = c != '"' && c != '\\';
+    }
+    return plain;
+}();
+
+// Whether any of the eight bytes in `word` is not a plain byte. A term has a
+// high bit set only if some byte matches (a borrow starts only at a matching
+// byte), so the answer is exact.
+bool hasSpecialByte(uint64_t word)
+{
+    constexpr uint64_t ones = 0x0101010101010101;
+    constexpr uint64_t highs = ones * 0x80;
+    const auto hasZero = [&](uint64_t x) { return (x - ones) & ~x; };
+    const uint64_t control = (word - ones * 0x20) & ~word;
+    return ((control | hasZero(word ^ (ones * '"')) | hasZero(word ^ (ones * '\\')) | word) & highs) != 0;
+}
+
+uint64_t eightBytes(const char *at)
+{
+    uint64_t word;
+    std::memcpy(&word, at, sizeof word);
+    return word;
+}
+
+// Length of the well-formed UTF-8 sequence starting at `at`, or 0.
+size_t utf8Length(const char *at, const char *end)
+{
+    const auto byte = [&](size_t k) { return static_cast<unsigned char>(at[k]); };
+    const unsigned char lead = byte(0);
     size_t length = 0;
     unsigned char low = 0x80;
     unsigned char high = 0xBF;
@@ -27,61 +70,105 @@ size_t utf8Length(std::string_view text, size_t i)
     } else {
         return 0;
     }
-    if (i + length > text.size() || byte(i + 1) < low || byte(i + 1) > high) {
+    if (static_cast<size_t>(end - at) < length || byte(1) < low || byte(1) > high) {
         return 0;
     }
     for (size_t k = 2; k < length; ++k) {
-        if (byte(i + k) < 0x80 || byte(i + k) > 0xBF) {
+        if (byte(k) < 0x80 || byte(k) > 0xBF) {
             return 0;
         }
     }
     return length;
 }
 
+char *copy(char *dest, const char *begin, const char *end)
+{
+    const auto size = static_cast<size_t>(end - begin);
+    std::memcpy(dest, begin, size);
+    return dest + size;
+}
+
+char *copy(char *dest, std::string_view text)
+{
+    return copy(dest, text.data(), text.data() + text.size());
+}
+
+// The escape dump() writes for a byte that is not copied as it is.
+char *escapeByte(char *dest, unsigned char c)
+{
+    static const char hex[] = "0123456789abcdef";
+    switch (c) {
+    case '"': return copy(dest, "\\\"");
+    case '\\': return copy(dest, "\\\\");
+    case '\b': return copy(dest, "\\b");
+    case '\f': return copy(dest, "\\f");
+    case '\n': return copy(dest, "\\n");
+    case '\r': return copy(dest, "\\r");
+    case '\t': return copy(dest, "\\t");
+    default:
+        if (c < 0x20) {
+            dest = copy(dest, "\\u00");
+            *dest++ = hex[c >> 4];
+            *dest++ = hex[c & 0xF];
+            return dest;
+        }
+        return copy(dest, "\xEF\xBF\xBD");  // not UTF-8: the replacement character
+    }
+}
+
+// A line break and the indentation of `depth` levels (two spaces each).
+char *lineBreak(char *at, size_t depth)
+{
+    *at++ = '\n';
+    std::memset(at, ' ', depth * 2);
+    return at + depth * 2;
+}
+
+// Writes `text` as a JSON string literal at `dest`, which has room for
+// escapedBound(text.size()) bytes, and returns the end. Runs of bytes that
+// need no escape are found eight bytes at a time and copied whole.
+char *writeJsonString(char *dest, std::string_view text)
+{
+    const char *at = text.data();
+    const char *const end = at + text.size();
+    const char *run = at;  // start of the bytes copied as they are
+    *dest++ = '"';
+    for (;;) {
+        while (end - at >= 8 && !hasSpecialByte(eightBytes(at))) {
+            at += 8;
+        }
+        while (at != end && plainBytes[static_cast<unsigned char>(*at)]) {
+            ++at;
+        }
+        if (at == end) {
+            break;
+        }
+        const auto c = static_cast<unsigned char>(*at);
+        if (c >= 0x80) {
+            if (const size_t length = utf8Length(at, end)) {
+                at += length;
+                continue;
+            }
+        }
+        dest = escapeByte(copy(dest, run, at), c);
+        run = ++at;
+    }
+    dest = copy(dest, run, end);
+    *dest++ = '"';
+    return dest;
+}
+
 } // namespace
 
 void appendJsonString(std::string &out, std::string_view text)
 {
-    static const char hex[] = "0123456789abcdef";
-    out += '"';
-    size_t plain = 0;  // start of the run of bytes copied as they are
-    for (size_t i = 0; i < text.size();) {
-        const auto c = static_cast<unsigned char>(text[i]);
-        if (c >= 0x20 && c != '"' && c != '\\' && c < 0x80) {
-            ++i;
-            continue;
-        }
-        if (c >= 0x80) {
-            if (const size_t length = utf8Length(text, i)) {
-                i += length;
-                continue;
-            }
-        }
-        out.append(text.data() + plain, i - plain);
-        switch (c) {
-        case '"': out += "\\\""; break;
-        case '\\': out += "\\\\"; break;
-        case '\b': out += "\\b"; break;
-        case '\f': out += "\\f"; break;
-        case '\n': out += "\\n"; break;
-        case '\r': out += "\\r"; break;
-        case '\t': out += "\\t"; break;
-        default:
-            if (c < 0x20) {
-                out += "\\u00";
-                out += hex[c >> 4];
-                out += hex[c & 0xF];
-            } else {
-                out += "\xEF\xBF\xBD";  // not UTF-8: the replacement character
-            }
-        }
-        plain = ++i;
-    }
-    out.append(text.data() + plain, text.size() - plain);
-    out += '"';
+    const size_t start = out.size();
+    out.resize(start + escapedBound(text.size()));
+    const char *end = writeJsonString(&out[start], text);
+    out.resize(static_cast<size_t>(end - out.data()));
 }
 
-JsonWriter::JsonWriter(std::ostream &out, bool pretty) : out_(out), pretty_(pretty)
+JsonWriter::JsonWriter(std::ostream &out, bool pretty) : out_(out), pretty_(pretty), buffer_(bufferSize)
 {
 }
 
@@ -92,60 +179,90 @@ JsonWriter::~JsonWriter()
 
 void JsonWriter::flush()
 {
-    out_.write(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
-    buffer_.clear();
+    out_.write(buffer_.data(), static_cast<std::streamsize>(used_));
+    used_ = 0;
 }
 
-void JsonWriter::newline(size_t depth)
+char *JsonWriter::makeRoom(size_t size)
 {
-    buffer_ += '\n';
-    buffer_.append(depth * 2, ' ');
+    flush();
+    if (buffer_.size() < size) {
+        buffer_.resize(size);
+    }
+    return buffer_.data();
 }
 
+void JsonWriter::append(std::string_view text)
+{
+    copy(room(text.size()), text);
+    used_ += text.size();
+}
+
+// What goes before a member or element: nothing after a key, else a comma
+// unless it is the first, and when pretty a line break and indentation.
 void JsonWriter::beforeValue()
 {
-    if (afterKey_) {
-        afterKey_ = false;
+    const Place place = place_;
+    place_ = Place::next;
+    if (place == Place::afterKey || depth_ == 0) {
         return;
     }
-    if (nonEmpty_.empty()) {
-        return;
+    char *const start = room(2 + depth_ * 2);
+    char *at = start;
+    if (place == Place::next) {
+        *at++ = ',';
     }
-    if (nonEmpty_.back()) {
-        buffer_ += ',';
-    }
-    nonEmpty_.back() = true;
     if (pretty_) {
-        newline(nonEmpty_.size());
+        at = lineBreak(at, depth_);
     }
-    if (buffer_.size() >= flushThreshold) {
-        flush();
+    used_ += static_cast<size_t>(at - start);
+}
+
+void JsonWriter::key(JsonKey name)
+{
+    beforeValue();
+    const std::string_view text = name.text();
+    char *at = room(text.size() + 4);
+    *at++ = '"';
+    at = copy(at, text);
+    *at++ = '"';
+    *at++ = ':';
+    used_ += text.size() + 3;
+    if (pretty_) {
+        *at = ' ';
+        ++used_;
     }
+    place_ = Place::afterKey;
 }
 
 void JsonWriter::key(std::string_view name)
 {
-    beforeValue();
-    appendJsonString(buffer_, name);
-    buffer_ += pretty_ ? ": " : ":";
-    afterKey_ = true;
+    value(name);
+    append(pretty_ ? ": " : ":");
+    place_ = Place::afterKey;
 }
 
 void JsonWriter::begin(char bracket)
 {
     beforeValue();
-    buffer_ += bracket;
-    nonEmpty_.push_back(false);
+    *room(1) = bracket;
+    ++used_;
+    place_ = Place::first;
+    ++depth_;
 }
 
 void JsonWriter::end(char bracket)
 {
-    const bool hadItems = nonEmpty_.back();
-    nonEmpty_.pop_back();
+    const bool hadItems = place_ != Place::first;
+    --depth_;
+    char *const start = room(2 + depth_ * 2);
+    char *at = start;
     if (pretty_ && hadItems) {
-        newline(nonEmpty_.size());
+        at = lineBreak(at, depth_);
     }
-    buffer_ += bracket;
+    *at++ = bracket;
+    used_ += static_cast<size_t>(at - start);
+    place_ = Place::next;
 }
 
 void JsonWriter::beginObject()
@@ -171,25 +288,28 @@ void JsonWriter::endArray()
 void JsonWriter::value(std::string_view text)
 {
     beforeValue();
-    appendJsonString(buffer_, text);
+    char *const start = room(escapedBound(text.size()));
+    used_ += static_cast<size_t>(writeJsonString(start, text) - start);
 }
 
 void JsonWriter::value(bool flag)
 {
     beforeValue();
-    buffer_ += flag ? "true" : "false";
+    append(flag ? "true" : "false");
 }
 
 void JsonWriter::value(int64_t number)
 {
     beforeValue();
-    buffer_ += std::to_string(number);
+    constexpr size_t maxDigits = 20;  // "-9223372036854775808"
+    char *const start = room(maxDigits);
+    used_ += static_cast<size_t>(std::to_chars(start, start + maxDigits, number).ptr - start);
 }
 
 void JsonWriter::null()
 {
     beforeValue();
-    buffer_ += "null";
+    append("null");
 }
 
 } // namespace sqlantlr

@@ -3,13 +3,43 @@
 // (dump() compact, dump(2) pretty), which the golden files are written in.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace sqlantlr {
+
+// A member name that JSON prints as it is: ASCII without control characters,
+// '"' or '\\'. The writer copies it without escaping. Made from a literal with
+// `"name"_key`; declared constexpr, a name that needs escaping does not
+// compile, and otherwise the check throws std::invalid_argument.
+class JsonKey {
+public:
+    constexpr explicit JsonKey(std::string_view text) : text_(text)
+    {
+        for (const char c : text) {
+            const auto byte = static_cast<unsigned char>(c);
+            if (byte < 0x20 || byte >= 0x80 || c == '"' || c == '\\') {
+                throw std::invalid_argument("JSON member name needs escaping");
+            }
+        }
+    }
+    constexpr std::string_view text() const { return text_; }
+
+private:
+    std::string_view text_;
+};
+
+inline namespace literals {
+constexpr JsonKey operator""_key(const char *text, size_t size)
+{
+    return JsonKey(std::string_view(text, size));
+}
+} // namespace literals
 
 class JsonWriter {
 public:
@@ -25,6 +55,7 @@ public:
     void endArray();
     // The name of the object member whose value is written next.
     void key(std::string_view name);
+    void key(JsonKey name);
 
     void value(std::string_view text);
     void value(const char *text) { value(std::string_view(text)); }
@@ -36,17 +67,27 @@ public:
     void flush();
 
 private:
+    // Where the writer stands: what goes before the next value.
+    enum class Place { first, next, afterKey };
+
+    // Room for `size` more bytes at the end of the buffer, flushing or
+    // growing it as needed; the caller writes them and moves used_ on.
+    char *room(size_t size)
+    {
+        return buffer_.size() - used_ >= size ? buffer_.data() + used_ : makeRoom(size);
+    }
+    char *makeRoom(size_t size);
+    void append(std::string_view text);
     void beforeValue();
     void begin(char bracket);
     void end(char bracket);
-    void newline(size_t depth);
 
     std::ostream &out_;
     bool pretty_;
-    bool afterKey_ = false;
-    std::string buffer_;
-    // Per open object or array: whether it has a member or element yet.
-    std::vector<bool> nonEmpty_;
+    Place place_ = Place::first;
+    size_t depth_ = 0;  // open objects and arrays
+    std::vector<char> buffer_;
+    size_t used_ = 0;
 };
 
 // `text` as a JSON string literal, quotes included, escaped as dump() does.

@@ -33,7 +33,7 @@ void nameOrNull(JsonWriter &json, const SQLObject &object)
 
 void properties(JsonWriter &json, const SQLObject &object)
 {
-    json.key("properties");
+    json.key("properties"_key);
     json.beginObject();
     for (const auto &[key, value] : object.getProperties()) {
         json.key(key);
@@ -48,13 +48,13 @@ void properties(JsonWriter &json, const SQLObject &object)
 
 void checks(JsonWriter &json, const std::vector<std::unique_ptr<SQLConstraint>> &constraints)
 {
-    json.key("checks");
+    json.key("checks"_key);
     json.beginArray();
     for (const auto &check : constraints) {
         json.beginObject();
-        json.key("name");
+        json.key("name"_key);
         json.value(check->getName());
-        json.key("expression");
+        json.key("expression"_key);
         json.value(check->getCheckConstraintExpression().value_or(""));
         json.endObject();
     }
@@ -64,21 +64,21 @@ void checks(JsonWriter &json, const std::vector<std::unique_ptr<SQLConstraint>> 
 void reference(JsonWriter &json, const SQLFieldReference &reference)
 {
     json.beginObject();
-    json.key("table");
+    json.key("table"_key);
     json.value(reference.table);
-    json.key("field");
+    json.key("field"_key);
     optionalText(json, reference.field);
-    json.key("referenceId");
+    json.key("referenceId"_key);
     optionalText(json, reference.referenceId);
-    json.key("onDelete");
+    json.key("onDelete"_key);
     json.value(int64_t{reference.onDelete});
-    json.key("onUpdate");
+    json.key("onUpdate"_key);
     json.value(int64_t{reference.onUpdate});
-    json.key("deferrable");
+    json.key("deferrable"_key);
     json.value(reference.deferrable);
-    json.key("initiallyDeferred");
+    json.key("initiallyDeferred"_key);
     json.value(reference.initiallyDeferred);
-    json.key("resolved");
+    json.key("resolved"_key);
     json.value(reference.resolved);
     json.endObject();
 }
@@ -86,20 +86,20 @@ void reference(JsonWriter &json, const SQLFieldReference &reference)
 void field(JsonWriter &json, const SQLField &field)
 {
     json.beginObject();
-    json.key("name");
+    json.key("name"_key);
     json.value(field.getName());
-    json.key("type");
+    json.key("type"_key);
     json.value(field.getType());
-    json.key("notNull");
+    json.key("notNull"_key);
     json.value(field.isNotNull());
-    json.key("autoIncrement");
+    json.key("autoIncrement"_key);
     json.value(field.isAutoIncrement());
-    json.key("primaryKey");
+    json.key("primaryKey"_key);
     json.value(field.isPrimaryKey());
-    json.key("defaultValue");
+    json.key("defaultValue"_key);
     optionalText(json, field.getDefaultValue());
     properties(json, field);
-    json.key("references");
+    json.key("references"_key);
     if (const SQLFieldReference *target = field.getReferences()) {
         reference(json, *target);
     } else {
@@ -112,21 +112,21 @@ void field(JsonWriter &json, const SQLField &field)
 void index(JsonWriter &json, const SQLIndex &index)
 {
     json.beginObject();
-    json.key("kind");
+    json.key("kind"_key);
     json.value(index.isConstraint() ? "unique" : "index");
-    json.key("name");
+    json.key("name"_key);
     nameOrNull(json, index);
-    json.key("indexType");
+    json.key("indexType"_key);
     optionalText(json, index.getIndexType());
-    json.key("fieldName");
+    json.key("fieldName"_key);
     optionalText(json, index.getFieldName());
-    json.key("entries");
+    json.key("entries"_key);
     json.beginArray();
     for (const auto &entry : index.entries()) {
         json.beginObject();
-        json.key("name");
+        json.key("name"_key);
         json.value(entry->getName());
-        json.key("prefixSize");
+        json.key("prefixSize"_key);
         optionalText(json, entry->getPrefixSize());
         json.endObject();
     }
@@ -138,31 +138,31 @@ void index(JsonWriter &json, const SQLIndex &index)
 void foreignKey(JsonWriter &json, const SQLForeignKey &key)
 {
     json.beginObject();
-    json.key("name");
+    json.key("name"_key);
     nameOrNull(json, key);
-    json.key("targetTable");
+    json.key("targetTable"_key);
     json.value(key.getTargetTableName().value_or(""));
-    json.key("entries");
+    json.key("entries"_key);
     json.beginArray();
     for (const auto &entry : key.entries()) {
         json.beginObject();
-        json.key("field");
+        json.key("field"_key);
         json.value(entry->getSource() != nullptr ? std::string_view(entry->getSource()->getName()) : std::string_view());
-        json.key("target");
+        json.key("target"_key);
         optionalText(json, entry->getTargetName());
         json.endObject();
     }
     json.endArray();
-    json.key("onDelete");
+    json.key("onDelete"_key);
     json.value(int64_t{key.getDeleteAction()});
-    json.key("onUpdate");
+    json.key("onUpdate"_key);
     json.value(int64_t{key.getUpdateAction()});
-    json.key("deferrable");
+    json.key("deferrable"_key);
     json.value(key.isDeferrable());
-    json.key("initiallyDeferred");
+    json.key("initiallyDeferred"_key);
     json.value(key.isInitiallyDeferred());
     properties(json, key);
-    json.key("resolved");
+    json.key("resolved"_key);
     json.value(key.isResolved());
     json.endObject();
 }
@@ -170,28 +170,28 @@ void foreignKey(JsonWriter &json, const SQLForeignKey &key)
 void table(JsonWriter &json, const SQLTable &table)
 {
     json.beginObject();
-    json.key("name");
+    json.key("name"_key);
     json.value(table.getName());
-    json.key("schemaName");
+    json.key("schemaName"_key);
     optionalText(json, table.getSchemaName());
-    json.key("baseName");
+    json.key("baseName"_key);
     optionalText(json, table.getBaseName());
-    json.key("tableType");
+    json.key("tableType"_key);
     optionalText(json, table.getTableType());
     properties(json, table);
-    json.key("fields");
+    json.key("fields"_key);
     json.beginArray();
     for (const auto &item : table.fields()) {
         field(json, *item);
     }
     json.endArray();
-    json.key("indexes");
+    json.key("indexes"_key);
     json.beginArray();
     for (const auto &item : table.indexes()) {
         index(json, *item);
     }
     json.endArray();
-    json.key("foreignKeys");
+    json.key("foreignKeys"_key);
     json.beginArray();
     for (const auto &item : table.foreignKeys()) {
         foreignKey(json, *item);
@@ -201,7 +201,7 @@ void table(JsonWriter &json, const SQLTable &table)
     json.endObject();
 }
 
-void textList(JsonWriter &json, const char *name, const std::vector<std::string> &items)
+void textList(JsonWriter &json, JsonKey name, const std::vector<std::string> &items)
 {
     json.key(name);
     json.beginArray();
@@ -214,23 +214,23 @@ void textList(JsonWriter &json, const char *name, const std::vector<std::string>
 void view(JsonWriter &json, const SQLView &view)
 {
     json.beginObject();
-    json.key("name");
+    json.key("name"_key);
     json.value(view.getName());
-    json.key("schemaName");
+    json.key("schemaName"_key);
     optionalText(json, view.getSchemaName());
-    json.key("baseName");
+    json.key("baseName"_key);
     optionalText(json, view.getBaseName());
-    json.key("queryString");
+    json.key("queryString"_key);
     optionalText(json, view.getQueryString());
-    textList(json, "columns", view.columns());
-    textList(json, "selectColumns", view.selectColumns());
-    json.key("tables");
+    textList(json, "columns"_key, view.columns());
+    textList(json, "selectColumns"_key, view.selectColumns());
+    json.key("tables"_key);
     json.beginArray();
     for (const SQLViewTableEntry &entry : view.tableEntries()) {
         json.beginObject();
-        json.key("name");
+        json.key("name"_key);
         json.value(entry.name);
-        json.key("alias");
+        json.key("alias"_key);
         json.value(entry.alias);
         json.endObject();
     }
@@ -245,19 +245,19 @@ void writeModelJson(std::ostream &out, const SQLContainer &container, const std:
 {
     JsonWriter json(out, pretty);
     json.beginObject();
-    json.key("tables");
+    json.key("tables"_key);
     json.beginArray();
     for (const auto &item : container.tables()) {
         table(json, *item);
     }
     json.endArray();
-    json.key("views");
+    json.key("views"_key);
     json.beginArray();
     for (const auto &item : container.views()) {
         view(json, *item);
     }
     json.endArray();
-    json.key("exceptions");
+    json.key("exceptions"_key);
     json.beginArray();
     for (const SQLParserException &exception : exceptions) {
         json.value(exception.reason);

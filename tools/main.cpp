@@ -301,22 +301,23 @@ int runTokens(const std::string &file, bool asJson, bool reference)
     };
     std::string quoted;
     if (asJson) {
+        using namespace sqlantlr::literals;
         each = [&](const SQLToken &token) {
             openArray();
             json->beginObject();
-            json->key("index");
+            json->key("index"_key);
             json->value(int64_t{token.index});
-            json->key("type");
+            json->key("type"_key);
             json->value(int64_t{token.type});
-            json->key("name");
+            json->key("name"_key);
             json->value(token.name);
-            json->key("channel");
+            json->key("channel"_key);
             json->value(int64_t{token.channel});
-            json->key("line");
+            json->key("line"_key);
             json->value(int64_t{token.line});
-            json->key("pos");
+            json->key("pos"_key);
             json->value(int64_t{token.pos});
-            json->key("text");
+            json->key("text"_key);
             json->value(token.text);
             json->endObject();
         };
