@@ -49,6 +49,13 @@ TEST(Cli, TreeAndPlainTokens)
     EXPECT_EQ(tree.out, "INSERT x ; ;\n");
     const CliRun tokens = runCli("tokens -", "a\n");
     EXPECT_EQ(tokens.out, "0 35 STRING 0 1:0 \"a\"\n1 51 NEWLINE 99 1:1 \"\\n\"\n");
+    // The generated lexer alone cuts the same tokens.
+    const std::string script = "CREATE TABLE `t` (a int NOT NULL DEFAULT N'x', b.c char(2));\r\n-- end\n";
+    const CliRun fast = runCli("tokens -", script);
+    const CliRun reference = runCli("tokens --reference -", script);
+    EXPECT_EQ(reference.exitCode, 0) << reference.err;
+    EXPECT_EQ(fast.out, reference.out);
+    EXPECT_NE(fast.out.find("T_NOT 0 1:24 \"NOT\""), std::string::npos) << fast.out;
 }
 
 TEST(Cli, ExitCodesForUnreadableFilesEmptySchemasAndUsage)

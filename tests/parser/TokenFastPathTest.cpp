@@ -64,7 +64,7 @@ TEST(TokenFastPath, EdgesOfTheCommonTokens)
         // Numbers against names.
         "123abc 0x1F 1e10 007 a1 _a $1 #1 @a",
         // Letters beyond ASCII, and units that upper-case to ASCII letters.
-        "\xC3\xA9t\xC3\xA9 \xC4\xB1nt pr\xC4\xB1mary \xC5\xBFet \xE6\x97\xA5\xE6\x9C\xAC ab\xC3\x9F"
+        "\xC3\xA9t\xC3\xA9 \xC4\xB1nt pr\xC4\xB1mary \xC5\xBF" "et \xE6\x97\xA5\xE6\x9C\xAC ab\xC3\x9F"
         "\xC3\x97x \xE2\x80\x94y",
         // Quoted pieces next to words and numbers, dollar quotes, brackets.
         "a'b'c \"x\"y `z`1 'it''s' $$a b$$ $t$ x $t$ [Order Details] int[3] &&x..y &1.z",
