@@ -1,6 +1,6 @@
 // The lexer's fast path for the tokens that make up most of a schema script:
-// blanks, line ends, names and keywords, unsigned numbers and the
-// punctuation of lists. The generated lexer predicts every token through its
+// blanks, line ends, names and keywords, quoted strings and names, line
+// comments, unsigned numbers and the punctuation of lists. The generated lexer predicts every token through its
 // state tables and matches it character by character through the stream's
 // function pointers; these tokens need neither. Each is made here exactly as
 // the generated rule makes it (same type, channel, extent, line, position
@@ -99,6 +99,98 @@ ANTLR3_UINT32 punctuationType(const uint16_t *p, const uint16_t *end)
     }
 }
 
+// The line end at p (LF, CRLF or a lone CR): where the next line starts, or
+// nullptr when p holds no line end.
+const uint16_t *afterLineEnd(const uint16_t *p, const uint16_t *end)
+{
+    if (p >= end) {
+        return nullptr;
+    }
+    if (*p == '\n') {
+        return p + 1;
+    }
+    if (*p == '\r') {
+        return p + 1 < end && p[1] == '\n' ? p + 2 : p + 1;
+    }
+    return nullptr;
+}
+
+// Where the stream stood before a token that the fast path gives up on.
+struct StreamPlace {
+    void *nextChar;
+    ANTLR3_UINT32 line;
+    ANTLR3_INT32 charPositionInLine;
+    void *currentLine;
+    ANTLR3_UINT32 user1;
+};
+
+StreamPlace placeOf(pANTLR3_INPUT_STREAM input, pANTLR3_RECOGNIZER_SHARED_STATE state)
+{
+    return {input->nextChar, input->line, input->charPositionInLine, input->currentLine, state->user1};
+}
+
+void restorePlace(pANTLR3_INPUT_STREAM input, pANTLR3_RECOGNIZER_SHARED_STATE state, const StreamPlace &place)
+{
+    input->nextChar = place.nextChar;
+    input->line = place.line;
+    input->charPositionInLine = place.charPositionInLine;
+    input->currentLine = place.currentLine;
+    state->user1 = place.user1;
+}
+
+// QUOTED_STRING as its rule reads it: an optional N, then adjacent pieces
+// '...', "..." and `...`, each body matched by kp_matchQuotedBody, and the
+// type from kp_quotedStringType (QUOTE for a piece never closed, SYMBOL for a
+// quote inside a dollar-quoted string). A Q'...' piece is left to the
+// generated lexer (its rule fails on a Q without a quote after it), and so
+// is a token that meets one: the stream goes back to where the token began.
+pANTLR3_COMMON_TOKEN scanQuotedString(pANTLR3_LEXER lexer, const uint16_t *p, const uint16_t *end)
+{
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    pANTLR3_RECOGNIZER_SHARED_STATE state = lexer->rec->state;
+    const StreamPlace place = placeOf(input, state);
+    startToken(state, input);
+    if (!isQuote(*p)) {
+        moveWithinLine(input, p + 1);  // the N
+    }
+    for (;;) {
+        const auto *next = static_cast<const uint16_t *>(input->nextChar);
+        if (next >= end) {
+            break;
+        }
+        const char16_t unit = foldTable.uppercaseCharacter(*next);
+        if (unit == 'Q') {
+            restorePlace(input, state, place);
+            return nullptr;
+        }
+        if (!isQuote(unit)) {
+            break;
+        }
+        moveWithinLine(input, next + 1);
+        kp_matchQuotedBody(lexer, unit);
+    }
+    return emitToken(lexer, kp_quotedStringType(lexer), ANTLR3_TOKEN_DEFAULT_CHANNEL);
+}
+
+// SL_COMMENT after '--' or '#': the rest of the line and its line end. A
+// comment that the end of input cuts before its line end is a lexical error
+// of the generated lexer's, left to it.
+pANTLR3_COMMON_TOKEN scanLineComment(pANTLR3_LEXER lexer, const uint16_t *p, const uint16_t *end)
+{
+    const uint16_t *q = p;
+    while (q < end && *q != '\n' && *q != '\r') {
+        ++q;
+    }
+    const uint16_t *next = afterLineEnd(q, end);
+    if (next == nullptr) {
+        return nullptr;
+    }
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    startToken(lexer->rec->state, input);
+    moveToNextLine(input, next);
+    return emitToken(lexer, SL_COMMENT, HIDDEN);
+}
+
 bool isNameStart(char16_t folded)
 {
     return (folded >= 'A' && folded <= 'Z') || (folded >= 0x80 && kp_isNameLetter(folded));
@@ -132,18 +224,20 @@ pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
             return emitToken(lexer, WS, HIDDEN);
         }
         case '\n':
-            startToken(state, input);
-            moveToNextLine(input, p + 1);
-            return emitToken(lexer, NEWLINE, HIDDEN);
         case '\r':
+            // LF, CRLF (the carriage return moves the column, the line feed
+            // ends the line) or a lone CR.
             startToken(state, input);
-            if (p + 1 < end && p[1] == '\n') {
-                // CRLF: the carriage return moves the column, the line feed ends the line.
-                moveToNextLine(input, p + 2);
-            } else {
-                moveToNextLine(input, p + 1);
-            }
+            moveToNextLine(input, afterLineEnd(p, end));
             return emitToken(lexer, NEWLINE, HIDDEN);
+        case '\'':
+        case '"':
+        case '`':
+            return scanQuotedString(lexer, p, end);
+        case '#':
+            return scanLineComment(lexer, p, end);
+        case '-':
+            return p + 1 < end && p[1] == '-' ? scanLineComment(lexer, p, end) : nullptr;
         default:
             break;
         }
@@ -160,6 +254,9 @@ pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
             startToken(state, input);
             moveWithinLine(input, q);
             return emitToken(lexer, INT, ANTLR3_TOKEN_DEFAULT_CHANNEL);
+        }
+        if (c == 'N' && p + 1 < end && isQuote(p[1])) {
+            return scanQuotedString(lexer, p, end);
         }
         if (isNameStart(c) && !opensQuotedString(c, p, end)) {
             // STRING: the first letter, the rest of the name, and the type

@@ -70,8 +70,9 @@ void kp_matchNameRest(pANTLR3_LEXER lexer);
 ANTLR3_UINT32 kp_keywordType(pANTLR3_LEXER lexer);
 // NAME_LETTER of the lexer grammar: letters of other scripts (an upper-cased unit).
 bool kp_isNameLetter(char16_t unit);
-// The next token when it is a blank run, a line end, a name or keyword, an
-// unsigned number or one of ( ) , ; = . made without the generated lexer's
+// The next token when it is a blank run, a line end, a name or keyword, a
+// quoted string or name, a line comment, an unsigned number or one of
+// ( ) , ; = . made without the generated lexer's
 // prediction (see lexer/PlainTokens.cpp); nullptr, with nothing consumed,
 // when the generated lexer is to make it. Blanks a parse drops are skipped.
 pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer);

@@ -96,10 +96,10 @@ public:
     void setSkipsDataStatements(bool skip) { skipsDataStatements_ = skip; }
 
     // Whether later parses and token listings cut the most common tokens
-    // (blanks, line ends, names and keywords, unsigned numbers, and
-    // ( ) , ; = .) with a direct scan instead of the generated lexer's
-    // prediction; on by default. The tokens are the same either way; off
-    // serves to check that.
+    // (blanks, line ends, names and keywords, quoted strings and names, line
+    // comments, unsigned numbers, and ( ) , ; = .) with a direct scan instead
+    // of the generated lexer's prediction; on by default. The tokens are the
+    // same either way; off serves to check that.
     void setUsesTokenFastPath(bool use) { usesTokenFastPath_ = use; }
 
     // Every token of a script, hidden ones included, end of input excluded.
