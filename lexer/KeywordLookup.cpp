@@ -27,21 +27,32 @@ constexpr KeywordEntry keywordEntries[] = {
 constexpr size_t entryCount = sizeof(keywordEntries) / sizeof(keywordEntries[0]);
 
 // Open addressing over a power-of-two table at most a quarter full, so a
-// look-up for a name that is no keyword usually ends at an empty slot.
+// look-up for a name that is no keyword usually ends at an empty slot. A slot
+// keeps its word's hash and length, so a probe compares text only for a word
+// that has both.
 class KeywordTable {
 public:
     static constexpr size_t maxLength = 40;
 
+    // FNV-1a over the upper-cased ASCII word, one character at a time, so the
+    // lexer can hash a word while it folds it.
+    static constexpr uint32_t hashStart = 2166136261u;
+    static uint32_t hashStep(uint32_t hash, char c) { return (hash ^ static_cast<unsigned char>(c)) * 16777619u; }
+
     KeywordTable()
     {
-        slots_.fill(0);
         for (size_t i = 0; i < entryCount; ++i) {
             const char *word = keywordEntries[i].word;
-            size_t slot = hash(word, std::strlen(word)) & mask;
-            while (slots_[slot] != 0) {
+            const size_t length = std::strlen(word);
+            uint32_t hash = hashStart;
+            for (size_t k = 0; k < length; ++k) {
+                hash = hashStep(hash, word[k]);
+            }
+            size_t slot = spread(hash) & mask;
+            while (slots_[slot].entry != 0) {
                 slot = (slot + 1) & mask;
             }
-            slots_[slot] = static_cast<uint16_t>(i + 1);
+            slots_[slot] = {hash, static_cast<uint16_t>(i + 1), static_cast<uint16_t>(length)};
         }
     }
 
@@ -52,12 +63,17 @@ public:
         ANTLR3_UINT32 withBlank = 0;
     };
 
-    Types find(const char *text, size_t length) const
+    // text holds length upper-cased characters whose hash (see hashStep) is hash.
+    Types find(const char *text, size_t length, uint32_t hash) const
     {
         Types types;
-        for (size_t slot = hash(text, length) & mask; slots_[slot] != 0; slot = (slot + 1) & mask) {
-            const KeywordEntry &entry = keywordEntries[slots_[slot] - 1];
-            if (std::strncmp(entry.word, text, length) == 0 && entry.word[length] == '\0') {
+        for (size_t slot = spread(hash) & mask; slots_[slot].entry != 0; slot = (slot + 1) & mask) {
+            const Slot &candidate = slots_[slot];
+            if (candidate.hash != hash || candidate.length != length) {
+                continue;
+            }
+            const KeywordEntry &entry = keywordEntries[candidate.entry - 1];
+            if (std::memcmp(entry.word, text, length) == 0) {
                 (entry.trailingBlank ? types.withBlank : types.alone) = entry.type;
             }
         }
@@ -69,16 +85,14 @@ private:
     static constexpr size_t mask = slotCount - 1;
     static_assert(entryCount * 4 <= slotCount, "the keyword table must stay sparse");
 
-    static size_t hash(const char *text, size_t length)
-    {
-        uint32_t h = 2166136261u;  // FNV-1a
-        for (size_t i = 0; i < length; ++i) {
-            h = (h ^ static_cast<unsigned char>(text[i])) * 16777619u;
-        }
-        return h ^ (h >> 15);
-    }
+    static size_t spread(uint32_t hash) { return hash ^ (hash >> 15); }
 
-    std::array<uint16_t, slotCount> slots_;
+    struct Slot {
+        uint32_t hash = 0;
+        uint16_t entry = 0;  // index + 1 in keywordEntries; 0 for an empty slot
+        uint16_t length = 0;
+    };
+    std::array<Slot, slotCount> slots_{};
 };
 
 // Made when the library is loaded, like the fold table.
@@ -134,14 +148,16 @@ ANTLR3_UINT32 kp_keywordType(pANTLR3_LEXER lexer)
         return STRING;
     }
     std::array<char, KeywordTable::maxLength> word;
+    uint32_t hash = KeywordTable::hashStart;
     for (size_t i = 0; i < length; ++i) {
         const char16_t unit = foldTable.uppercaseCharacter(start[i]);
         if (unit >= 0x80) {
             return STRING;
         }
         word[i] = static_cast<char>(unit);
+        hash = KeywordTable::hashStep(hash, word[i]);
     }
-    const KeywordTable::Types types = keywordTable.find(word.data(), length);
+    const KeywordTable::Types types = keywordTable.find(word.data(), length, hash);
     if (types.withBlank != 0) {
         pANTLR3_INT_STREAM stream = input->istream;
         if (stream->_LA(stream, 1) == ' ') {

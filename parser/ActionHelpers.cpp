@@ -1217,8 +1217,7 @@ int kp_routineKind(pANTLR3_BASE_RECOGNIZER recognizer)
         if (token->type == ANTLR3_TOKEN_EOF || token->type == SEMI || token->type == OPENPAREN) {
             return 0;
         }
-        if (std::any_of(std::begin(routineWords), std::end(routineWords),
-                        [&](const char *w) { return hasWord(token, w); })) {
+        if (tokenIsOneOf(token, std::begin(routineWords), std::end(routineWords))) {
             return 1;
         }
         if (hasWord(token, "TRIGGER")) {

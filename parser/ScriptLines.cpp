@@ -501,7 +501,12 @@ void ScriptLines::track(pANTLR3_COMMON_TOKEN token, size_t at)
             --blocks_;
         }
     }
-    last_ = *token;  // a copy: the window may recycle the token itself
+    // Its place is copied (the window may recycle the token itself): a
+    // terminator made for a statement ended by the script's end stands there.
+    last_.line = token->line;
+    last_.charPosition = token->charPosition;
+    last_.start = token->start;
+    last_.stop = token->stop;
     hasLast_ = true;
     previousType_ = token->type;
     previousLine_ = token->line;

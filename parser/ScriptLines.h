@@ -131,7 +131,7 @@ private:
     TokenQueue raw_;  // read from the lexer, not yet decided
     TokenQueue out_;  // decided, for the parser
     bool linesEnd_ = false;                 // a statement of the script was ended by a line
-    ANTLR3_COMMON_TOKEN last_{};             // the last significant token
+    ANTLR3_COMMON_TOKEN last_{};             // the place (line, position, extent) of the last significant token
     bool hasLast_ = false;
     bool lineStart_ = true;                 // a line end since the last significant token
     bool empty_ = true;                     // no significant token since the statement began

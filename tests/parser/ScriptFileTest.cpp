@@ -4,10 +4,12 @@
 #include "CliSupport.h"
 #include "ModelJson.h"
 #include "ScriptFileText.h"
+#include "TextEncoding.h"
 
 #include <SQLAntlrParser/SQLAntlrParser.h>
 
 #include <gtest/gtest.h>
+#include <unicode/ustring.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -144,4 +146,28 @@ TEST(ScriptFile, CliModelOfAFileEqualsTheModelOfStandardInput)
     EXPECT_EQ(named.exitCode, 0);
     EXPECT_EQ(named.out, piped.out);
     EXPECT_EQ(runCli("model -q /nonexistent/x.sql").exitCode, 1);
+}
+
+// ASCII runs are decoded and checked in bulk, eight bytes at a time; what
+// follows them must decode as ICU decodes the whole text, wherever in a run
+// of eight the first other byte falls.
+TEST(TextEncoding, AsciiRunsOfEveryLengthBeforeOtherBytes)
+{
+    const std::string others[] = {"\xC3\xA9", "\xE6\x97\xA5", "\xF0\x9F\x98\x80", "\xFF", "\xC3", "\xE6\x97"};
+    for (size_t before = 0; before <= 17; ++before) {
+        for (const std::string &other : others) {
+            const std::string text = std::string(before, 'a') + other + std::string(before % 9, 'b');
+            std::u16string expected(text.size(), u'\0');
+            int32_t length = 0;
+            UErrorCode status = U_ZERO_ERROR;
+            u_strFromUTF8WithSub(reinterpret_cast<UChar *>(expected.data()), static_cast<int32_t>(expected.size()),
+                                 &length, text.data(), static_cast<int32_t>(text.size()), 0xFFFD, nullptr, &status);
+            expected.resize(static_cast<size_t>(length));
+            EXPECT_EQ(sqlantlr::utf8ToUtf16(text), expected) << before << " bytes before " << other.size();
+            const bool valid = other != "\xFF" && other != "\xC3" && other != "\xE6\x97";
+            EXPECT_EQ(sqlantlr::isValidUtf8(text), valid) << before << " bytes before " << other.size();
+        }
+    }
+    EXPECT_TRUE(sqlantlr::isValidUtf8(""));
+    EXPECT_EQ(sqlantlr::utf8ToUtf16("plain ascii, longer than eight"), u"plain ascii, longer than eight");
 }
