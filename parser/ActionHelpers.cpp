@@ -1074,6 +1074,27 @@ bool kp_skipIndexExpressionRest(pANTLR3_BASE_RECOGNIZER recognizer)
 
 // ---- Tree walker: texts and recovery ------------------------------------------
 
+namespace {
+
+// Appends a token's text (as kp_tokenText gives it); ASCII input is copied
+// unit by unit without a string of its own.
+void appendTokenText(std::string &out, pANTLR3_COMMON_TOKEN token)
+{
+    const char16_t *units = nullptr;
+    size_t count = 0;
+    if (!kp_tokenUnits(token, &units, &count) || !std::all_of(units, units + count, [](char16_t unit) {
+            return unit < 0x80;
+        })) {
+        out += kp_tokenText(token);
+        return;
+    }
+    for (size_t i = 0; i < count; ++i) {
+        out += static_cast<char>(units[i]);
+    }
+}
+
+} // namespace
+
 std::string kp_nodeRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from)
 {
     std::string text;
@@ -1087,15 +1108,15 @@ std::string kp_nodeRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER fro
         if (!first) {
             text += ' ';
         }
+        const size_t wordStart = text.size();
+        appendTokenText(text, node->getToken(node));
         // A bracketed word is a quoted name of SQL Server: [int] is the type int.
         // PostgreSQL's array bounds keep their brackets: int [], int [3].
-        std::string word = kp_nodeText(node);
-        if (node->getType(node) == ARRAY_BOUNDS) {
-            word = kp_tokenText(node->getToken(node));
-        } else if (word.size() >= 2 && word.front() == '[' && word.back() == ']') {
-            word = word.substr(1, word.size() - 2);
+        if (node->getType(node) != ARRAY_BOUNDS && text.size() - wordStart >= 2 && text[wordStart] == '[' &&
+            text.back() == ']') {
+            text.pop_back();
+            text.erase(wordStart, 1);
         }
-        text += word;
         first = false;
         return true;
     });
