@@ -121,6 +121,16 @@ std::string foldedName(std::string_view name)
 
 bool foldsTo(std::string_view name, std::string_view folded)
 {
+    // Folding maps each character on its own, so an ASCII character at
+    // either end of the name must stand folded at that end: most names of a
+    // list differ there, and are told apart without a scan.
+    if (!name.empty()) {
+        const auto first = static_cast<unsigned char>(name.front());
+        const auto last = static_cast<unsigned char>(name.back());
+        if (folded.empty() || (first < 0x80 && asciiLower(name.front()) != folded.front()) ||
+            (last < 0x80 && asciiLower(name.back()) != folded.back()))
+            return false;
+    }
     if (!isAscii(name))
         return foldedName(name) == folded;
     if (name.size() != folded.size())

@@ -116,12 +116,19 @@ TEST(NameIndexTest, FoldsUnicodeNamesLikeTheNameComparison)
         SQLField *strasse = fields.add("Straße");
         SQLField *kelvin = fields.add("\u212Aey");  // KELVIN SIGN folds to ASCII k
         SQLField *greek = fields.add("ΣΊΣΥΦΟΣ");
+        SQLField *mass = fields.add("Maß");  // ends in a letter that folds to two
+        SQLField *ohm = fields.add("\u2126m");  // OHM SIGN folds to a Greek omega
         EXPECT_EQ(fields.find("STRASSE"), strasse);
         EXPECT_EQ(fields.find("strasse"), strasse);
         EXPECT_EQ(fields.find("key"), kelvin);
         EXPECT_EQ(fields.find("KEY"), kelvin);
         EXPECT_EQ(fields.find("σίσυφος"), greek);
         EXPECT_EQ(fields.find("σίσυφοσ"), greek);
+        EXPECT_EQ(fields.find("MASS"), mass);
+        EXPECT_EQ(fields.find("mass"), mass);
+        EXPECT_EQ(fields.find("MAS"), nullptr);
+        EXPECT_EQ(fields.find("ωM"), ohm);
+        EXPECT_EQ(fields.find("ωN"), nullptr);
 
         auto clash = SQLField::fieldWithName("KEY", "int");
         EXPECT_TRUE(fields.index.makeUnique(fields.items, *clash));
