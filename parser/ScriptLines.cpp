@@ -533,6 +533,9 @@ void ScriptLines::track(pANTLR3_COMMON_TOKEN token, size_t at)
 
 pANTLR3_COMMON_TOKEN ScriptLines::next()
 {
+    if (pANTLR3_COMMON_TOKEN token = passThrough()) {
+        return token;
+    }
     while (out_.empty()) {
         const size_t at = significant(0);
         pANTLR3_COMMON_TOKEN token = raw(at);
@@ -566,6 +569,33 @@ pANTLR3_COMMON_TOKEN ScriptLines::next()
     }
     pANTLR3_COMMON_TOKEN token = out_.front();
     out_.pop_front();
+    return token;
+}
+
+// Most tokens need none of the line decisions: a hidden token, or a token
+// inside a statement that neither starts a line nor follows a ")" (a glued
+// GO), with no DELIMITER, guarded block or COPY in play. When nothing is
+// waiting, such a token is taken from the lexer and handed on at once, with
+// the bookkeeping the loop in next() would do for it; nullptr, with nothing
+// read, when next() is to decide.
+pANTLR3_COMMON_TOKEN ScriptLines::passThrough()
+{
+    if (!out_.empty() || !raw_.empty() || eof_ != nullptr || lineStart_ || empty_ || copy_ ||
+        previousType_ == CLOSEPAREN || !delimiter_.empty() || !guards_.empty()) {
+        return nullptr;
+    }
+    pANTLR3_COMMON_TOKEN token = source_->nextToken(source_);
+    if (isEnd(token)) {
+        eof_ = token != nullptr ? token : &source_->eofToken;  // as raw() keeps it; next() decides
+        return nullptr;
+    }
+    if (!isSignificant(token)) {
+        if (endsLine(token)) {
+            lineStart_ = true;
+        }
+        return token;
+    }
+    track(token, 0);
     return token;
 }
 

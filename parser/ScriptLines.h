@@ -94,6 +94,7 @@ private:
     // Routine at the next GO, "/" or DELIMITER line).
     enum class Kind { None, Splittable, Insert, Update, Alter, Whole, Routine };
 
+    pANTLR3_COMMON_TOKEN passThrough();  // the next token when it needs no line decision
     pANTLR3_COMMON_TOKEN raw(size_t i);  // i-th unprocessed raw token (EOF at the end)
     size_t significant(size_t from);     // index of the first significant raw token from `from`
     bool lineEndBetween(size_t from, size_t to);
