@@ -388,7 +388,10 @@ int main(int argc, char **argv)
                  "Exit codes: 0 success (also a script whose statements are all dropped); 1 a file cannot be read or parsed, or the output cannot be written;\n"
                  "2 usage error; 3 `check` found records."};
     app.require_subcommand(1);
-    app.set_version_flag("--version", versionText(), "Print the versions of the tool and its libraries");
+    // Made only when asked for: finding Graphviz's version loads its plugins,
+    // which cost more than parsing a small script.
+    app.set_version_flag("--version", std::function<std::string()>(versionText),
+                         "Print the versions of the tool and its libraries");
     bool trace = false;
     InputOptions input;
     app.add_flag("--trace", trace, "Send the library's traces to standard error");
