@@ -1,8 +1,9 @@
 // The lexer's fast path for the tokens that make up most of a schema script:
 // blanks, line ends, names and keywords, quoted strings and names, line
-// comments, unsigned numbers and the punctuation of lists. The generated lexer predicts every token through its
-// state tables and matches it character by character through the stream's
-// function pointers; these tokens need neither. Each is made here exactly as
+// comments, unsigned numbers and the punctuation of lists. The generated
+// lexer predicts every token through its state tables and matches it
+// character by character through the stream's function pointers; these
+// tokens need neither. Each is made here exactly as
 // the generated rule makes it (same type, channel, extent, line, position
 // and the same helpers for names), and anything else, including every token
 // whose first characters could also start another rule (N'...', Q'...',
@@ -64,15 +65,13 @@ bool isQuote(uint16_t unit)
     return unit == '\'' || unit == '"' || unit == '`';
 }
 
-// True when a word that starts with the upper-cased unit `first` at p is
-// the start of a quoted string instead: N'..', Q'..', NQ'..', N"..", N`..`.
-bool opensQuotedString(char16_t first, const uint16_t *p, const uint16_t *end)
+// True when a word that starts with the upper-cased unit `first` at p opens
+// a Q'...' piece instead (Q'..', NQ'..'), which the generated lexer reads.
+// (N'..', N".." and N`..` are read by scanQuotedString.)
+bool opensQPiece(char16_t first, const uint16_t *p, const uint16_t *end)
 {
-    if (first != 'N' && first != 'Q') {
-        return false;
-    }
-    if (p + 1 < end && ((first == 'N' && isQuote(p[1])) || (first == 'Q' && p[1] == '\''))) {
-        return true;
+    if (first == 'Q') {
+        return p + 1 < end && p[1] == '\'';
     }
     return first == 'N' && p + 2 < end && foldTable.uppercaseCharacter(p[1]) == 'Q' && p[2] == '\'';
 }
@@ -258,7 +257,7 @@ pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
         if (c == 'N' && p + 1 < end && isQuote(p[1])) {
             return scanQuotedString(lexer, p, end);
         }
-        if (isNameStart(c) && !opensQuotedString(c, p, end)) {
+        if (isNameStart(c) && !opensQPiece(c, p, end)) {
             // STRING: the first letter, the rest of the name, and the type
             // of the word (a keyword, a one-word rule such as T_NOT, or STRING).
             startToken(state, input);

@@ -576,8 +576,8 @@ pANTLR3_COMMON_TOKEN ScriptLines::next()
 // inside a statement that neither starts a line nor follows a ")" (a glued
 // GO), with no DELIMITER, guarded block or COPY in play. When nothing is
 // waiting, such a token is taken from the lexer and handed on at once, with
-// the bookkeeping the loop in next() would do for it; nullptr, with nothing
-// read, when next() is to decide.
+// the bookkeeping the loop in next() would do for it; nullptr when next() is
+// to decide (having read nothing, or only the end of input).
 pANTLR3_COMMON_TOKEN ScriptLines::passThrough()
 {
     if (!out_.empty() || !raw_.empty() || eof_ != nullptr || lineStart_ || empty_ || copy_ ||
