@@ -4,8 +4,11 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <fcntl.h>
@@ -50,35 +53,41 @@ bool writeAll(int fd, const void *data, std::size_t size)
 // Reads a file in pieces that end just after an ASCII byte (or at the end
 // of the file). No UTF-8 sequence, well-formed or not, runs past an ASCII
 // byte, so converting or checking the pieces one by one gives what the
-// whole text would give.
+// whole text would give. The buffer is reused and never cleared: a read
+// fills what is looked at.
 class Pieces {
 public:
     explicit Pieces(int fd) : fd_(fd) {}
 
-    // The next piece; false at the end of the file or on a read error.
-    bool next(std::string &piece)
+    // The next piece, valid until the next call; false at the end of the
+    // file or on a read error.
+    bool next(std::string_view &piece)
     {
-        piece.clear();
+        if (taken_ != 0) {
+            std::memmove(buffer_.get(), buffer_.get() + taken_, have_ - taken_);
+            have_ -= taken_;
+            taken_ = 0;
+        }
         for (;;) {
-            const std::size_t have = carry_.size();
-            carry_.resize(have + blockBytes);
-            const ssize_t got = ::read(fd_, carry_.data() + have, blockBytes);
+            reserve(have_ + blockBytes);
+            const ssize_t got = ::read(fd_, buffer_.get() + have_, blockBytes);
             if (got < 0) {
                 failed_ = true;
                 return false;
             }
-            carry_.resize(have + static_cast<std::size_t>(got));
             if (got == 0) {
-                piece.swap(carry_);
-                carry_.clear();
-                return !piece.empty();
+                piece = std::string_view(buffer_.get(), have_);
+                taken_ = have_;
+                return have_ != 0;
             }
-            const auto last = std::find_if(carry_.rbegin(), carry_.rend(),
-                                           [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-            if (last != carry_.rend()) {
-                const auto cut = static_cast<std::size_t>(carry_.rend() - last);
-                piece.assign(carry_, 0, cut);
-                carry_.erase(0, cut);
+            have_ += static_cast<std::size_t>(got);
+            std::size_t cut = have_;
+            while (cut > 0 && static_cast<unsigned char>(buffer_[cut - 1]) >= 0x80) {
+                --cut;
+            }
+            if (cut > 0) {
+                piece = std::string_view(buffer_.get(), cut);
+                taken_ = cut;
                 return true;
             }
         }
@@ -86,8 +95,23 @@ public:
     bool failed() const { return failed_; }
 
 private:
+    void reserve(std::size_t size)
+    {
+        if (size > capacity_) {
+            std::unique_ptr<char[]> grown(new char[size]);
+            if (have_ != 0) {
+                std::memcpy(grown.get(), buffer_.get(), have_);
+            }
+            buffer_ = std::move(grown);
+            capacity_ = size;
+        }
+    }
+
     int fd_;
-    std::string carry_;
+    std::unique_ptr<char[]> buffer_;
+    std::size_t capacity_ = 0;
+    std::size_t have_ = 0;   // bytes read and not yet handed out
+    std::size_t taken_ = 0;  // bytes of the piece handed out last
     bool failed_ = false;
 };
 
@@ -106,7 +130,7 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
     }
     // The encoding is decided for the whole file before any of it is decoded.
     bool utf8 = true;
-    std::string piece;
+    std::string_view piece;
     {
         Pieces pieces(in.fd);
         while (utf8 && pieces.next(piece)) {
@@ -132,7 +156,7 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
     std::size_t units = 0;
     bool first = true;
     while (pieces.next(piece)) {
-        std::u16string text = utf8ToUtf16(utf8 ? std::string_view(piece) : std::string_view(macRomanToUtf8(piece)));
+        std::u16string text = utf8ToUtf16(utf8 ? piece : std::string_view(macRomanToUtf8(piece)));
         if (first && !text.empty() && text.front() == u'\uFEFF') {
             text.erase(0, 1);  // as the driver drops the byte order mark
         }
