@@ -4,6 +4,7 @@
 #include "RecognizerSupport.h"
 #include "ScriptFileText.h"
 #include "TokenWindow.h"
+#include "RuntimeShortcuts.h"
 #include "VellumGrammarCLexer.h"
 #include "VellumGrammarCParser.h"
 #include "VellumTreeGrammarC.h"
@@ -53,34 +54,6 @@ pANTLR3_COMMON_TOKEN nextTokenPlacingEnd(pANTLR3_TOKEN_SOURCE source)
         token->charPosition = lexer->input->charPositionInLine;
     }
     return token;
-}
-
-// The runtime makes each tree node by running its initialisers, which set
-// some thirty function pointers one at a time. The arboretum keeps a node
-// initialised the same way (unTruc, with the factory and string factory that
-// a node gets); copying it gives the same node for a fraction of the work.
-// Reused nodes and new pools are left to the runtime.
-pANTLR3_BASE_TREE (*runtimeNewTree)(pANTLR3_ARBORETUM) = nullptr;
-
-pANTLR3_BASE_TREE newTreeByCopy(pANTLR3_ARBORETUM factory)
-{
-    if (factory->nilStack->peek(factory->nilStack) != nullptr || factory->nextTree >= ANTLR3_FACTORY_POOL_SIZE) {
-        return runtimeNewTree(factory);
-    }
-    pANTLR3_COMMON_TREE tree = factory->pools[factory->thisPool] + factory->nextTree;
-    factory->nextTree++;
-    std::memcpy(static_cast<void *>(tree), &factory->unTruc, sizeof *tree);
-    tree->baseTree.super = tree;
-    return &tree->baseTree;
-}
-
-void copyNewTrees(pANTLR3_BASE_TREE_ADAPTOR adaptor)
-{
-    pANTLR3_ARBORETUM arboretum = static_cast<pANTLR3_COMMON_TREE_ADAPTOR>(adaptor->super)->arboretum;
-    if (arboretum->newTree != newTreeByCopy) {
-        runtimeNewTree = arboretum->newTree;
-        arboretum->newTree = newTreeByCopy;
-    }
 }
 
 // The runtime's token pool hands its tokens out again after a reset (once
@@ -144,6 +117,7 @@ pVellumTreeGrammarC newWalker(pANTLR3_COMMON_TREE_NODE_STREAM nodes, bool custom
         return nullptr;
     }
     pANTLR3_BASE_RECOGNIZER recognizer = walker->pTreeParser->rec;
+    useDirectFollowStack(recognizer);
     recognizer->displayRecognitionError = kp_parser_displayRecognitionError;
     if (customErrorDisplay) {
         recognizer->getMissingSymbol = kp_tree_getMissingSymbol;
@@ -190,6 +164,7 @@ struct StatementWalker {
                 KpError::handleErrorWithLocalizedString("Tried to parse empty Tree", KpErrorEmptyTree, error);
                 return false;
             }
+            useDirectNodeReading(nodes);
             walker = newWalker(nodes, customErrorDisplay, session, error);
             if (walker == nullptr) {
                 return false;
@@ -261,9 +236,10 @@ SQLRecognizer *newParser(SQLTokenStream *tokens, ParseSession *session, bool cus
     if (parser == nullptr) {
         return nullptr;
     }
-    copyNewTrees(parser->adaptor);
+    useDirectTreeBuilding(parser->adaptor);
     clearReusedTokens(parser->adaptor);
     pANTLR3_BASE_RECOGNIZER recognizer = parser->pParser->rec;
+    useDirectFollowStack(recognizer);
     recognizer->displayRecognitionError = kp_parser_displayRecognitionError;
     kp_installParserRecovery(recognizer);
     if (customErrorDisplay) {
@@ -557,7 +533,7 @@ void RecognizerPipeline::releaseFinishedStatements()
     if (fresh != nullptr) {  // else keep the old factory; memory is only held longer
         common->arboretum->close(common->arboretum);
         common->arboretum = fresh;
-        copyNewTrees(adaptor);
+        useDirectTreeBuilding(adaptor);
         if (adaptor->tokenFactory != nullptr) {
             adaptor->tokenFactory->reset(adaptor->tokenFactory);
         }
