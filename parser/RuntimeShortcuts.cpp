@@ -48,13 +48,11 @@ std::atomic<const CommonTreeCalls *> takenCalls{nullptr};
 
 const CommonTreeCalls &callsTaken() { return *takenCalls.load(std::memory_order_acquire); }
 
-// A node whose parent, index and nil test are the common tree's own: its
-// fields may be set directly, to the same effect.
-bool isCommonTree(pANTLR3_BASE_TREE tree)
+// A node whose index and parent are set by the common tree's own functions:
+// its fields may be set directly, to the same effect.
+bool placesLikeCommonTree(pANTLR3_BASE_TREE tree, const CommonTreeCalls &calls)
 {
-    const CommonTreeCalls &calls = callsTaken();
-    return tree->isNilNode == calls.isNilNode && tree->setParent == calls.setParent &&
-           tree->setChildIndex == calls.setChildIndex;
+    return tree->setChildIndex == calls.setChildIndex && tree->setParent == calls.setParent;
 }
 
 // A child's index and parent as the common tree's setChildIndex and
@@ -115,7 +113,7 @@ void *postProcessRule(pANTLR3_BASE_TREE_ADAPTOR adaptor, void *rootPointer)
         return nullptr;
     }
     const CommonTreeCalls &calls = callsTaken();
-    if (!isCommonTree(root) || root->getChildCount != calls.getChildCount) {
+    if (root->isNilNode != calls.isNilNode || root->getChildCount != calls.getChildCount) {
         return calls.rulePostProcessing(adaptor, root);
     }
     if (static_cast<pANTLR3_COMMON_TREE>(root->super)->token != nullptr) {
@@ -129,7 +127,7 @@ void *postProcessRule(pANTLR3_BASE_TREE_ADAPTOR adaptor, void *rootPointer)
         return root;
     }
     auto child = static_cast<pANTLR3_BASE_TREE>(root->children->elements[0].element);
-    if (child == nullptr || !isCommonTree(child)) {
+    if (child == nullptr || !placesLikeCommonTree(child, calls)) {
         return calls.rulePostProcessing(adaptor, root);
     }
     auto node = static_cast<pANTLR3_COMMON_TREE>(child->super);
@@ -148,8 +146,10 @@ void addTreeChild(pANTLR3_BASE_TREE tree, void *childPointer)
     if (child == nullptr) {
         return;
     }
+    // Only the child's nil test is the common tree's to be known here; the
+    // rest goes through the nodes' own functions or is checked where used.
     const CommonTreeCalls &calls = callsTaken();
-    if (!isCommonTree(tree) || !isCommonTree(child)) {
+    if (child->isNilNode != calls.isNilNode) {
         calls.addChild(tree, child);
         return;
     }
@@ -177,7 +177,7 @@ void addTreeChild(pANTLR3_BASE_TREE tree, void *childPointer)
         auto parent = static_cast<pANTLR3_COMMON_TREE>(tree->super);
         for (ANTLR3_UINT32 i = 0; i < list->count; ++i) {
             auto entry = static_cast<pANTLR3_BASE_TREE>(list->elements[i].element);
-            if (isCommonTree(entry)) {
+            if (placesLikeCommonTree(entry, calls)) {
                 placeChild(entry, parent, i);
             } else {
                 entry->setChildIndex(entry, static_cast<ANTLR3_INT32>(i));

@@ -72,9 +72,12 @@ std::string word(pANTLR3_COMMON_TOKEN token)
     return text;
 }
 
+// Line and statement starts ask this for every line; most words differ from
+// every listed one in their first letter.
 bool isOneOf(const std::string &text, std::initializer_list<const char *> words)
 {
-    return std::any_of(words.begin(), words.end(), [&](const char *w) { return text == w; });
+    const char first = text.empty() ? '\0' : text[0];
+    return std::any_of(words.begin(), words.end(), [&](const char *w) { return w[0] == first && text == w; });
 }
 
 #include "StatementStartExclusions.inc"
@@ -89,9 +92,35 @@ bool opensKnownStatement(ANTLR3_UINT32 type, const std::string &w)
                std::end(unknownStatementExcludedWords);
 }
 
+// The word GO in any case, read in place.
+bool isGo(pANTLR3_COMMON_TOKEN token)
+{
+    const char16_t *units = nullptr;
+    size_t count = 0;
+    if (isEnd(token) || token->type == QUOTED_STRING || !kp_tokenUnits(token, &units, &count)) {
+        return word(token) == "GO";
+    }
+    return count == 2 && (units[0] | 0x20) == u'g' && (units[1] | 0x20) == u'o';
+}
+
 bool isText(pANTLR3_COMMON_TOKEN token, const char *text)
 {
-    return !isEnd(token) && kp_tokenText(token) == text;
+    if (isEnd(token)) {
+        return false;
+    }
+    // An ASCII text is compared with the token's units in place.
+    const char16_t *units = nullptr;
+    size_t count = 0;
+    if (kp_tokenUnits(token, &units, &count)) {
+        size_t i = 0;
+        for (; i < count && text[i] != '\0'; ++i) {
+            if (units[i] != static_cast<unsigned char>(text[i])) {
+                return false;
+            }
+        }
+        return i == count && text[i] == '\0';
+    }
+    return kp_tokenText(token) == text;
 }
 
 // SQL*Plus and SQLCMD commands that hold a line, whatever it ends with.
@@ -221,7 +250,7 @@ void ScriptLines::endStatement()
 bool ScriptLines::batchLine(size_t at)
 {
     pANTLR3_COMMON_TOKEN first = raw(at);
-    if (word(first) != "GO" && first->type != FORWARD_SLASH) {
+    if (first->type != FORWARD_SLASH && !isGo(first)) {
         return false;
     }
     const size_t end = lineEnd(at);
@@ -229,7 +258,7 @@ bool ScriptLines::batchLine(size_t at)
         return false;
     }
     size_t second = significant(at + 1);
-    const bool go = word(first) == "GO";
+    const bool go = first->type != FORWARD_SLASH;
     if (go && second < end && raw(second)->type == INT) {
         second = significant(second + 1);
     }
