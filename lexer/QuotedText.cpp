@@ -2,6 +2,7 @@
 
 #include "ParseSession.h"
 #include "RecognizerSupport.h"
+#include "UnitScan.h"
 #include "VellumGrammarCLexer.h"
 
 #include <algorithm>
@@ -15,21 +16,42 @@ namespace {
 
 bool isLineEnd(char16_t c) { return c == u'\n' || c == u'\r'; }
 
-// Units that change what a scan of the rest of a line knows: line ends,
-// quotes, backslashes and dashes. Dump lines are mostly other units, which
-// the scan passes with one look-up.
-struct LineScanUnits {
-    bool matters[128] = {};
-    LineScanUnits()
+// Outside strings, the units that change what a scan of the rest of a line
+// knows: line ends, quotes and dashes. Dump lines are mostly other units,
+// which the scans pass eight at a time.
+const UnitSet outsideStrings(u'\n', u'\r', u'\'', u'"', u'`', u'-');
+
+// The units that end or change the reading of a string opened by one quote.
+struct QuoteSets {
+    UnitSet<4> body;           // the quote, a backslash, a line end
+    UnitSet<1> quote;          // the quote alone
+    UnitSet<2> quoteOrEscape;  // the quote, a backslash
+    UnitSet<3> lineBound;      // the quote, a line end
+    UnitSet<4> rest;           // within a string in a scan of the line: the quote, a line end
+    UnitSet<4> restEscaping;   // the same, and a backslash
+    explicit QuoteSets(char16_t q)
+        : body(q, u'\\', u'\n', u'\r'), quote(q), quoteOrEscape(q, u'\\'), lineBound(q, u'\n', u'\r'),
+          rest(q, q, u'\n', u'\r'), restEscaping(q, u'\\', u'\n', u'\r')
     {
-        for (const char c : {'\n', '\r', '\'', '"', '`', '\\', '-'}) {
-            matters[static_cast<unsigned char>(c)] = true;
-        }
     }
 };
-const LineScanUnits lineScanUnits;
 
-bool mattersToLineScan(char16_t c) { return c < 128 && lineScanUnits.matters[c]; }
+const QuoteSets singleQuoted(u'\''), doubleQuoted(u'"'), backQuoted(u'`');
+
+// The sets of one of the three quotes, or nullptr for another unit.
+const QuoteSets *standardSets(char16_t quote)
+{
+    switch (quote) {
+    case u'\'':
+        return &singleQuoted;
+    case u'"':
+        return &doubleQuoted;
+    case u'`':
+        return &backQuoted;
+    default:
+        return nullptr;
+    }
+}
 
 bool isAsciiLetter(char16_t c) { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z'); }
 
@@ -39,30 +61,24 @@ bool isNameCharacter(char16_t c)
 }
 
 // The position just after the closing quote, or nullptr when the piece is not
-// closed before end. A doubled quote closes the piece: the next piece of the
-// same token starts there.
-const char16_t *closingQuote(const char16_t *p, const char16_t *end, char16_t quote, bool escapes)
+// closed before end (backslashes escaping the next unit). A doubled quote
+// closes the piece: the next piece of the same token starts there.
+const char16_t *closingEscapedQuote(const char16_t *p, const char16_t *end, const QuoteSets &sets)
 {
-    for (; p < end; ++p) {
-        if (*p == quote) {
+    for (p = sets.quoteOrEscape.findIn(p, end); p < end; p = sets.quoteOrEscape.findIn(p + 1, end)) {
+        if (*p != u'\\') {
             return p + 1;
         }
-        if (escapes && *p == u'\\' && p + 1 < end) {
+        if (p + 1 < end) {  // a backslash: the next unit is taken with it
             ++p;
         }
     }
     return nullptr;
 }
 
-bool crossesLineEnd(const char16_t *from, const char16_t *to)
-{
-    for (const char16_t *p = from; p < to; ++p) {
-        if (isLineEnd(*p)) {
-            return true;
-        }
-    }
-    return false;
-}
+const UnitSet lineEnds(u'\n', u'\r');
+
+bool crossesLineEnd(const char16_t *from, const char16_t *to) { return lineEnds.findIn(from, to) != to; }
 
 // True when the rest of the line from p leaves a string open; a line comment
 // outside strings ends the scan. closes, if given, receives the position after
@@ -70,31 +86,38 @@ bool crossesLineEnd(const char16_t *from, const char16_t *to)
 bool lineEndsInString(const char16_t *p, const char16_t *end, bool escapes,
                       std::vector<const char16_t *> *closes = nullptr)
 {
-    char16_t open = 0;
-    for (; p < end; ++p) {
-        const char16_t c = *p;
-        if (!mattersToLineScan(c)) {
-            continue;
-        }
-        if (isLineEnd(c)) {
-            break;
-        }
-        if (open != 0) {
-            if (escapes && c == u'\\' && p + 1 < end && !isLineEnd(p[1])) {
-                ++p;
-            } else if (c == open) {
-                open = 0;
-                if (closes != nullptr) {
-                    closes->push_back(p + 1);
-                }
-            }
-        } else if (c == u'\'' || c == u'"' || c == u'`') {
-            open = c;
-        } else if (c == u'-' && p + 1 < end && p[1] == u'-') {
+    for (p = outsideStrings.findIn(p, end); p < end;) {
+        if (isLineEnd(*p)) {
             return false;
         }
+        if (*p == u'-') {
+            if (p + 1 < end && p[1] == u'-') {
+                return false;
+            }
+            p = outsideStrings.findIn(p + 1, end);
+            continue;
+        }
+        // A quote opens a string: only its quote, a line end and (escaping)
+        // a backslash count until it closes.
+        const QuoteSets &sets = *standardSets(*p);
+        const UnitSet<4> &inside = escapes ? sets.restEscaping : sets.rest;
+        for (p = inside.findIn(p + 1, end);; p = inside.findIn(p + 1, end)) {
+            if (p >= end || isLineEnd(*p)) {
+                return true;
+            }
+            if (*p != u'\\') {
+                break;
+            }
+            if (p + 1 < end && !isLineEnd(p[1])) {
+                ++p;  // the backslash takes the next unit with it
+            }
+        }
+        if (closes != nullptr) {
+            closes->push_back(p + 1);
+        }
+        p = outsideStrings.findIn(p + 1, end);
     }
-    return open != 0;
+    return false;
 }
 
 // lineEndsInString, answered from the last scan when that scan closed a
@@ -130,30 +153,29 @@ bool staysOnItsLine(const char16_t *body, const char16_t *close, const char16_t 
 
 } // namespace
 
-size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote, QuoteScanCache *cache,
-                        bool lineBound)
+namespace {
+
+size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote, const QuoteSets *sets,
+                        QuoteScanCache *cache, bool lineBound)
 {
     if (lineBound) {
-        const char16_t *p = body;
-        while (p < end && !isLineEnd(*p) && *p != quote) {
-            ++p;
-        }
+        const char16_t *p = sets->lineBound.findIn(body, end);
         return p < end && *p == quote ? static_cast<size_t>(p + 1 - body) : 0;
     }
     // The plain reading, and whether its body holds a backslash or a line
     // end: only then may the escaping reading differ from it.
     const char16_t *plain = nullptr;
-    bool special = false;
-    for (const char16_t *p = body; p < end; ++p) {
-        if (*p == quote) {
-            plain = p + 1;
-            break;
-        }
-        special = special || *p == u'\\' || isLineEnd(*p);
+    const char16_t *p = sets->body.findIn(body, end);
+    const bool special = p < end && *p != quote;
+    if (special) {
+        p = sets->quote.findIn(p + 1, end);
+    }
+    if (p < end) {
+        plain = p + 1;
     }
     const char16_t *escaped = plain;
     if (plain == nullptr || special) {
-        escaped = closingQuote(body, end, quote, true);
+        escaped = closingEscapedQuote(body, end, *sets);
     }
     const char16_t *chosen = escaped;
     if (escaped != plain) {
@@ -162,6 +184,18 @@ size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quot
         }
     }
     return chosen != nullptr ? static_cast<size_t>(chosen - body) : 0;
+}
+
+} // namespace
+
+size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote, QuoteScanCache *cache,
+                        bool lineBound)
+{
+    if (const QuoteSets *sets = standardSets(quote)) {
+        return quotedBodyLength(body, end, quote, sets, cache, lineBound);
+    }
+    const QuoteSets own(quote);
+    return quotedBodyLength(body, end, quote, &own, cache, lineBound);
 }
 
 bool isRemarkLine(const char16_t *begin, const char16_t *at, QuoteScanCache *cache)

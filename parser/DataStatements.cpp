@@ -1,6 +1,7 @@
 #include "DataStatements.h"
 
 #include "ScriptLines.h"
+#include "UnitScan.h"
 
 #include <string>
 
@@ -10,20 +11,6 @@ namespace {
 
 bool isLetter(char16_t c) { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z'); }
 bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
-bool isLineEnd(char16_t c) { return c == u'\n' || c == u'\r'; }
-
-// Characters that make a token of their own (or the first unit of an
-// operator token) and mean nothing to the filter.
-bool isPlainPunctuation(char16_t c)
-{
-    switch (c) {
-    case u'.': case u'+': case u'*': case u'{': case u'}': case u'%': case u':': case u'_': case u'!':
-    case u'<': case u'>': case u'@': case u'=': case u',': case u'?': case u'|': case u'-':
-        return true;
-    default:
-        return false;
-    }
-}
 
 // The unit after the line end at p (LF, CRLF or a lone CR).
 const char16_t *afterLineEnd(const char16_t *p, const char16_t *end)
@@ -34,8 +21,9 @@ const char16_t *afterLineEnd(const char16_t *p, const char16_t *end)
 // The end of the closed block comment whose "/*" is at p, or nullptr.
 const char16_t *afterBlockComment(const char16_t *p, const char16_t *end)
 {
-    for (const char16_t *q = p + 2; q + 1 < end; ++q) {
-        if (q[0] == u'*' && q[1] == u'/') {
+    const UnitSet star(u'*');
+    for (const char16_t *q = star.findIn(p + 2, end); q + 1 < end; q = star.findIn(q + 1, end)) {
+        if (q[1] == u'/') {
             return q + 2;
         }
     }
@@ -46,12 +34,8 @@ const char16_t *afterBlockComment(const char16_t *p, const char16_t *end)
 // the input ends first (the lexer rejects that comment).
 const char16_t *afterLineComment(const char16_t *p, const char16_t *end)
 {
-    for (; p < end; ++p) {
-        if (isLineEnd(*p)) {
-            return afterLineEnd(p, end);
-        }
-    }
-    return nullptr;
+    p = UnitSet(u'\n', u'\r').findIn(p, end);
+    return p < end ? afterLineEnd(p, end) : nullptr;
 }
 
 bool startsWithWord(const std::string &word, const char *prefix)
@@ -71,6 +55,65 @@ std::string leadingLetters(const std::string &word)
 
 } // namespace
 
+namespace {
+
+// What a unit is to the scan below; every unit beyond ASCII is Other.
+enum class UnitClass : unsigned char {
+    Other,        // no token rule, or one whose tokens are not followed here
+    Blank,        // space, tab
+    LineEnd,      // LF, CR
+    Semicolon,
+    Slash,        // a comment, or a "/" token
+    Dash,         // a line comment, or a "-" token
+    Hash,         // a line comment
+    Quote,        // ' " `
+    Letter,
+    Digit,
+    Open,
+    Close,
+    Bracket,      // [
+    Backslash,
+    Punctuation,  // a token of its own (or an operator's first unit) that means nothing here
+};
+
+struct UnitClasses {
+    UnitClass of[128] = {};
+    constexpr UnitClasses()
+    {
+        for (int c = 'A'; c <= 'Z'; ++c) {
+            of[c] = UnitClass::Letter;
+            of[c + ('a' - 'A')] = UnitClass::Letter;
+        }
+        for (int c = '0'; c <= '9'; ++c) {
+            of[c] = UnitClass::Digit;
+        }
+        for (const char c : {'.', '+', '*', '{', '}', '%', ':', '_', '!', '<', '>', '@', '=', ',', '?', '|'}) {
+            of[static_cast<unsigned char>(c)] = UnitClass::Punctuation;
+        }
+        of[static_cast<unsigned char>(' ')] = UnitClass::Blank;
+        of[static_cast<unsigned char>('\t')] = UnitClass::Blank;
+        of[static_cast<unsigned char>('\n')] = UnitClass::LineEnd;
+        of[static_cast<unsigned char>('\r')] = UnitClass::LineEnd;
+        of[static_cast<unsigned char>(';')] = UnitClass::Semicolon;
+        of[static_cast<unsigned char>('/')] = UnitClass::Slash;
+        of[static_cast<unsigned char>('-')] = UnitClass::Dash;
+        of[static_cast<unsigned char>('#')] = UnitClass::Hash;
+        of[static_cast<unsigned char>('\'')] = UnitClass::Quote;
+        of[static_cast<unsigned char>('"')] = UnitClass::Quote;
+        of[static_cast<unsigned char>('`')] = UnitClass::Quote;
+        of[static_cast<unsigned char>('(')] = UnitClass::Open;
+        of[static_cast<unsigned char>(')')] = UnitClass::Close;
+        of[static_cast<unsigned char>('[')] = UnitClass::Bracket;
+        of[static_cast<unsigned char>('\\')] = UnitClass::Backslash;
+    }
+};
+
+constexpr UnitClasses unitClasses;
+
+UnitClass classOf(char16_t c) { return c < 128 ? unitClasses.of[c] : UnitClass::Other; }
+
+} // namespace
+
 const char16_t *dataStatementEnd(const char16_t *from, const char16_t *end, DataStatementCut cut,
                                  QuoteScanCache *cache)
 {
@@ -79,47 +122,58 @@ const char16_t *dataStatementEnd(const char16_t *from, const char16_t *end, Data
     std::string word;
     for (const char16_t *p = from; p < end;) {
         const char16_t c = *p;
-        if (c == u' ' || c == u'\t') {
+        const UnitClass unitClass = classOf(c);
+        // What is no token: blanks, line ends, comments.
+        switch (unitClass) {
+        case UnitClass::Blank:
             ++p;
             continue;
-        }
-        if (isLineEnd(c)) {
+        case UnitClass::LineEnd:
             p = afterLineEnd(p, end);
             lineStart = true;
             continue;
-        }
-        if (c == u';') {
+        case UnitClass::Semicolon:
             return p;
-        }
-        if (c == u'/' && p + 1 < end && p[1] == u'*') {
-            if (p + 2 < end && p[2] == u'!') {
-                return nullptr;  // executable comment: its text is SQL
+        case UnitClass::Slash:
+            if (p + 1 < end && p[1] == u'*') {
+                if (p + 2 < end && p[2] == u'!') {
+                    return nullptr;  // executable comment: its text is SQL
+                }
+                p = afterBlockComment(p, end);
+                if (p == nullptr) {
+                    return nullptr;
+                }
+                continue;
             }
-            p = afterBlockComment(p, end);
-            if (p == nullptr) {
-                return nullptr;
+            [[fallthrough]];
+        case UnitClass::Dash:
+        case UnitClass::Hash:
+            // "//", "--" and "#" start line comments.
+            if (unitClass == UnitClass::Hash || (p + 1 < end && p[1] == c)) {
+                p = afterLineComment(p, end);
+                if (p == nullptr) {
+                    return nullptr;
+                }
+                lineStart = true;
+                continue;
             }
-            continue;
-        }
-        if ((c == u'/' && p + 1 < end && p[1] == u'/') || (c == u'-' && p + 1 < end && p[1] == u'-') ||
-            c == u'#') {
-            p = afterLineComment(p, end);
-            if (p == nullptr) {
-                return nullptr;
-            }
-            lineStart = true;
-            continue;
+            break;
+        default:
+            break;
         }
         // A significant token.
         const bool firstOfLine = lineStart;
         lineStart = false;
-        if (c == u'\'' || c == u'"' || c == u'`') {
+        switch (unitClass) {
+        case UnitClass::Quote: {
             const size_t length = quotedBodyLength(p + 1, end, c, cache);
             if (length == 0) {
                 return nullptr;  // a QUOTE token of its own
             }
             p += 1 + length;
-        } else if (isLetter(c)) {
+            break;
+        }
+        case UnitClass::Letter: {
             const char16_t *start = p;
             for (; p < end && (isLetter(*p) || isDigit(*p) || *p == u'_' || *p == u'-'); ++p) {
                 if (*p == u'-' && p + 1 < end && p[1] == u'-') {
@@ -143,20 +197,25 @@ const char16_t *dataStatementEnd(const char16_t *from, const char16_t *end, Data
                                  (isStatementWord(word) || isStatementWord(leadingLetters(word)))))) {
                 return nullptr;
             }
-        } else if (isDigit(c)) {
+            break;
+        }
+        case UnitClass::Digit:
             while (p < end && isDigit(*p)) {
                 ++p;
             }
-        } else if (c == u'(') {
+            break;
+        case UnitClass::Open:
             ++parens;
             ++p;
-        } else if (c == u')') {
+            break;
+        case UnitClass::Close:
             parens = parens > 0 ? parens - 1 : 0;
             if (p + 2 < end && (p[1] == u'G' || p[1] == u'g') && (p[2] == u'O' || p[2] == u'o')) {
                 return nullptr;  // ")GO" may end a batch
             }
             ++p;
-        } else if (c == u'[') {
+            break;
+        case UnitClass::Bracket: {
             size_t length = bracketedNameLength(p, end);
             if (length == 0) {
                 const char16_t *q = p + 1;
@@ -169,17 +228,23 @@ const char16_t *dataStatementEnd(const char16_t *from, const char16_t *end, Data
                 length = static_cast<size_t>(q - p) + 1;  // array bounds
             }
             p += length;
-        } else if (c == u'/') {
+            break;
+        }
+        case UnitClass::Slash:
             if (firstOfLine) {
                 return nullptr;  // a "/" line ends the statement
             }
             ++p;
-        } else if (c == u'\\') {
+            break;
+        case UnitClass::Backslash:
             // A backslash outside strings takes a quote or a backslash with it.
             p += p + 1 < end && (p[1] == u'\'' || p[1] == u'"' || p[1] == u'\\') ? 2 : 1;
-        } else if (isPlainPunctuation(c)) {
+            break;
+        case UnitClass::Dash:
+        case UnitClass::Punctuation:
             ++p;
-        } else {
+            break;
+        default:
             return nullptr;  // no token rule, or one whose tokens are not followed here
         }
     }

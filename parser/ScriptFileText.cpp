@@ -156,12 +156,17 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
     std::size_t units = 0;
     bool first = true;
     while (pieces.next(piece)) {
-        std::u16string text = utf8ToUtf16(utf8 ? piece : std::string_view(macRomanToUtf8(piece)));
+        std::string converted;
+        const std::string_view bytes = utf8 ? piece : std::string_view(converted = macRomanToUtf8(piece));
+        std::u16string text = utf8ToUtf16(bytes);
         if (first && !text.empty() && text.front() == u'\uFEFF') {
             text.erase(0, 1);  // as the driver drops the byte order mark
         }
         first = false;
-        text.erase(std::remove(text.begin(), text.end(), u'\0'), text.end());
+        // A NUL unit comes only from a NUL byte (UTF-8 has no other form of it).
+        if (std::memchr(bytes.data(), 0, bytes.size()) != nullptr) {
+            text.erase(std::remove(text.begin(), text.end(), u'\0'), text.end());
+        }
         if (!writeAll(out.fd, text.data(), text.size() * sizeof(char16_t))) {
             return nullptr;
         }

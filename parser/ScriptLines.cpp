@@ -1,5 +1,7 @@
 #include "ScriptLines.h"
 
+#include "UnitScan.h"
+
 #include "DataStatements.h"
 #include "ParseSession.h"
 #include "RecognizerSupport.h"
@@ -822,12 +824,8 @@ void ScriptLines::advanceInput(const char16_t *to)
 {
     pANTLR3_INPUT_STREAM input = static_cast<pANTLR3_LEXER>(source_->super)->input;
     const auto *from = static_cast<const char16_t *>(input->nextChar);
-    ANTLR3_UINT32 lines = 0;
     bool returns = false;
-    for (const char16_t *p = from; p < to; ++p) {
-        lines += static_cast<ANTLR3_UINT32>(*p == u'\n');
-        returns |= *p == u'\r';
-    }
+    auto lines = static_cast<ANTLR3_UINT32>(countLineFeeds(from, to, &returns));
     if (returns) {
         // A carriage return that no line feed follows ends a line too (to is within the text).
         for (const char16_t *p = from; p < to; ++p) {

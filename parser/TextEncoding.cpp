@@ -2,13 +2,20 @@
 
 #include <unicode/ucnv.h>
 #include <unicode/ustring.h>
+#include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace sqlantlr {
 
@@ -31,14 +38,10 @@ size_t asciiPrefixLength(std::string_view text)
     return i;
 }
 
-} // namespace
-
-std::u16string utf8ToUtf16(std::string_view text)
+// An ASCII start widened, then ICU from the first other byte on (beyond
+// 2 GB ICU's lengths fail, as they always did here).
+std::u16string utf8ToUtf16ByIcu(std::string_view text, std::u16string result)
 {
-    std::u16string result(text.size(), u'\0');  // never more units than bytes
-    // Scripts are mostly ASCII: the ASCII start is widened here, and ICU
-    // decodes from the first other byte on (an ASCII byte always ends a
-    // character, so the split is clean).
     const size_t ascii = asciiPrefixLength(text);
     for (size_t i = 0; i < ascii; ++i) {
         result[i] = static_cast<char16_t>(text[i]);
@@ -55,6 +58,68 @@ std::u16string utf8ToUtf16(std::string_view text)
         return {};
     }
     result.resize(ascii + static_cast<size_t>(length));
+    return result;
+}
+
+} // namespace
+
+std::u16string utf8ToUtf16(std::string_view text)
+{
+    std::u16string result(text.size(), u'\0');  // never more units than bytes
+    if (text.size() > static_cast<size_t>(INT32_MAX)) {
+        return utf8ToUtf16ByIcu(text, std::move(result));
+    }
+    // Well-formed UTF-8 has one decoding, so it is decoded here: ASCII runs
+    // sixteen bytes at a time, other characters one by one. From the first
+    // ill-formed sequence on (a character boundary) ICU decodes the rest,
+    // with its substitutions, as it did the whole text before.
+    const auto *bytes = reinterpret_cast<const uint8_t *>(text.data());
+    const auto length = static_cast<int32_t>(text.size());
+    char16_t *out = result.data();
+    int32_t i = 0;
+    size_t o = 0;
+    while (i < length) {
+#if defined(__SSE2__)
+        const __m128i zero = _mm_setzero_si128();
+        while (length - i >= 16) {
+            const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i *>(bytes + i));
+            if (_mm_movemask_epi8(chunk) != 0) {
+                break;
+            }
+            _mm_storeu_si128(reinterpret_cast<__m128i *>(out + o), _mm_unpacklo_epi8(chunk, zero));
+            _mm_storeu_si128(reinterpret_cast<__m128i *>(out + o + 8), _mm_unpackhi_epi8(chunk, zero));
+            i += 16;
+            o += 16;
+        }
+#endif
+        while (i < length && bytes[i] < 0x80) {
+            out[o++] = static_cast<char16_t>(bytes[i++]);
+        }
+        if (i >= length) {
+            break;
+        }
+        const int32_t start = i;
+        UChar32 c;
+        U8_NEXT(bytes, i, length, c);
+        if (c < 0) {
+            int32_t written = 0;
+            UErrorCode status = U_ZERO_ERROR;
+            u_strFromUTF8WithSub(reinterpret_cast<UChar *>(out + o), static_cast<int32_t>(result.size() - o), &written,
+                                 text.data() + start, length - start, 0xFFFD, nullptr, &status);
+            if (U_FAILURE(status)) {
+                return {};
+            }
+            o += static_cast<size_t>(written);
+            break;
+        }
+        if (c <= 0xFFFF) {
+            out[o++] = static_cast<char16_t>(c);
+        } else {
+            out[o++] = static_cast<char16_t>(U16_LEAD(c));
+            out[o++] = static_cast<char16_t>(U16_TRAIL(c));
+        }
+    }
+    result.resize(o);
     return result;
 }
 
@@ -91,7 +156,15 @@ bool isValidUtf8(std::string_view bytes)
     int32_t i = 0;
     while (i < length) {
         // ASCII runs are skipped in bulk; each other character is decoded.
-        i += static_cast<int32_t>(asciiPrefixLength(bytes.substr(static_cast<size_t>(i))));
+#if defined(__SSE2__)
+        while (length - i >= 16 &&
+               _mm_movemask_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i *>(s + i))) == 0) {
+            i += 16;
+        }
+#endif
+        while (i < length && s[i] < 0x80) {
+            ++i;
+        }
         if (i >= length) {
             break;
         }
