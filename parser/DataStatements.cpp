@@ -171,6 +171,11 @@ const char16_t *dataStatementEnd(const char16_t *from, const char16_t *end, Data
                 return nullptr;  // a QUOTE token of its own
             }
             p += 1 + length;
+            if (p < end && (*p == u'Q' || *p == u'q')) {
+                // The lexer takes a Q right after a quoted piece for the start
+                // of a Q'...' piece of the same token, and reads on its own way.
+                return nullptr;
+            }
             break;
         }
         case UnitClass::Letter: {

@@ -75,6 +75,8 @@ TEST(DataStatements, TheScanGivesUpWhereTokensCouldMeanMore)
              u" INTO t VALUES (1)\n  /* c */ CREATE TABLE u (x INT);",  // the filter cuts here
              u" INTO t VALUES (1,[a);",               // a bracket that opens no name
              u" INTO t VALUES (a--b);",               // dashes inside a word
+             u" INTO t VALUES (''Q;",                 // a Q glued to a string: a Q'...' piece to the lexer
+             u" INTO t VALUES (\"x\"q);",             // (in any case)
          }) {
         EXPECT_EQ(scanEnd(text), -1) << "case " << index;
         ++index;
@@ -106,6 +108,9 @@ TEST(DataStatements, ImportsAreTheSameWithAndWithoutTheSkip)
         "COPY t FROM stdin;\nalice\tit's\n\\.\nCREATE TABLE q (x INT);\nGRANT ALL ON q TO u;\n",
         "LOCK TABLES `t` WRITE;\nSET @a = 'x;y', b = 2;\nUNLOCK TABLES;\nUPDATE t SET a = 1\nCREATE TABLE r (x INT);",
         "GRANT SELECT\nON t\nTO u;\nDECLARE @v INT\nCREATE TABLE s (x INT)\nGO\nREVOKE x ON y FROM z",
+        // A Q right after a quoted string: the lexer reads on in its own way.
+        "-O\"\"Q;\nSET\"",
+        "INSERT INTO t VALUES (''Q;\nCREATE TABLE v (x INT);\nINSERT INTO t VALUES ('a'q'b');\n",
     };
     for (const char *sql : scripts) {
         expectSameImport(sql);
