@@ -26,12 +26,11 @@ struct QuoteSets {
     UnitSet<4> body;           // the quote, a backslash, a line end
     UnitSet<1> quote;          // the quote alone
     UnitSet<2> quoteOrEscape;  // the quote, a backslash
-    UnitSet<3> lineBound;      // the quote, a line end
-    UnitSet<4> rest;           // within a string in a scan of the line: the quote, a line end
-    UnitSet<4> restEscaping;   // the same, and a backslash
+    UnitSet<4> rest;           // the quote, a line end (the quote twice: a set of four, as the next)
+    UnitSet<4> restEscaping;   // the quote, a line end, a backslash
     explicit QuoteSets(char16_t q)
-        : body(q, u'\\', u'\n', u'\r'), quote(q), quoteOrEscape(q, u'\\'), lineBound(q, u'\n', u'\r'),
-          rest(q, q, u'\n', u'\r'), restEscaping(q, u'\\', u'\n', u'\r')
+        : body(q, u'\\', u'\n', u'\r'), quote(q), quoteOrEscape(q, u'\\'), rest(q, q, u'\n', u'\r'),
+          restEscaping(q, u'\\', u'\n', u'\r')
     {
     }
 };
@@ -76,9 +75,7 @@ const char16_t *closingEscapedQuote(const char16_t *p, const char16_t *end, cons
     return nullptr;
 }
 
-const UnitSet lineEnds(u'\n', u'\r');
-
-bool crossesLineEnd(const char16_t *from, const char16_t *to) { return lineEnds.findIn(from, to) != to; }
+bool crossesLineEnd(const char16_t *from, const char16_t *to) { return lineEndUnits.findIn(from, to) != to; }
 
 // True when the rest of the line from p leaves a string open; a line comment
 // outside strings ends the scan. closes, if given, receives the position after
@@ -159,7 +156,7 @@ size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quot
                         QuoteScanCache *cache, bool lineBound)
 {
     if (lineBound) {
-        const char16_t *p = sets->lineBound.findIn(body, end);
+        const char16_t *p = sets->rest.findIn(body, end);
         return p < end && *p == quote ? static_cast<size_t>(p + 1 - body) : 0;
     }
     // The plain reading, and whether its body holds a backslash or a line

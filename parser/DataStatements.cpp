@@ -34,7 +34,7 @@ const char16_t *afterBlockComment(const char16_t *p, const char16_t *end)
 // the input ends first (the lexer rejects that comment).
 const char16_t *afterLineComment(const char16_t *p, const char16_t *end)
 {
-    p = UnitSet(u'\n', u'\r').findIn(p, end);
+    p = lineEndUnits.findIn(p, end);
     return p < end ? afterLineEnd(p, end) : nullptr;
 }
 

@@ -2,9 +2,9 @@
 
 #include "Log.h"
 #include "RecognizerSupport.h"
+#include "RuntimeShortcuts.h"
 #include "ScriptFileText.h"
 #include "TokenWindow.h"
-#include "RuntimeShortcuts.h"
 #include "VellumGrammarCLexer.h"
 #include "VellumGrammarCParser.h"
 #include "VellumTreeGrammarC.h"

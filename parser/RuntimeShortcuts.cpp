@@ -17,7 +17,6 @@ struct CommonTreeCalls {
     void (*setChildIndex)(pANTLR3_BASE_TREE, ANTLR3_INT32) = nullptr;
     ANTLR3_UINT32 (*getChildCount)(pANTLR3_BASE_TREE) = nullptr;
     void (*freshenAll)(pANTLR3_BASE_TREE) = nullptr;
-    void (*reuse)(pANTLR3_BASE_TREE) = nullptr;
     void (*adaptorAddChild)(pANTLR3_BASE_TREE_ADAPTOR, void *, void *) = nullptr;
     void *(*rulePostProcessing)(pANTLR3_BASE_TREE_ADAPTOR, void *) = nullptr;
 };
@@ -35,7 +34,6 @@ const CommonTreeCalls &runtimeCalls(pANTLR3_BASE_TREE_ADAPTOR adaptor)
         taken.setChildIndex = node.setChildIndex;
         taken.getChildCount = node.getChildCount;
         taken.freshenAll = node.freshenPACIndexesAll;
-        taken.reuse = node.reuse;
         taken.adaptorAddChild = adaptor->addChild;
         taken.rulePostProcessing = adaptor->rulePostProcessing;
         return taken;
@@ -252,15 +250,12 @@ struct StackCalls {
     void *(*get)(pANTLR3_VECTOR, ANTLR3_UINT32) = nullptr;
 };
 
-std::atomic<const StackCalls *> takenStackCalls{nullptr};
-
-const StackCalls &stackCallsTaken() { return *takenStackCalls.load(std::memory_order_acquire); }
-
-bool hasRuntimeVector(pANTLR3_STACK stack)
+// A stack whose own and vector's functions are the runtime's.
+bool isRuntimeStack(pANTLR3_STACK stack, const StackCalls &calls)
 {
-    const StackCalls &calls = stackCallsTaken();
     pANTLR3_VECTOR list = stack->vector;
-    return list->add == calls.add && list->del == calls.del && list->get == calls.get;
+    return stack->push == calls.push && stack->pop == calls.pop && list->add == calls.add && list->del == calls.del &&
+           list->get == calls.get;
 }
 
 // Push: the element goes on top, with its free function. Only on a stack
@@ -312,8 +307,7 @@ void useDirectStack(pANTLR3_STACK stack)
         calls.get = stack->vector->get;
         return calls;
     }();
-    takenStackCalls.store(&taken, std::memory_order_release);
-    if (stack->push != taken.push || stack->pop != taken.pop || !hasRuntimeVector(stack)) {
+    if (!isRuntimeStack(stack, taken)) {
         return;
     }
     stack->push = pushInPlace;

@@ -98,6 +98,7 @@ private:
     void reserve(std::size_t size)
     {
         if (size > capacity_) {
+            size = std::max(size, 2 * capacity_);  // a long run without ASCII grows it in doublings
             std::unique_ptr<char[]> grown(new char[size]);
             if (have_ != 0) {
                 std::memcpy(grown.get(), buffer_.get(), have_);

@@ -21,31 +21,58 @@ namespace sqlantlr {
 
 namespace {
 
-// How many bytes from the start of text are ASCII, read eight at a time.
-size_t asciiPrefixLength(std::string_view text)
+// The first byte of [p, end) that is not ASCII, or end: sixteen bytes at a
+// time with SSE2, eight at a time otherwise.
+const uint8_t *asciiRunEnd(const uint8_t *p, const uint8_t *end)
 {
-    size_t i = 0;
-    for (; i + 8 <= text.size(); i += 8) {
+#if defined(__SSE2__)
+    while (end - p >= 16 && _mm_movemask_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i *>(p))) == 0) {
+        p += 16;
+    }
+#else
+    for (; end - p >= 8; p += 8) {
         uint64_t word;
-        std::memcpy(&word, text.data() + i, sizeof word);
+        std::memcpy(&word, p, sizeof word);
         if ((word & 0x8080808080808080ULL) != 0) {
             break;
         }
     }
-    while (i < text.size() && static_cast<unsigned char>(text[i]) < 0x80) {
-        ++i;
+#endif
+    while (p < end && *p < 0x80) {
+        ++p;
     }
-    return i;
+    return p;
 }
+
+// Widens the ASCII bytes at the start of [bytes, end) to UTF-16 units at
+// out, sixteen at a time with SSE2; returns how many there were.
+size_t widenAsciiRun(const uint8_t *bytes, const uint8_t *end, char16_t *out)
+{
+    const uint8_t *p = bytes;
+#if defined(__SSE2__)
+    const __m128i zero = _mm_setzero_si128();
+    for (; end - p >= 16; p += 16, out += 16) {
+        const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
+        if (_mm_movemask_epi8(chunk) != 0) {
+            break;
+        }
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(out), _mm_unpacklo_epi8(chunk, zero));
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(out + 8), _mm_unpackhi_epi8(chunk, zero));
+    }
+#endif
+    for (; p < end && *p < 0x80; ++p) {
+        *out++ = static_cast<char16_t>(*p);
+    }
+    return static_cast<size_t>(p - bytes);
+}
+
+const uint8_t *bytesOf(std::string_view text) { return reinterpret_cast<const uint8_t *>(text.data()); }
 
 // An ASCII start widened, then ICU from the first other byte on (beyond
 // 2 GB ICU's lengths fail, as they always did here).
 std::u16string utf8ToUtf16ByIcu(std::string_view text, std::u16string result)
 {
-    const size_t ascii = asciiPrefixLength(text);
-    for (size_t i = 0; i < ascii; ++i) {
-        result[i] = static_cast<char16_t>(text[i]);
-    }
+    const size_t ascii = widenAsciiRun(bytesOf(text), bytesOf(text) + text.size(), result.data());
     if (ascii == text.size()) {
         return result;
     }
@@ -73,28 +100,15 @@ std::u16string utf8ToUtf16(std::string_view text)
     // sixteen bytes at a time, other characters one by one. From the first
     // ill-formed sequence on (a character boundary) ICU decodes the rest,
     // with its substitutions, as it did the whole text before.
-    const auto *bytes = reinterpret_cast<const uint8_t *>(text.data());
+    const uint8_t *bytes = bytesOf(text);
     const auto length = static_cast<int32_t>(text.size());
     char16_t *out = result.data();
     int32_t i = 0;
     size_t o = 0;
     while (i < length) {
-#if defined(__SSE2__)
-        const __m128i zero = _mm_setzero_si128();
-        while (length - i >= 16) {
-            const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i *>(bytes + i));
-            if (_mm_movemask_epi8(chunk) != 0) {
-                break;
-            }
-            _mm_storeu_si128(reinterpret_cast<__m128i *>(out + o), _mm_unpacklo_epi8(chunk, zero));
-            _mm_storeu_si128(reinterpret_cast<__m128i *>(out + o + 8), _mm_unpackhi_epi8(chunk, zero));
-            i += 16;
-            o += 16;
-        }
-#endif
-        while (i < length && bytes[i] < 0x80) {
-            out[o++] = static_cast<char16_t>(bytes[i++]);
-        }
+        const size_t run = widenAsciiRun(bytes + i, bytes + length, out + o);
+        i += static_cast<int32_t>(run);
+        o += run;
         if (i >= length) {
             break;
         }
@@ -156,15 +170,7 @@ bool isValidUtf8(std::string_view bytes)
     int32_t i = 0;
     while (i < length) {
         // ASCII runs are skipped in bulk; each other character is decoded.
-#if defined(__SSE2__)
-        while (length - i >= 16 &&
-               _mm_movemask_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i *>(s + i))) == 0) {
-            i += 16;
-        }
-#endif
-        while (i < length && s[i] < 0x80) {
-            ++i;
-        }
+        i = static_cast<int32_t>(asciiRunEnd(s + i, s + length) - s);
         if (i >= length) {
             break;
         }

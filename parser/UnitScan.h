@@ -72,6 +72,9 @@ private:
 template <typename... Units>
 UnitSet(Units...) -> UnitSet<sizeof...(Units)>;
 
+// LF and CR, the units that end a line.
+inline const UnitSet<2> lineEndUnits(u'\n', u'\r');
+
 // How many line feeds [p, end) holds, and whether it holds a carriage return.
 inline std::size_t countLineFeeds(const char16_t *p, const char16_t *end, bool *returns)
 {
