@@ -805,6 +805,9 @@ bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANT
         return false;
     }
     auto *session = static_cast<ParseSession *>(lexer->rec->state->userp);
+    if (session != nullptr && from >= session->dollarQuoteBegin && from < session->dollarQuoteEnd) {
+        return false;  // within a dollar-quoted string quotes open nothing, which the scan does not know
+    }
     const auto *data = static_cast<const char16_t *>(input->data);
     const char16_t *end = data + input->sizeBuf / 2;
     const char16_t *semi = dataStatementEnd(
