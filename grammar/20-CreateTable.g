@@ -85,10 +85,14 @@ subsequentTableEntry
 // entry) is left out: one ERROR_NODE at its name stands for it, and reading
 // goes on after its entry (kp_endTableColumn), so that no made-up text
 // reaches the model and the entries after it are read.
+// Plain columns (parser/PlainColumns.h) are read by a helper in one pass,
+// with the plain columns that follow them: the first name stays in the tree
+// with the reading on its token.
 tableColumn
 @init { ANTLR3_MARKER entryStart = INDEX(); KpRecoveryCheckpoint before = kp_recoveryCheckpoint(RECOGNIZER); }
 @after { retval.tree = kp_endTableColumn(RECOGNIZER, ADAPTOR, retval.tree, entryStart, before, retval.start); }
-    : fieldBlock { kp_requireTableEntryEnd(RECOGNIZER); }
+    : { kp_plainColumnAhead(RECOGNIZER) }?=> name=columnName { kp_takePlainColumns(RECOGNIZER, $name.start); }
+    | fieldBlock { kp_requireTableEntryEnd(RECOGNIZER); }
     ;
     catch [ANTLR3_RECOGNITION_EXCEPTION] {
         retval.tree = kp_endTableColumn(RECOGNIZER, ADAPTOR, retval.tree, entryStart, before, retval.start);

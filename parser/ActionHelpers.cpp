@@ -751,6 +751,19 @@ std::string kp_sourceText(pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop)
     return kp_utf16Slice(reinterpret_cast<const char16_t *>(from), static_cast<size_t>(to - from) / 2);
 }
 
+std::string kp_valueSourceText(pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop)
+{
+    std::string text = kp_sourceText(start, stop);
+    if (text.empty()) {
+        return text;
+    }
+    const char16_t *end = endThroughSkippedBrackets(stop);
+    if (end != unitAfter(stop)) {
+        text += kp_utf16Slice(unitAfter(stop), static_cast<size_t>(end - unitAfter(stop)));
+    }
+    return text;
+}
+
 void setCustomStringValueOnToken(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN carrier,
                                  pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop)
 {
@@ -760,13 +773,9 @@ void setCustomStringValueOnToken(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COM
     }
     // A value that failed to parse before its first token has no text: the
     // carrier then carries none, and the value stays unset.
-    std::string text = kp_sourceText(start, stop);
+    std::string text = kp_valueSourceText(start, stop);
     if (text.empty()) {
         return;
-    }
-    const char16_t *end = endThroughSkippedBrackets(stop);
-    if (end != unitAfter(stop)) {
-        text += kp_utf16Slice(unitAfter(stop), static_cast<size_t>(end - unitAfter(stop)));
     }
     carrier->custom = const_cast<std::string *>(session->addCustomValue(std::move(text)));
 }

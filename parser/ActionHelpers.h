@@ -16,6 +16,10 @@
 // before start) or has no place in the input.
 std::string kp_sourceText(pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop);
 
+// The source text of a value start..stop as a carrying token keeps it: with
+// the closing brackets the lexer skipped right after it (ARRAY['a']).
+std::string kp_valueSourceText(pANTLR3_COMMON_TOKEN start, pANTLR3_COMMON_TOKEN stop);
+
 // Attaches the source text of the span start..stop to the carrying token
 // (its custom pointer, a const std::string * kept by the parse session).
 void setCustomStringValueOnToken(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN carrier,

@@ -12,23 +12,44 @@
 using sqlantlr::logf;
 using sqlantlr::ParseSession;
 
+namespace {
+
+// Adds the field, renamed when its name is taken; a rename is reported at
+// the name's line and position.
+SQLField *addField(pANTLR3_BASE_RECOGNIZER recognizer, SQLTable *table, const std::string &name,
+                   const std::string &type, int line, int position)
+{
+    std::unique_ptr<SQLField> field = SQLField::fieldWithName(name, type);
+    const std::string nameBeforeAdding = field->getName();
+    bool didRename = false;
+    SQLField *added = table->addWithRenaming(std::move(field), &didRename);
+    ParseSession *session = kp_session(recognizer);
+    if (didRename && added != nullptr && session != nullptr && session->driver != nullptr) {
+        session->driver->addDuplicateFieldExceptionMessage(*added, *table, nameBeforeAdding, line, position);
+    }
+    return added;
+}
+
+} // namespace
+
 SQLField *kp_addField(pANTLR3_BASE_RECOGNIZER recognizer, SQLTable *table, pANTLR3_BASE_TREE nameNode,
                       const std::string &type, bool accepted)
 {
     if (!accepted || table == nullptr || nameNode == nullptr) {
         return nullptr;
     }
-    std::unique_ptr<SQLField> field = SQLField::fieldWithName(kp_nodeText(nameNode), type);
-    const std::string nameBeforeAdding = field->getName();
-    bool didRename = false;
-    SQLField *added = table->addWithRenaming(std::move(field), &didRename);
-    ParseSession *session = kp_session(recognizer);
-    if (didRename && added != nullptr && session != nullptr && session->driver != nullptr) {
-        session->driver->addDuplicateFieldExceptionMessage(*added, *table, nameBeforeAdding,
-                                                           static_cast<int>(nameNode->getLine(nameNode)),
-                                                           static_cast<int>(nameNode->getCharPositionInLine(nameNode)));
+    return addField(recognizer, table, kp_nodeText(nameNode), type, static_cast<int>(nameNode->getLine(nameNode)),
+                    static_cast<int>(nameNode->getCharPositionInLine(nameNode)));
+}
+
+SQLField *kp_addNamedField(pANTLR3_BASE_RECOGNIZER recognizer, SQLTable *table, pANTLR3_COMMON_TOKEN name,
+                           const std::string &type)
+{
+    if (table == nullptr || name == nullptr) {
+        return nullptr;
     }
-    return added;
+    return addField(recognizer, table, kp_tokenText(name), type, static_cast<int>(name->line),
+                    static_cast<int>(name->charPosition));
 }
 
 void kp_traceRejectedType(pANTLR3_BASE_RECOGNIZER, pANTLR3_BASE_TREE typeWord)

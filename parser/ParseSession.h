@@ -2,6 +2,7 @@
 // through the recognizers' user pointer.
 #pragma once
 
+#include "PlainColumns.h"
 #include "QuotedText.h"
 
 #include <antlr3.h>
@@ -49,6 +50,19 @@ struct ParseSession {
     bool skipDataStatements = false;
     // The lexer cuts common tokens by a direct scan (kp_scanPlainToken).
     bool plainTokens = true;
+    // An import reads plain table columns directly (see PlainColumns.h).
+    bool plainColumns = false;
+    // The last column the parser asked about, and whether it is plain.
+    struct PlainColumnProbe {
+        pANTLR3_COMMON_TOKEN name = nullptr;
+        ANTLR3_MARKER index = -1;
+        bool plain = false;
+        pANTLR3_COMMON_TOKEN end = nullptr;  // the COMMA or CLOSEPAREN after the run
+        PlainColumnRun columns;
+    } plainProbe;
+    // The readings of the statement's runs of plain columns, which their
+    // first name tokens point at; cleared with customValues.
+    std::deque<PlainColumnRun> plainColumnReadings;
     // What the lexer's scans of quoted pieces learnt about the current line.
     QuoteScanCache quoteScans;
     // The dollar-quoted string the lexer is in or last met ($$...$$), in

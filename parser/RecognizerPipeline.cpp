@@ -546,6 +546,8 @@ void RecognizerPipeline::releaseFinishedStatements()
     // copies, so they go with it instead of piling up until the end.
     session_.customValues.clear();
     session_.nameLists.clear();
+    session_.plainColumnReadings.clear();
+    session_.plainProbe.name = nullptr;
     if (session_.mappedText != nullptr) {
         session_.mappedText->releaseBefore(static_cast<const char16_t *>(asInput(input_)->nextChar));
     }

@@ -329,6 +329,7 @@ void kp_reportErrorNodes(pANTLR3_BASE_RECOGNIZER recognizer);
 #include "ColumnBuilder.h"
 #include "IndexBuilder.h"
 #include "KeyBuilder.h"
+#include "PlainColumns.h"
 #include "ReferenceBuilder.h"
 #include "TableBuilder.h"
 #include "ViewBuilder.h"

@@ -89,6 +89,7 @@ std::unique_ptr<SQLContainer> SQLParserC::parseUnits(std::u16string_view text, s
 {
     RecognizerPipeline pipeline(*this, RecognizerPipeline::Use::Parse);
     pipeline.session().skipDataStatements = skipsDataStatements_;
+    pipeline.session().plainColumns = readsPlainColumns_;
     pipeline.session().mappedText = mapped;
     if (!pipeline.openTokens(text, error)) {
         return nullptr;

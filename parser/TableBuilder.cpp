@@ -99,8 +99,13 @@ std::optional<std::string> commentOnValue(pANTLR3_BASE_TREE is)
 void kp_setCommentFromNode(SQLObject *target, pANTLR3_BASE_TREE value)
 {
     if (target != nullptr && value != nullptr && !kp_isRecoveryNode(value)) {
-        applyComment(target, kp_commentText(kp_nodeText(value)));
+        kp_setCommentText(target, kp_nodeText(value));
     }
+}
+
+void kp_setCommentText(SQLObject *target, std::string_view written)
+{
+    applyComment(target, kp_commentText(written));
 }
 
 void kp_commentOnTable(SQLContainer *container, const std::vector<std::string> *nameParts, pANTLR3_BASE_TREE is)

@@ -26,6 +26,8 @@ void kp_setTableProperty(SQLTable *table, const char *key, pANTLR3_BASE_TREE val
 std::optional<std::string> kp_commentText(std::string_view written);
 // A column's COMMENT 'x' or a table's COMMENT='x': the "comment" property.
 void kp_setCommentFromNode(SQLObject *target, pANTLR3_BASE_TREE value);
+// The same from the value's text as written.
+void kp_setCommentText(SQLObject *target, std::string_view written);
 // COMMENT ON TABLE [schema.]t IS ... and COMMENT ON COLUMN [schema.]t.c IS
 // ...: the value's text rides on the IS node. IS NULL removes the comment. A
 // table or column that is not in the model (yet) is left alone, unreported.

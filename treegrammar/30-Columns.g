@@ -7,10 +7,13 @@ fieldBlock[SQLTable *table]
     : field[table]
     ;
 
-// A column without a type (SQLite) has an empty type text.
+// A column without a type (SQLite) has an empty type text. A run of plain
+// columns is the first name alone, with what the parser read of them on the
+// name's token.
 field[SQLTable *table]
 @init { SQLField *field = NULL; ANTLR3_MARKER typeStart = 0; bool accepted = true; }
-    : name=fieldName { typeStart = INDEX(); }
+    : { kp_isPlainColumn(LT(1)) }?=> plain=fieldName { kp_addPlainColumns(RECOGNIZER, table, $plain.start); }
+    | name=fieldName { typeStart = INDEX(); }
       ( { kp_columnTypeAhead(LT(1)->getToken(LT(1))) }?=> type=fieldType { accepted = $type.accepted; }
         ( ARRAY_BOUNDS | STRING )*  // PostgreSQL's array bounds (int[3], int ARRAY[3]) are part of the type text
       )?

@@ -95,6 +95,13 @@ public:
     // are the same either way; off serves to check that.
     void setSkipsDataStatements(bool skip) { skipsDataStatements_ = skip; }
 
+    // Whether later parses read plain table columns (a name, a common type
+    // and common options such as NOT NULL, DEFAULT, COMMENT) in one pass
+    // instead of through the grammar's column rules; on by default. The
+    // model and the records are the same either way; off serves to check
+    // that.
+    void setReadsPlainColumns(bool read) { readsPlainColumns_ = read; }
+
     // Whether later parses and token listings cut the most common tokens
     // (blanks, line ends, names and keywords, quoted strings and names, line
     // comments, unsigned numbers, and ( ) , ; = .) with a direct scan instead
@@ -202,4 +209,5 @@ private:
     std::function<void(const SQLParseProgress &)> progressHandler_;
     bool skipsDataStatements_ = true;
     bool usesTokenFastPath_ = true;
+    bool readsPlainColumns_ = true;
 };

@@ -3,7 +3,6 @@
 // the same model and records (texts and positions) as one that lexes and
 // parses every statement.
 #include "DataStatements.h"
-#include "ModelJson.h"
 #include "ParserTestSupport.h"
 
 #include <random>
@@ -22,17 +21,10 @@ long scanEnd(const std::u16string &text, DataStatementCut cut = DataStatementCut
 }
 
 // The model JSON (records included) of a script, imported with or without
-// skipping data statements. Without a model (no statement gave a tree) the
-// records still count, with an empty model.
+// skipping data statements.
 std::string importJson(const std::string &sql, bool skip)
 {
-    SQLParser parser;
-    parser.driver().setSkipsDataStatements(skip);
-    std::unique_ptr<SQLContainer> container = parser.parseString(sql);
-    if (container == nullptr) {
-        return "<no model> " + sqlantlr::modelJsonText(SQLContainer(), parser.getExceptionList(), true);
-    }
-    return sqlantlr::modelJsonText(*container, parser.getExceptionList(), true);
+    return ::importJson(sql, [skip](SQLParserC &driver) { driver.setSkipsDataStatements(skip); });
 }
 
 void expectSameImport(const std::string &sql)

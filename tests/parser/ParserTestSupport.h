@@ -1,10 +1,13 @@
 // Shared helpers of the parser tests.
 #pragma once
 
+#include "ModelJson.h"
+
 #include <SQLAntlrParser/SQLAntlrParser.h>
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,6 +28,20 @@ inline ParseResult parse(const std::string &sql)
         result.records.push_back(exception.reason);
     }
     return result;
+}
+
+// The model JSON (records included) of a script imported by a driver set up
+// by `configure`. Without a model (no statement gave a tree) the records
+// still count, with an empty model.
+inline std::string importJson(const std::string &sql, const std::function<void(SQLParserC &)> &configure)
+{
+    SQLParser parser;
+    configure(parser.driver());
+    std::unique_ptr<SQLContainer> container = parser.parseString(sql);
+    if (container == nullptr) {
+        return "<no model> " + sqlantlr::modelJsonText(SQLContainer(), parser.getExceptionList(), true);
+    }
+    return sqlantlr::modelJsonText(*container, parser.getExceptionList(), true);
 }
 
 // The syntax tree of a script in tree-string form.

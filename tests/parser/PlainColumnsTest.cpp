@@ -1,0 +1,153 @@
+// Plain columns read in one pass: an import with the direct reading gives
+// the same model and records (texts and positions) as one that reads every
+// column through the grammar, on the forms it reads, on the forms it leaves
+// to the grammar, around broken entries and on generated tables; and the
+// reading does take the common columns of each dialect.
+#include "ParserTestSupport.h"
+#include "PlainColumns.h"
+
+#include <random>
+
+namespace {
+
+std::string importJson(const std::string &sql, bool plain)
+{
+    return ::importJson(sql, [plain](SQLParserC &driver) { driver.setReadsPlainColumns(plain); });
+}
+
+void expectSameImport(const std::string &sql)
+{
+    EXPECT_EQ(importJson(sql, true), importJson(sql, false)) << sql;
+}
+
+// How many plain columns an import of the script read directly.
+unsigned long plainColumnsRead(const std::string &sql)
+{
+    const unsigned long before = kp_plainColumnsTaken();
+    SQLParser parser;
+    parser.parseString(sql);
+    return kp_plainColumnsTaken() - before;
+}
+
+} // namespace
+
+TEST(PlainColumns, TheCommonColumnsOfEachDialectAreReadDirectly)
+{
+    EXPECT_EQ(plainColumnsRead("CREATE TABLE `t` (\n  `id` int(11) unsigned NOT NULL AUTO_INCREMENT,\n"
+                               "  `n` varchar(255) CHARACTER SET utf8mb4 COLLATE utf8mb4_bin DEFAULT NULL COMMENT 'x',\n"
+                               "  `s` enum('a','b') NOT NULL DEFAULT 'a',\n"
+                               "  `u` timestamp NOT NULL DEFAULT CURRENT_TIMESTAMP ON UPDATE CURRENT_TIMESTAMP(3),\n"
+                               "  PRIMARY KEY (`id`)\n) ENGINE=InnoDB;"),
+              4u);
+    EXPECT_EQ(plainColumnsRead("CREATE TABLE public.t (\n    id integer DEFAULT nextval('public.t_id_seq'::regclass) NOT NULL,\n"
+                               "    name character varying(100) COLLATE pg_catalog.\"default\",\n"
+                               "    at timestamp without time zone DEFAULT now(),\n    price numeric(10,2) DEFAULT 0.0\n);"),
+              4u);
+    EXPECT_EQ(plainColumnsRead("CREATE TABLE \"HR\".\"T\" (\"ID\" NUMBER(10,0) NOT NULL ENABLE, \"N\" VARCHAR2(20 BYTE),"
+                               " \"D\" DATE DEFAULT SYSDATE, \"F\" DOUBLE PRECISION);"),
+              4u);
+    EXPECT_EQ(plainColumnsRead("CREATE TABLE [dbo].[t] ([id] [int] NOT NULL, [n] [nvarchar](max) NULL, [b] [bit] NULL);"), 3u);
+    EXPECT_EQ(plainColumnsRead("CREATE TABLE t (id INTEGER PRIMARY KEY AUTOINCREMENT, v, w NOT NULL DEFAULT -1);"), 3u);
+}
+
+TEST(PlainColumns, ReadColumnsMakeTheGrammarsModel)
+{
+    for (const char *sql : {
+             // Types: sizes, precisions, multi-word and bracketed types, choices.
+             "CREATE TABLE t (a int(11), b decimal(10,2), c double precision(8,3), d char varying(3),"
+             " e nchar(2 char), f varchar(max), g timestamp(6) with local time zone, h time without time zone,"
+             " i year(4), j set('x', 'y'), k enum('a'), l [varchar](20), m \"geometry\"(4326), n serial, o timestamptz);",
+             // Options in any order, repeated and overriding one another.
+             "CREATE TABLE t (a int NULL NOT NULL DEFAULT 1 DEFAULT 2 COMMENT 'one' COMMENT 'it''s'"
+             " CHARSET latin1 CHARACTER SET utf8 COLLATE \"C\" COLLATE x.y ZEROFILL UNSIGNED UNIQUE PRIMARY KEY);",
+             // Default values: signs, fractions, casts, operators, calls with nested and listed arguments.
+             "CREATE TABLE t (a int DEFAULT -1, b int DEFAULT - 1.5, c int DEFAULT 1 -1, d real DEFAULT .5,"
+             " e text DEFAULT 'a' || 'b', f text DEFAULT 'x'::character varying, g int DEFAULT (1),"
+             " h date DEFAULT current_date + 30, i text DEFAULT f(g(1), 'a,b', (2)), j text DEFAULT \"x\","
+             " k timestamp DEFAULT CURRENT_TIMESTAMP(3), l bool DEFAULT TRUE, m int DEFAULT +2 * 3 % 4 / 5);",
+             // Keywords as names and as called functions, typed and prefixed literals.
+             "CREATE TABLE t (type int DEFAULT now(), date date DEFAULT DATE '2020-01-01', b text DEFAULT E'a\\'b',"
+             " comment text, c int DEFAULT user, value int, d timestamp DEFAULT now() ON UPDATE CURRENT_TIMESTAMP);",
+             // Comments and line ends between the tokens of a column.
+             "CREATE TABLE t (a /* x */ int -- y\n NOT /* z */ NULL\n DEFAULT /* w */ 1 /* v */, b\n text);",
+             // Duplicate names are renamed and reported at the name.
+             "CREATE TABLE t (a int, a text, A int NOT NULL);\nCREATE TABLE u (\"a\" int,\n  `a` int);",
+         }) {
+        expectSameImport(sql);
+    }
+}
+
+TEST(PlainColumns, FormsLeftToTheGrammarMakeTheSameModel)
+{
+    for (const char *sql : {
+             "CREATE TABLE t (a int ARRAY[3], b int[], c varchar(10) BINARY, d int CHECK (d > 0), e int REFERENCES u(id),"
+             " f int CONSTRAINT c NOT NULL, g int GENERATED ALWAYS AS (1) STORED, h int IDENTITY(1,1), i long raw,"
+             " j interval day to second, k varbit, l bit varying(3), m int DEFAULT ON NULL 1, n int NOT FOR REPLICATION);",
+             "CREATE TABLE t (a int DEFAULT ARRAY['a'], b int DEFAULT CAST(1 AS int), c text DEFAULT E'x',"
+             " d int DEFAULT $$x$$, e int DEFAULT interval '1 day', f int ON UPDATE NOW(), g int AS (a + 1));",
+             // Keywords as names, and names that start other entries.
+             "CREATE TABLE t (date date, type int, comment text, key int, spatial int, like int, exclude int, period int);",
+             // A trailing comma, doubled commas, an entry after a run.
+             "CREATE TABLE t (a int, b int,);\nCREATE TABLE u (a int,, b int, PRIMARY KEY (a), c int, UNIQUE (c));",
+         }) {
+        expectSameImport(sql);
+    }
+}
+
+TEST(PlainColumns, BrokenEntriesAroundPlainColumnsKeepTheirRecords)
+{
+    for (const char *sql : {
+             "CREATE TABLE t (a int, b int DEFAULT, c int, d int NOT, e int);",
+             "CREATE TABLE t (a int, b int DEFAULT f(1, c int, d int);",
+             "CREATE TABLE t (a int, b varchar(10\nCREATE TABLE u (x int);",
+             "CREATE TABLE t (a int,\nb int\nCREATE TABLE u (x int);",
+             "CREATE TABLE t (a int, b int",
+             "CREATE TABLE t (a int, b int DEFAULT 'x",
+             "CREATE TABLE (a int, b int);\nCREATE TABLE t (a int; b int);",
+             "CREATE TABLE t (a int, b int)\nGO\nCREATE TABLE u (a int)\n/\n",
+         }) {
+        expectSameImport(sql);
+    }
+}
+
+// Random tables of plain and other columns, entries and breaks: the reading
+// must agree with the grammar on every one.
+TEST(PlainColumns, GeneratedTablesMakeTheGrammarsModel)
+{
+    const std::vector<std::string> names = {"a", "`b`", "\"C\"", "[d]", "a", "date", "e_1"};
+    const std::vector<std::string> types = {"int", "int(11)", "varchar(255)", "decimal(10, 2)", "text", "",
+                                            "timestamp with time zone", "character varying(9)", "enum('x','y')",
+                                            "[int]", "serial", "double precision", "int[]", "bit varying(2)"};
+    const std::vector<std::string> options = {
+        "NOT NULL", "NULL", "DEFAULT NULL", "DEFAULT 0", "DEFAULT -1", "DEFAULT 'x'", "DEFAULT now()",
+        "DEFAULT 'a'::text", "DEFAULT 1 + 2", "PRIMARY KEY", "AUTO_INCREMENT", "UNIQUE", "UNSIGNED",
+        "COMMENT 'c'", "COLLATE \"C\"", "CHARACTER SET utf8", "ON UPDATE CURRENT_TIMESTAMP", "ENABLE",
+        "CHECK (a > 0)", "REFERENCES u (id)", "DEFAULT", "NOT", "DEFAULT f(1,", "/* c */", "-- c\n"};
+    const std::vector<std::string> entries = {"PRIMARY KEY (a)", "UNIQUE KEY k (a)", "KEY (a)", "CONSTRAINT c CHECK (1)",
+                                              "", "FOREIGN KEY (a) REFERENCES u (id)"};
+    std::mt19937 random(20261124);
+    auto pick = [&random](const std::vector<std::string> &list) {
+        return list[std::uniform_int_distribution<size_t>(0, list.size() - 1)(random)];
+    };
+    for (int script = 0; script < 300; ++script) {
+        std::string sql = "CREATE TABLE u (id int);\nCREATE TABLE t (";
+        const int count = std::uniform_int_distribution<int>(1, 6)(random);
+        for (int i = 0; i < count; ++i) {
+            if (i > 0) {
+                sql += random() % 8 == 0 ? ",\n" : ", ";
+            }
+            if (random() % 6 == 0) {
+                sql += pick(entries);
+                continue;
+            }
+            sql += pick(names) + " " + pick(types);
+            const int optionCount = std::uniform_int_distribution<int>(0, 3)(random);
+            for (int o = 0; o < optionCount; ++o) {
+                sql += " " + pick(options);
+            }
+        }
+        sql += random() % 10 == 0 ? "\n" : ");\n";
+        sql += "CREATE TABLE v (x int);";
+        expectSameImport(sql);
+    }
+}
