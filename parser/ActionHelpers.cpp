@@ -326,7 +326,7 @@ bool kp_columnTypeAhead(pANTLR3_COMMON_TOKEN token)
     // none of the words below needs no comparisons.
     const char16_t *units = nullptr;
     size_t count = 0;
-    if (token->type != STRING && token->type != QUOTED_STRING && kp_tokenUnits(token, &units, &count)) {
+    if (kp_tokenUnits(token, &units, &count)) {
         switch (units[0]) {
         case u'N': case u'n': case u'U': case u'u': case u'R': case u'r': case u'C': case u'c':
         case u'A': case u'a': case u'O': case u'o': case u'G': case u'g':
@@ -1104,6 +1104,22 @@ void appendTokenText(std::string &out, pANTLR3_COMMON_TOKEN token)
 
 } // namespace
 
+void kp_appendRunWord(std::string &text, bool first, pANTLR3_COMMON_TOKEN token)
+{
+    if (!first) {
+        text += ' ';
+    }
+    const size_t wordStart = text.size();
+    appendTokenText(text, token);
+    // A bracketed word is a quoted name of SQL Server: [int] is the type int.
+    // PostgreSQL's array bounds keep their brackets: int [], int [3].
+    if (token != nullptr && token->type != ARRAY_BOUNDS && text.size() - wordStart >= 2 && text[wordStart] == '[' &&
+        text.back() == ']') {
+        text.pop_back();
+        text.erase(wordStart, 1);
+    }
+}
+
 std::string kp_nodeRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER from)
 {
     std::string text;
@@ -1114,18 +1130,7 @@ std::string kp_nodeRunText(pANTLR3_BASE_RECOGNIZER recognizer, ANTLR3_MARKER fro
             recovered = true;
             return false;
         }
-        if (!first) {
-            text += ' ';
-        }
-        const size_t wordStart = text.size();
-        appendTokenText(text, node->getToken(node));
-        // A bracketed word is a quoted name of SQL Server: [int] is the type int.
-        // PostgreSQL's array bounds keep their brackets: int [], int [3].
-        if (node->getType(node) != ARRAY_BOUNDS && text.size() - wordStart >= 2 && text[wordStart] == '[' &&
-            text.back() == ']') {
-            text.pop_back();
-            text.erase(wordStart, 1);
-        }
+        kp_appendRunWord(text, first, node->getToken(node));
         first = false;
         return true;
     });

@@ -124,6 +124,11 @@ bool kp_skipIndexExpressionRest(pANTLR3_BASE_RECOGNIZER recognizer);
 
 // ---- Tree walker -----------------------------------------------------------
 
+// Appends a token to a run of words as the walker renders a type or value:
+// a blank before it unless it is the first, and a bracketed name without
+// its brackets ([int] is int; array bounds keep theirs).
+void kp_appendRunWord(std::string &text, bool first, pANTLR3_COMMON_TOKEN token);
+
 // The texts of the nodes from stream index `from` up to the current one,
 // joined by one blank: the rendering of a flat run such as a column type.
 // Empty when the run holds a node made by recovery.

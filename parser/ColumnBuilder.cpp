@@ -16,14 +16,13 @@ namespace {
 
 // Adds the field, renamed when its name is taken; a rename is reported at
 // the name's line and position.
-SQLField *addField(pANTLR3_BASE_RECOGNIZER recognizer, SQLTable *table, const std::string &name,
-                   const std::string &type, int line, int position)
+SQLField *addField(ParseSession *session, SQLTable *table, const std::string &name, const std::string &type,
+                   int line, int position)
 {
     std::unique_ptr<SQLField> field = SQLField::fieldWithName(name, type);
     const std::string nameBeforeAdding = field->getName();
     bool didRename = false;
     SQLField *added = table->addWithRenaming(std::move(field), &didRename);
-    ParseSession *session = kp_session(recognizer);
     if (didRename && added != nullptr && session != nullptr && session->driver != nullptr) {
         session->driver->addDuplicateFieldExceptionMessage(*added, *table, nameBeforeAdding, line, position);
     }
@@ -38,17 +37,18 @@ SQLField *kp_addField(pANTLR3_BASE_RECOGNIZER recognizer, SQLTable *table, pANTL
     if (!accepted || table == nullptr || nameNode == nullptr) {
         return nullptr;
     }
-    return addField(recognizer, table, kp_nodeText(nameNode), type, static_cast<int>(nameNode->getLine(nameNode)),
+    return addField(kp_session(recognizer), table, kp_nodeText(nameNode), type,
+                    static_cast<int>(nameNode->getLine(nameNode)),
                     static_cast<int>(nameNode->getCharPositionInLine(nameNode)));
 }
 
-SQLField *kp_addNamedField(pANTLR3_BASE_RECOGNIZER recognizer, SQLTable *table, pANTLR3_COMMON_TOKEN name,
+SQLField *kp_addNamedField(ParseSession *session, SQLTable *table, pANTLR3_COMMON_TOKEN name,
                            const std::string &type)
 {
     if (table == nullptr || name == nullptr) {
         return nullptr;
     }
-    return addField(recognizer, table, kp_tokenText(name), type, static_cast<int>(name->line),
+    return addField(session, table, kp_tokenText(name), type, static_cast<int>(name->line),
                     static_cast<int>(name->charPosition));
 }
 
@@ -118,14 +118,20 @@ void kp_setDefaultFromToken(SQLField *field, pANTLR3_BASE_TREE defaultNode)
 
 void kp_addCheckConstraintFromToken(SQLObject *target, pANTLR3_BASE_TREE checkNode, const std::string *name)
 {
-    const std::string *expression = kp_customValue(checkNode);
-    if (expression == nullptr || target == nullptr) {
+    if (const std::string *expression = kp_customValue(checkNode)) {
+        kp_addCheckConstraint(target, *expression, name);
+    }
+}
+
+void kp_addCheckConstraint(SQLObject *target, const std::string &expression, const std::string *name)
+{
+    if (target == nullptr) {
         return;
     }
     auto makeConstraint = [&] {
         std::unique_ptr<SQLConstraint> constraint = SQLConstraint::constraint();
         constraint->setName(name != nullptr ? *name : std::string("cons_check"));
-        constraint->setCheckConstraintExpression(*expression);
+        constraint->setCheckConstraintExpression(expression);
         return constraint;
     };
     if (auto *table = dynamic_cast<SQLTable *>(target)) {

@@ -14,7 +14,7 @@
 SQLField *kp_addField(pANTLR3_BASE_RECOGNIZER recognizer, SQLTable *table, pANTLR3_BASE_TREE nameNode,
                       const std::string &type, bool accepted);
 // The same for a column whose name is the token `name`.
-SQLField *kp_addNamedField(pANTLR3_BASE_RECOGNIZER recognizer, SQLTable *table, pANTLR3_COMMON_TOKEN name,
+SQLField *kp_addNamedField(sqlantlr::ParseSession *session, SQLTable *table, pANTLR3_COMMON_TOKEN name,
                            const std::string &type);
 // Traces a data type that the walker does not take.
 void kp_traceRejectedType(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE typeWord);
@@ -36,3 +36,5 @@ void kp_setDefaultFromToken(SQLField *field, pANTLR3_BASE_TREE defaultNode);
 // a field; named "cons_check" when no name is given. Nothing without a text
 // or for any other target.
 void kp_addCheckConstraintFromToken(SQLObject *target, pANTLR3_BASE_TREE checkNode, const std::string *name);
+// The same from the expression's text.
+void kp_addCheckConstraint(SQLObject *target, const std::string &expression, const std::string *name);

@@ -23,8 +23,16 @@ SQLParserC *driverOf(pANTLR3_BASE_RECOGNIZER recognizer)
 
 void kp_setPrimaryKeyColumn(SQLTable *table, pANTLR3_BASE_TREE columnName)
 {
-    const std::string name = kp_nodeText(columnName);
-    SQLField *field = table != nullptr && !kp_isRecoveryNode(columnName) ? table->getFieldByName(name) : nullptr;
+    if (!kp_isRecoveryNode(columnName)) {
+        kp_setPrimaryKeyColumnNamed(table, kp_nodeText(columnName));
+    } else {
+        logf("can't find primary key entry. %s", kp_nodeText(columnName).c_str());
+    }
+}
+
+void kp_setPrimaryKeyColumnNamed(SQLTable *table, const std::string &name)
+{
+    SQLField *field = table != nullptr ? table->getFieldByName(name) : nullptr;
     if (field == nullptr) {
         logf("can't find primary key entry. %s", name.c_str());
         return;
@@ -75,13 +83,21 @@ void kp_addIndexEntry(SQLIndex *index, pANTLR3_BASE_TREE column, pANTLR3_BASE_TR
         kp_isRecoveryNode(innerName)) {
         return;
     }
-    auto entry = std::make_unique<SQLIndexEntry>();
-    if (prefixSize != nullptr) {
-        entry->setPrefixSize(kp_nodeText(prefixSize));
-    }
     std::string name = kp_nodeText(column);
     if (innerName != nullptr) {
         name += "(" + kp_nodeText(innerName) + ")";
+    }
+    kp_addIndexEntryNamed(index, name, prefixSize != nullptr ? kp_nodeText(prefixSize) : std::string());
+}
+
+void kp_addIndexEntryNamed(SQLIndex *index, const std::string &name, const std::string &prefixSize)
+{
+    if (index == nullptr) {
+        return;
+    }
+    auto entry = std::make_unique<SQLIndexEntry>();
+    if (!prefixSize.empty()) {
+        entry->setPrefixSize(prefixSize);
     }
     entry->setName(name);
     index->setFieldName(name);

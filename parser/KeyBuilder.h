@@ -16,6 +16,8 @@
 // Flags a column of the table as part of the primary key. An unknown column
 // is only logged ("can't find primary key entry."); nothing is recorded.
 void kp_setPrimaryKeyColumn(SQLTable *table, pANTLR3_BASE_TREE columnName);
+// The same for the column's name as written.
+void kp_setPrimaryKeyColumnNamed(SQLTable *table, const std::string &name);
 
 // A UNIQUE table element: a unique constraint marked "collapseUnique".
 std::unique_ptr<SQLIndex> kp_newUniqueConstraint();
@@ -37,6 +39,8 @@ void kp_setIndexName(SQLIndex *index, pANTLR3_BASE_TREE nameNode);
 // The index's field name follows each entry, so it ends as the last one's.
 void kp_addIndexEntry(SQLIndex *index, pANTLR3_BASE_TREE column, pANTLR3_BASE_TREE prefixSize,
                       pANTLR3_BASE_TREE innerName);
+// The same for an entry named as written, with its prefix length (empty for none).
+void kp_addIndexEntryNamed(SQLIndex *index, const std::string &name, const std::string &prefixSize);
 // Adds an expression entry, named by the expression's text that its node
 // carries (see kp_carryIndexExpression); the index's field name follows it.
 void kp_addIndexExpressionEntry(SQLIndex *index, pANTLR3_BASE_TREE expression);

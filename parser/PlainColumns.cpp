@@ -8,10 +8,14 @@
 
 #include "ActionHelpers.h"
 #include "ParseSession.h"
+#include "ReferenceBuilder.h"
 #include "TokenWindow.h"
 #include "VellumGrammarCParser.h"
 
+#include <SQLAntlrParser/SQLParserC.h>
 #include <SchemaModel/SchemaModel.h>
+
+#include <memory>
 
 #include <array>
 #include <cstring>
@@ -44,6 +48,11 @@ struct KnownTypes {
     ANTLR3_UINT32 currentTimestamp = 0, localtime = 0, localtimestamp = 0, max = 0, charWord = 0, byteWord = 0;
     ANTLR3_UINT32 precision = 0, without = 0, local = 0, time = 0, zone = 0, timezone = 0;
     ANTLR3_UINT32 dot = 0, cast = 0, plus = 0, minus = 0, star = 0, percent = 0, concat = 0;
+    ANTLR3_UINT32 references = 0, deleteWord = 0, noAction = 0, action = 0, restrict = 0, cascade = 0;
+    ANTLR3_UINT32 deferrable = 0, initially = 0, immediate = 0, deferred = 0;
+    ANTLR3_UINT32 create = 0, table = 0, ifWord = 0, exists = 0, index = 0, constraint = 0, engine = 0, typeWord = 0;
+    // Oracle's state words after a table's CHECK.
+    std::array<bool, kp_parserTokenCount> checkStates{};
     std::array<TypeForm, kp_parserTokenCount> forms{};
     // The keywords that may serve as names (a default may call one: now()).
     std::array<bool, kp_parserTokenCount> nameWords{};
@@ -93,6 +102,29 @@ struct KnownTypes {
         star = type("*");
         percent = type("%");
         concat = type("||");
+        references = type("REFERENCES");
+        deleteWord = type("DELETE");
+        noAction = type("NO_ACTION");
+        action = type("ACTION");
+        restrict = type("RESTRICT");
+        cascade = type("CASCADE");
+        deferrable = type("DEFERRABLE");
+        initially = type("INITIALLY");
+        immediate = type("IMMEDIATE");
+        deferred = type("DEFERRED");
+        create = type("CREATE");
+        table = type("TABLE");
+        ifWord = type("IF");
+        exists = type("EXISTS");
+        index = type("INDEX");
+        constraint = type("CONSTRAINT");
+        engine = type("ENGINE");
+        typeWord = type("TYPE");
+        for (const char *word : {"ENABLE", "DISABLE", "VALIDATE", "NOVALIDATE", "RELY", "NORELY"}) {
+            if (ANTLR3_UINT32 t = type(word)) {
+                checkStates[t] = true;
+            }
+        }
         auto mark = [this, &type](TypeForm form, std::initializer_list<const char *> words) {
             for (const char *word : words) {
                 if (ANTLR3_UINT32 t = type(word)) {
@@ -130,6 +162,9 @@ struct KnownTypes {
         }
     }
 };
+
+thread_local unsigned long plainColumnsTaken = 0;
+thread_local unsigned long plainTablesTaken = 0;
 
 const KnownTypes &known()
 {
@@ -174,20 +209,53 @@ private:
     pANTLR3_COMMON_TOKEN token_;
 };
 
-// A word of a type's text, brackets of a SQL Server name dropped as the
-// walker drops them ([int] is int).
-void appendTypeWord(std::string &text, pANTLR3_COMMON_TOKEN token)
+// A name the parser reads as one token, which can start no other entry of
+// a column list: the words that start an exclusion constraint, a period,
+// a LIKE parent or a spatial index are left to the grammar.
+bool plainName(pANTLR3_COMMON_TOKEN name)
 {
-    if (!text.empty()) {
-        text += ' ';
+    if (name == nullptr) {
+        return false;
     }
-    const size_t start = text.size();
-    text += kp_tokenText(token);
-    if (text.size() - start >= 2 && text[start] == '[' && text.back() == ']') {
-        text.pop_back();
-        text.erase(start, 1);
+    if (name->type == QUOTED_STRING) {
+        return true;
     }
+    if (name->type != STRING) {
+        return false;
+    }
+    const char16_t *units = nullptr;
+    size_t count = 0;
+    if (kp_tokenUnits(name, &units, &count) && count > 0) {
+        switch (units[0]) {
+        case u'E': case u'e': case u'P': case u'p': case u'L': case u'l': case u'S': case u's':
+            break;
+        default:
+            return true;  // none of the words below
+        }
+    }
+    return !kp_isAnyWord(name, "EXCLUDE PERIOD LIKE SPATIAL");
 }
+
+// A CREATE TABLE statement read whole: its name parts, its entries and its
+// options, in the order written.
+struct PlainEntry {
+    enum class Kind : unsigned char { Column, PrimaryKey, Unique, Index, Check } kind = Kind::Column;
+    PlainColumn column;
+    pANTLR3_COMMON_TOKEN name = nullptr;  // of an index or a CHECK constraint
+    std::vector<pANTLR3_COMMON_TOKEN> columns;  // of a key or index
+    std::string text;  // of a CHECK
+};
+
+struct PlainTableOption {
+    enum class Kind : unsigned char { Engine, CharacterSet, Collation, Comment } kind;
+    pANTLR3_COMMON_TOKEN value;
+};
+
+struct PlainTable {
+    std::vector<pANTLR3_COMMON_TOKEN> name;
+    std::vector<PlainEntry> entries;
+    std::vector<PlainTableOption> options;
+};
 
 class Reader {
 public:
@@ -297,11 +365,18 @@ private:
     {
         lastTaken_ = at_.token();
         if (text != nullptr) {
-            appendTypeWord(*text, lastTaken_);
+            kp_appendRunWord(*text, text->empty(), lastTaken_);
         }
         at_.advance();
     }
     void take(std::string &text) { pass(&text); }
+
+    // Passes the current token; true when the next one is of the type.
+    bool nextIs(ANTLR3_UINT32 type)
+    {
+        at_.advance();
+        return at_.is(type);
+    }
 
     // CURRENT_TIMESTAMP [( [n] )]
     bool timestampCall(std::string *text)
@@ -320,13 +395,14 @@ private:
         return true;
     }
 
-    // ( n ) or ( n, n ), up to `most` numbers; a precision of two may be MAX
-    // ([nvarchar](max) is a bracketed name with a precision).
+    // ( n ) or ( n, n ), up to `most` numbers; a precision and scale may be *
+    // (NUMBER(*,2)), a precision MAX ([nvarchar](max) is a bracketed name
+    // with a precision).
     bool numbers(std::string &text, int most)
     {
         take(text);  // (
         for (int count = 1;; ++count) {
-            if (!at_.is(INT) && !(most == 2 && count == 1 && at_.is(k_.max))) {
+            if (!at_.is(INT) && !(most == 2 && (at_.is(k_.star) || (count == 1 && at_.is(k_.max))))) {
                 return false;
             }
             take(text);
@@ -361,7 +437,7 @@ private:
 
     void step(PlainColumn &column, PlainColumnStep::Kind kind, std::string text = {})
     {
-        column.steps.push_back({kind, std::move(text)});
+        column.steps.emplace_back(kind, std::move(text));
     }
 
     bool option(PlainColumn &column)
@@ -369,8 +445,7 @@ private:
         using Kind = PlainColumnStep::Kind;
         const ANTLR3_UINT32 type = at_.type();
         if (type == T_NOT) {
-            at_.advance();
-            if (!at_.is(k_.null)) {
+            if (!nextIs(k_.null)) {
                 return false;
             }
             at_.advance();
@@ -378,8 +453,7 @@ private:
         } else if (at_.is(k_.null) || at_.is(k_.enable)) {
             at_.advance();
         } else if (type == T_PRIMARY) {
-            at_.advance();
-            if (!at_.is(T_KEY)) {
+            if (!nextIs(T_KEY)) {
                 return false;
             }
             at_.advance();
@@ -403,12 +477,10 @@ private:
             step(column, Kind::Default, std::move(text));
         } else if (at_.is(k_.on)) {
             // ON UPDATE CURRENT_TIMESTAMP [( [n] )]
-            at_.advance();
-            if (!at_.is(k_.update)) {
+            if (!nextIs(k_.update)) {
                 return false;
             }
-            at_.advance();
-            if (!at_.is(k_.currentTimestamp)) {
+            if (!nextIs(k_.currentTimestamp)) {
                 return false;
             }
             std::string text;
@@ -417,8 +489,7 @@ private:
             }
             step(column, Kind::OnUpdate, std::move(text));
         } else if (at_.is(k_.comment)) {
-            at_.advance();
-            if (!at_.is(QUOTED_STRING)) {
+            if (!nextIs(QUOTED_STRING)) {
                 return false;
             }
             step(column, Kind::Comment, kp_tokenText(at_.token()));
@@ -446,8 +517,7 @@ private:
                     return false;
                 }
                 last = at_.token();
-                at_.advance();
-                if (!at_.is(k_.dot)) {
+                if (!nextIs(k_.dot)) {
                     break;
                 }
                 at_.advance();
@@ -456,10 +526,111 @@ private:
             if (!text.empty()) {
                 step(column, Kind::Collation, std::move(text));
             }
+        } else if (at_.is(k_.references)) {
+            return reference(column);
         } else {
             return false;
         }
         return true;
+    }
+
+    // REFERENCES table [(columns)] [ON UPDATE | ON DELETE action ...]
+    // [[NOT] DEFERRABLE | INITIALLY IMMEDIATE | DEFERRED ...]
+    bool reference(PlainColumn &column)
+    {
+        using Kind = PlainColumnStep::Kind;
+        PlainColumnStep target{Kind::Reference};
+        target.line = static_cast<int>(at_.token()->line);
+        target.position = static_cast<int>(at_.token()->charPosition);
+        at_.advance();
+        std::vector<std::string> parts;
+        for (;;) {
+            if (!at_.is(STRING) && !at_.is(QUOTED_STRING)) {
+                return false;
+            }
+            parts.push_back(kp_tokenText(at_.token()));
+            at_.advance();
+            if (!at_.is(k_.dot) || parts.size() == 2) {
+                break;
+            }
+            at_.advance();
+        }
+        target.text = SQLParserC::tableNameFromReturnArray(parts);
+        if (at_.is(OPENPAREN)) {
+            at_.advance();
+            for (;;) {
+                if (!at_.is(STRING) && !at_.is(QUOTED_STRING)) {
+                    return false;
+                }
+                if (!target.hasDetail) {
+                    target.detail = kp_tokenText(at_.token());
+                    target.hasDetail = true;
+                }
+                at_.advance();
+                if (at_.is(CLOSEPAREN)) {
+                    break;
+                }
+                if (!at_.is(COMMA)) {
+                    return false;
+                }
+                at_.advance();
+            }
+            at_.advance();
+        }
+        column.steps.push_back(std::move(target));
+        while (at_.is(k_.on)) {
+            at_.advance();
+            PlainColumnStep step{at_.is(k_.update) ? Kind::UpdateAction : Kind::DeleteAction};
+            if (!at_.is(k_.update) && !at_.is(k_.deleteWord)) {
+                return false;
+            }
+            at_.advance();
+            if (at_.is(k_.noAction)) {
+                step.code = SQLNoAction;
+            } else if (at_.is(T_NO)) {
+                if (!nextIs(k_.action)) {
+                    return false;
+                }
+                step.code = SQLNoAction;
+            } else if (at_.is(k_.restrict)) {
+                step.code = SQLRestrict;
+            } else if (at_.is(k_.cascade)) {
+                step.code = SQLCascade;
+            } else if (at_.is(k_.set)) {
+                at_.advance();
+                if (at_.is(T_DEFAULT)) {
+                    step.code = SQLSetDefault;
+                } else if (at_.is(k_.null)) {
+                    step.code = SQLSetNull;
+                } else {
+                    return false;
+                }
+            } else {
+                return false;
+            }
+            at_.advance();
+            column.steps.push_back(std::move(step));
+        }
+        for (;;) {
+            PlainColumnStep step{Kind::Deferrable};
+            if (at_.is(k_.deferrable)) {
+                step.code = 1;
+            } else if (at_.is(T_NOT) && at_.ahead(1) != nullptr && at_.ahead(1)->type == k_.deferrable) {
+                at_.advance();
+            } else if (at_.is(k_.initially)) {
+                at_.advance();
+                step.kind = Kind::InitiallyDeferred;
+                if (at_.is(k_.deferred)) {
+                    step.code = 1;
+                } else if (!at_.is(k_.immediate)) {
+                    return false;
+                }
+            } else {
+                return true;
+            }
+            at_.advance();
+            column.steps.push_back(std::move(step));
+        }
     }
 
     // A DEFAULT value: operands joined by + - * / % || (fieldDefaultValueEntry).
@@ -541,6 +712,7 @@ private:
     bool valueParentheses()
     {
         pass();  // (
+        insideFirst_ = at_.is(CLOSEPAREN) ? nullptr : at_.token();
         long depth = 0;
         for (;;) {
             const ANTLR3_UINT32 type = at_.type();
@@ -548,6 +720,7 @@ private:
                 return false;
             }
             if (depth == 0 && type == CLOSEPAREN) {
+                insideLast_ = lastTaken_;
                 pass();
                 return true;
             }
@@ -559,28 +732,247 @@ private:
         }
     }
 
+public:
+    // ---- A whole CREATE TABLE statement ----
+
+    // CREATE TABLE [IF NOT EXISTS] name[.name ...] ( entries ) [options] ;
+    // with the cursor at CREATE. True when every part is of the plain forms,
+    // with the cursor at the statement's SEMI.
+    bool table(PlainTable &table)
+    {
+        if (!at_.is(k_.create)) {
+            return false;
+        }
+        if (!nextIs(k_.table)) {
+            return false;
+        }
+        at_.advance();
+        if (at_.is(k_.ifWord)) {
+            if (!nextIs(T_NOT)) {
+                return false;
+            }
+            if (!nextIs(k_.exists)) {
+                return false;
+            }
+            at_.advance();
+        }
+        for (;;) {
+            if (!at_.is(STRING) && !at_.is(QUOTED_STRING)) {
+                return false;
+            }
+            table.name.push_back(at_.token());
+            if (!nextIs(k_.dot)) {
+                break;
+            }
+            at_.advance();
+        }
+        if (!at_.is(OPENPAREN)) {
+            return false;
+        }
+        at_.advance();
+        for (;;) {
+            if (!entry(table)) {
+                return false;
+            }
+            if (at_.is(CLOSEPAREN)) {
+                break;
+            }
+            at_.advance();  // the COMMA; one before the closing parenthesis is dropped
+            if (at_.is(CLOSEPAREN)) {
+                break;
+            }
+        }
+        at_.advance();
+        return options(table);
+    }
+
+private:
+    // One entry of the column list, ending at COMMA or CLOSEPAREN.
+    bool entry(PlainTable &table)
+    {
+        PlainEntry entry;
+        const ANTLR3_UINT32 type = at_.type();
+        if (type == T_PRIMARY) {
+            // PRIMARY KEY (a, b)
+            entry.kind = PlainEntry::Kind::PrimaryKey;
+            if (!nextIs(T_KEY)) {
+                return false;
+            }
+            at_.advance();
+            if (!columnList(entry.columns)) {
+                return false;
+            }
+        } else if (at_.is(k_.unique) || type == T_KEY || at_.is(k_.index)) {
+            // UNIQUE [KEY | INDEX] [name] (a, b), KEY | INDEX [name] (a, b)
+            entry.kind = at_.is(k_.unique) ? PlainEntry::Kind::Unique : PlainEntry::Kind::Index;
+            at_.advance();
+            if (entry.kind == PlainEntry::Kind::Unique && (at_.is(T_KEY) || at_.is(k_.index))) {
+                at_.advance();
+            }
+            if (at_.is(STRING) || at_.is(QUOTED_STRING)) {
+                entry.name = at_.token();
+                at_.advance();
+            }
+            if (!columnList(entry.columns)) {
+                return false;
+            }
+        } else if (at_.is(k_.constraint) || type == T_CHECK) {
+            // [CONSTRAINT name] CHECK (condition) [ENABLE ...]
+            entry.kind = PlainEntry::Kind::Check;
+            if (at_.is(k_.constraint)) {
+                at_.advance();
+                if (!at_.is(STRING) && !at_.is(QUOTED_STRING)) {
+                    return false;
+                }
+                entry.name = at_.token();
+                if (!nextIs(T_CHECK)) {
+                    return false;
+                }
+            }
+            if (!nextIs(OPENPAREN)) {
+                return false;
+            }
+            if (!valueParentheses()) {
+                return false;
+            }
+            // The condition's text, from the first token inside the parentheses to
+            // the last (kp_carryTextInside); none when they are empty.
+            if (insideFirst_ != nullptr) {
+                entry.text = kp_valueSourceText(insideFirst_, insideLast_);
+            }
+            while (at_.type() < kp_parserTokenCount && k_.checkStates[at_.type()]) {
+                at_.advance();
+            }
+        } else if (plainName(at_.token())) {
+            entry.kind = PlainEntry::Kind::Column;
+            entry.column.name = at_.token();
+            if (!column(entry.column)) {
+                return false;
+            }
+        } else {
+            return false;
+        }
+        if (!at_.is(COMMA) && !at_.is(CLOSEPAREN)) {
+            return false;
+        }
+        table.entries.push_back(std::move(entry));
+        return true;
+    }
+
+    // ( a, b ): names that read as columns of a key, not as a type's size or
+    // values (KEY e (10) is a column called key).
+    bool columnList(std::vector<pANTLR3_COMMON_TOKEN> &columns)
+    {
+        if (!at_.is(OPENPAREN)) {
+            return false;
+        }
+        at_.advance();
+        for (;;) {
+            pANTLR3_COMMON_TOKEN name = at_.token();
+            if (!at_.is(STRING) && !(at_.is(QUOTED_STRING) && kp_tokenText(name).rfind('\'', 0) != 0)) {
+                return false;
+            }
+            columns.push_back(name);
+            at_.advance();
+            if (at_.is(CLOSEPAREN)) {
+                at_.advance();
+                return true;
+            }
+            if (!at_.is(COMMA)) {
+                return false;
+            }
+            at_.advance();
+        }
+    }
+
+    // Table options after the column list, up to the statement's SEMI.
+    bool options(PlainTable &table)
+    {
+        using Kind = PlainTableOption::Kind;
+        for (;;) {
+            const ANTLR3_UINT32 type = at_.type();
+            if (type == SEMI) {
+                return true;
+            }
+            if (type == COMMA) {
+                at_.advance();
+            } else if (at_.is(k_.engine) || at_.is(k_.typeWord)) {
+                // ENGINE = name
+                if (!nextIs(EQUALS)) {
+                    return false;
+                }
+                if (!nextIs(STRING)) {
+                    return false;
+                }
+                table.options.push_back({Kind::Engine, at_.token()});
+                at_.advance();
+            } else if (at_.is(k_.autoIncrement)) {
+                // AUTO_INCREMENT = n
+                if (!nextIs(EQUALS)) {
+                    return false;
+                }
+                if (!nextIs(INT)) {
+                    return false;
+                }
+                at_.advance();
+                if (at_.is(COMMA) && at_.ahead(1) != nullptr && at_.ahead(1)->type == INT) {
+                    return false;  // n, n
+                }
+            } else if (at_.is(k_.comment)) {
+                // COMMENT = 'text'
+                if (!nextIs(EQUALS)) {
+                    return false;
+                }
+                at_.advance();
+                if (!at_.is(STRING) && !at_.is(QUOTED_STRING)) {
+                    return false;
+                }
+                table.options.push_back({Kind::Comment, at_.token()});
+                at_.advance();
+            } else if (type == T_DEFAULT || type == T_CHARACTER || at_.is(k_.charset) || at_.is(k_.collate)) {
+                // [DEFAULT] CHARSET | CHARACTER SET [=] name, [DEFAULT] COLLATE [=] name
+                if (type == T_DEFAULT) {
+                    at_.advance();
+                }
+                const bool collation = at_.is(k_.collate);
+                if (at_.is(T_CHARACTER)) {
+                    if (!nextIs(k_.set)) {
+                        return false;
+                    }
+                } else if (!at_.is(k_.charset) && !collation) {
+                    return false;
+                }
+                at_.advance();
+                if (at_.is(EQUALS)) {
+                    at_.advance();
+                }
+                if (collation ? !at_.is(STRING) : !at_.is(STRING) && !at_.is(QUOTED_STRING)) {
+                    return false;
+                }
+                table.options.push_back({collation ? Kind::Collation : Kind::CharacterSet, at_.token()});
+                at_.advance();
+                // A collation is read as an expression: nothing of one may follow.
+                if (collation && (at_.is(k_.dot) || at_.is(OPENPAREN) || at_.is(QUOTED_STRING) || at_.is(k_.cast) ||
+                                  at_.is(k_.plus) || at_.is(k_.minus) || at_.is(k_.star) || at_.is(FORWARD_SLASH))) {
+                    return false;
+                }
+            } else {
+                return false;
+            }
+        }
+    }
+
     Cursor &at_;
     const KnownTypes &k_;
     pANTLR3_COMMON_TOKEN lastTaken_ = nullptr;
+    // The first and last tokens inside the parentheses valueParentheses passed last.
+    pANTLR3_COMMON_TOKEN insideFirst_ = nullptr;
+    pANTLR3_COMMON_TOKEN insideLast_ = nullptr;
 };
 
 } // namespace
 
 namespace {
-
-// A name the parser reads as one token, which can start no other entry of
-// a column list: the words that start an exclusion constraint, a period,
-// a LIKE parent or a spatial index are left to the grammar.
-bool plainName(pANTLR3_COMMON_TOKEN name)
-{
-    if (name == nullptr) {
-        return false;
-    }
-    if (name->type == QUOTED_STRING) {
-        return true;
-    }
-    return name->type == STRING && !kp_isAnyWord(name, "EXCLUDE PERIOD LIKE SPATIAL");
-}
 
 // Reads the run of plain columns whose first name is the cursor's token,
 // leaving the cursor at the COMMA or CLOSEPAREN after the run's last column.
@@ -634,15 +1026,14 @@ bool kp_plainColumnAhead(pANTLR3_BASE_RECOGNIZER recognizer)
     return probe.plain;
 }
 
-namespace {
-
-thread_local unsigned long plainColumnsTaken = 0;
-
-} // namespace
-
 unsigned long kp_plainColumnsTaken()
 {
     return plainColumnsTaken;
+}
+
+unsigned long kp_plainTablesTaken()
+{
+    return plainTablesTaken;
 }
 
 void kp_takePlainColumns(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN name)
@@ -672,48 +1063,183 @@ bool kp_isPlainColumn(pANTLR3_BASE_TREE node)
     return token != nullptr && token->custom != nullptr && (token->type == STRING || token->type == QUOTED_STRING);
 }
 
+namespace {
+
+// Makes a plain column's field and applies its options, as the walker's
+// column rule does.
+void applyColumn(ParseSession *session, SQLTable *table, const PlainColumn &column)
+{
+    using Kind = PlainColumnStep::Kind;
+    SQLField *field = kp_addNamedField(session, table, column.name, column.type);
+    if (field == nullptr) {
+        // Without a table the column's reference is still reported.
+        for (const PlainColumnStep &step : column.steps) {
+            if (step.kind == PlainColumnStep::Kind::Reference) {
+                kp_setFieldReferenceNamed(session, nullptr, step.text,
+                                          step.hasDetail ? std::optional<std::string>(step.detail) : std::nullopt,
+                                          step.line, step.position);
+            }
+        }
+        return;
+    }
+    for (const PlainColumnStep &step : column.steps) {
+        switch (step.kind) {
+        case Kind::NotNull:
+            field->setNotNull(true);
+            break;
+        case Kind::PrimaryKey:
+            field->setPrimaryKey(true);
+            break;
+        case Kind::AutoIncrement:
+            field->setAutoIncrement(true);
+            break;
+        case Kind::Flag:
+            field->setPropertyAsBoolean(step.text, true);
+            break;
+        case Kind::Default:
+            field->setDefaultValueFromParsedString(step.text);
+            break;
+        case Kind::OnUpdate:
+            field->setProperty("onUpdateFieldValue", step.text);
+            break;
+        case Kind::Comment:
+            kp_setCommentText(field, step.text);
+            break;
+        case Kind::CharacterSet:
+            field->setProperty("field_character_set", step.text);
+            break;
+        case Kind::Collation:
+            field->setProperty("field_collation", step.text);
+            break;
+        case Kind::Reference:
+            kp_setFieldReferenceNamed(session, field, step.text,
+                                      step.hasDetail ? std::optional<std::string>(step.detail) : std::nullopt,
+                                      step.line, step.position);
+            break;
+        case Kind::UpdateAction:
+            field->setUpdateAction(step.code);
+            break;
+        case Kind::DeleteAction:
+            field->setDeleteAction(step.code);
+            break;
+        case Kind::Deferrable:
+            field->setDeferrable(step.code != 0);
+            break;
+        case Kind::InitiallyDeferred:
+            field->setInitiallyDeferred(step.code != 0);
+            break;
+        }
+    }
+}
+
+// Builds a plain CREATE TABLE statement's table as the walker's table rules
+// do: the table, then each entry and each option in the order written.
+void applyTable(ParseSession *session, SQLContainer &container, const PlainTable &plain)
+{
+    std::vector<std::string> parts;
+    for (pANTLR3_COMMON_TOKEN part : plain.name) {
+        parts.push_back(kp_tokenText(part));
+    }
+    SQLTable *table = kp_beginTable(&container, &parts);
+    if (table == nullptr) {
+        return;
+    }
+    using Kind = PlainEntry::Kind;
+    for (const PlainEntry &entry : plain.entries) {
+        switch (entry.kind) {
+        case Kind::Column:
+            applyColumn(session, table, entry.column);
+            break;
+        case Kind::PrimaryKey:
+            for (pANTLR3_COMMON_TOKEN column : entry.columns) {
+                kp_setPrimaryKeyColumnNamed(table, kp_tokenText(column));
+            }
+            break;
+        case Kind::Unique:
+        case Kind::Index: {
+            std::unique_ptr<SQLIndex> index =
+                entry.kind == Kind::Unique ? kp_newUniqueConstraint() : kp_newTableIndex(nullptr);
+            if (entry.name != nullptr) {
+                index->setName(kp_tokenText(entry.name));
+            }
+            for (pANTLR3_COMMON_TOKEN column : entry.columns) {
+                kp_addIndexEntryNamed(index.get(), kp_tokenText(column), std::string());
+            }
+            kp_addTableIndex(table, std::move(index));
+            break;
+        }
+        case Kind::Check:
+            if (!entry.text.empty()) {
+                const std::string name = entry.name != nullptr ? kp_tokenText(entry.name) : std::string();
+                kp_addCheckConstraint(table, entry.text, entry.name != nullptr ? &name : nullptr);
+            }
+            break;
+        }
+    }
+    for (const PlainTableOption &option : plain.options) {
+        const std::string value = kp_tokenText(option.value);
+        switch (option.kind) {
+        case PlainTableOption::Kind::Engine:
+            table->setTableType(value);
+            break;
+        case PlainTableOption::Kind::CharacterSet:
+            table->setProperty("table_character_set", value);
+            break;
+        case PlainTableOption::Kind::Collation:
+            table->setProperty("table_collation", value);
+            break;
+        case PlainTableOption::Kind::Comment:
+            kp_setCommentText(table, value);
+            break;
+        }
+    }
+}
+
+} // namespace
+
+bool kp_importPlainTable(ParseSession &session, pANTLR3_TOKEN_STREAM tokens, SQLContainer &container)
+{
+    if (!session.plainColumns || session.tokenWindow == nullptr) {
+        return false;
+    }
+    pANTLR3_COMMON_TOKEN first = tokens->_LT(tokens, 1);
+    if (first == nullptr || first->type != known().create) {
+        return false;
+    }
+    const auto *common = static_cast<pANTLR3_COMMON_TOKEN_STREAM>(tokens->super);
+    Cursor cursor(*session.tokenWindow, first, common->channel);
+    Reader reader(cursor);
+    PlainTable table;
+    if (!reader.table(table)) {
+        return false;
+    }
+    // The table's records come with the walker's; reading the statement's
+    // tokens made the lexer's own, as parsing them would have.
+    const bool deferred = session.deferRecords;
+    session.deferRecords = true;
+    applyTable(&session, container, table);
+    session.deferRecords = deferred;
+    ++plainTablesTaken;
+    for (const PlainEntry &entry : table.entries) {
+        plainColumnsTaken += entry.kind == PlainEntry::Kind::Column ? 1 : 0;
+    }
+    pANTLR3_COMMON_TOKEN semi = cursor.token();
+    pANTLR3_INT_STREAM input = tokens->istream;
+    while (tokens->_LT(tokens, 1) != semi && input->_LA(input, 1) != ANTLR3_TOKEN_EOF) {
+        input->consume(input);
+    }
+    input->consume(input);
+    return true;
+}
+
 void kp_addPlainColumns(pANTLR3_BASE_RECOGNIZER recognizer, SQLTable *table, pANTLR3_BASE_TREE name)
 {
     pANTLR3_COMMON_TOKEN token = name != nullptr ? name->getToken(name) : nullptr;
     if (token == nullptr || token->custom == nullptr) {
         return;
     }
-    using Kind = PlainColumnStep::Kind;
+    ParseSession *session = kp_session(recognizer);
     for (const PlainColumn &column : *static_cast<const PlainColumnRun *>(token->custom)) {
-        SQLField *field = kp_addNamedField(recognizer, table, column.name, column.type);
-        if (field == nullptr) {
-            continue;
-        }
-        for (const PlainColumnStep &step : column.steps) {
-            switch (step.kind) {
-            case Kind::NotNull:
-                field->setNotNull(true);
-                break;
-            case Kind::PrimaryKey:
-                field->setPrimaryKey(true);
-                break;
-            case Kind::AutoIncrement:
-                field->setAutoIncrement(true);
-                break;
-            case Kind::Flag:
-                field->setPropertyAsBoolean(step.text, true);
-                break;
-            case Kind::Default:
-                field->setDefaultValueFromParsedString(step.text);
-                break;
-            case Kind::OnUpdate:
-                field->setProperty("onUpdateFieldValue", step.text);
-                break;
-            case Kind::Comment:
-                kp_setCommentText(field, step.text);
-                break;
-            case Kind::CharacterSet:
-                field->setProperty("field_character_set", step.text);
-                break;
-            case Kind::Collation:
-                field->setProperty("field_collation", step.text);
-                break;
-            }
-        }
+        applyColumn(session, table, column);
     }
 }

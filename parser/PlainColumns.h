@@ -29,9 +29,21 @@ struct PlainColumnStep {
         Comment,       // text: the comment as written (quotes and all)
         CharacterSet,  // text: the character set's name
         Collation,     // text: the collation as written
+        Reference,     // text: the target table; detail: its first column, if any; at line and position
+        UpdateAction,  // code: the action
+        DeleteAction,  // code: the action
+        Deferrable,    // code: 1 or 0
+        InitiallyDeferred,  // code: 1 or 0
     };
+    explicit PlainColumnStep(Kind what, std::string written = {}) : kind(what), text(std::move(written)) {}
+
     Kind kind;
     std::string text;
+    std::string detail;
+    bool hasDetail = false;
+    int code = 0;
+    int line = 0;
+    int position = 0;
 };
 
 struct PlainColumn {
@@ -55,8 +67,17 @@ bool kp_plainColumnAhead(pANTLR3_BASE_RECOGNIZER recognizer);
 // leaves the reading on the first name's token.
 void kp_takePlainColumns(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN name);
 
-// How many plain columns the parsers of this thread read directly so far.
+// A whole CREATE TABLE statement of plain columns and plain keys, indexes,
+// CHECK constraints and table options (parser/PlainColumns.cpp says which)
+// is imported straight into the container, without a syntax tree, and its
+// tokens through its SEMI are consumed; true then. False, with nothing read
+// or built, for any other statement (the current token is its first).
+bool kp_importPlainTable(sqlantlr::ParseSession &session, pANTLR3_TOKEN_STREAM tokens, SQLContainer &container);
+
+// How many plain columns, and how many whole CREATE TABLE statements, the
+// parsers of this thread read directly so far.
 unsigned long kp_plainColumnsTaken();
+unsigned long kp_plainTablesTaken();
 
 // Walker: whether the node is the first name of a run of plain columns.
 bool kp_isPlainColumn(pANTLR3_BASE_TREE node);

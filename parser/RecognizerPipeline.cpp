@@ -517,6 +517,12 @@ SQLSyntaxTree *RecognizerPipeline::parseStatement()
     return treeHandle(entry.tree);
 }
 
+bool RecognizerPipeline::importPlainStatement(SQLContainer &container)
+{
+    return parser_ != nullptr && window_ != nullptr &&
+           kp_importPlainTable(session_, asParser(parser_)->pParser->tstream, container);
+}
+
 bool RecognizerPipeline::walkStatement(SQLSyntaxTree *tree, SQLContainer &container, KpError *error)
 {
     if (walker_ == nullptr) {

@@ -89,6 +89,10 @@ public:
     // Parses the next statement with the script rule's recovery; nullptr when
     // it built no tree.
     SQLSyntaxTree *parseStatement();
+    // Imports the next statement straight into the container when it is a
+    // plain CREATE TABLE (kp_importPlainTable); false, with nothing read,
+    // for any other statement, which parseStatement then parses.
+    bool importPlainStatement(SQLContainer &container);
     // Walks one statement's tree into the container with the walker that
     // serves every statement of the call. False with *error set when the
     // walker cannot be made.

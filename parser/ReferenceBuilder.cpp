@@ -23,6 +23,15 @@ void kp_setFieldReference(pANTLR3_BASE_RECOGNIZER recognizer, SQLField *field,
     if (targetColumns != nullptr && !targetColumns->empty()) {
         foreignName = targetColumns->front();
     }
+    const int line = referencesWord != nullptr ? static_cast<int>(referencesWord->getLine(referencesWord)) : -1;
+    const int position =
+        referencesWord != nullptr ? static_cast<int>(referencesWord->getCharPositionInLine(referencesWord)) : -1;
+    kp_setFieldReferenceNamed(kp_session(recognizer), field, tableName, foreignName, line, position);
+}
+
+void kp_setFieldReferenceNamed(ParseSession *session, SQLField *field, const std::string &tableName,
+                               const std::optional<std::string> &foreignName, int line, int position)
+{
     if (field != nullptr) {
         field->setReferences(tableName, foreignName);
         field->setDefaultCardinalityForImport();
@@ -31,10 +40,8 @@ void kp_setFieldReference(pANTLR3_BASE_RECOGNIZER recognizer, SQLField *field,
     const std::string message = "local field not found when linking to " + tableName + "(" +
                                 foreignName.value_or("(null)") + ")";
     logf("Parsing exception - no local field %s", message.c_str());
-    ParseSession *session = kp_session(recognizer);
-    if (session != nullptr && referencesWord != nullptr) {
-        session->addException(message, static_cast<int>(referencesWord->getLine(referencesWord)),
-                              static_cast<int>(referencesWord->getCharPositionInLine(referencesWord)));
+    if (session != nullptr && line >= 0) {
+        session->addException(message, line, position);
     }
 }
 

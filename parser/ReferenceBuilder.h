@@ -5,6 +5,7 @@
 
 #include "RecognizerSupport.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,10 @@
 void kp_setFieldReference(pANTLR3_BASE_RECOGNIZER recognizer, SQLField *field,
                           const std::vector<std::string> *targetParts,
                           const std::vector<std::string> *targetColumns, pANTLR3_BASE_TREE referencesWord);
+// The same for a target table name already joined and the first target
+// column, the record placed at line and position (none when line is -1).
+void kp_setFieldReferenceNamed(sqlantlr::ParseSession *session, SQLField *field, const std::string &tableName,
+                               const std::optional<std::string> &foreignName, int line, int position);
 void kp_setUpdateAction(SQLReferentialActions *target, int code);
 void kp_setDeleteAction(SQLReferentialActions *target, int code);
 void kp_setDeferrable(SQLReferentialActions *target, bool deferrable);

@@ -89,7 +89,8 @@ std::unique_ptr<SQLContainer> SQLParserC::parseUnits(std::u16string_view text, s
 {
     RecognizerPipeline pipeline(*this, RecognizerPipeline::Use::Parse);
     pipeline.session().skipDataStatements = skipsDataStatements_;
-    pipeline.session().plainColumns = readsPlainColumns_;
+    // A subclass that displays each statement's tree sees every token of it.
+    pipeline.session().plainColumns = readsPlainColumns_ && !displayNodeList();
     pipeline.session().mappedText = mapped;
     if (!pipeline.openTokens(text, error)) {
         return nullptr;
@@ -116,7 +117,10 @@ std::unique_ptr<SQLContainer> SQLParserC::parseStatements(RecognizerPipeline &pi
     auto container = std::make_unique<SQLContainer>();
     bool built = false;
     while (!pipeline.atEnd()) {
-        if (SQLSyntaxTree *tree = pipeline.parseStatement()) {
+        // A plain CREATE TABLE goes straight into the model.
+        if (pipeline.importPlainStatement(*container)) {
+            built = true;
+        } else if (SQLSyntaxTree *tree = pipeline.parseStatement()) {
             built = true;
             if (displayNodeList()) {
                 displayTreeString(tree);

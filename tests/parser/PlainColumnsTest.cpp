@@ -29,6 +29,15 @@ unsigned long plainColumnsRead(const std::string &sql)
     return kp_plainColumnsTaken() - before;
 }
 
+// How many CREATE TABLE statements an import of the script read whole.
+unsigned long plainTablesRead(const std::string &sql)
+{
+    const unsigned long before = kp_plainTablesTaken();
+    SQLParser parser;
+    parser.parseString(sql);
+    return kp_plainTablesTaken() - before;
+}
+
 } // namespace
 
 TEST(PlainColumns, TheCommonColumnsOfEachDialectAreReadDirectly)
@@ -47,7 +56,26 @@ TEST(PlainColumns, TheCommonColumnsOfEachDialectAreReadDirectly)
                                " \"D\" DATE DEFAULT SYSDATE, \"F\" DOUBLE PRECISION);"),
               4u);
     EXPECT_EQ(plainColumnsRead("CREATE TABLE [dbo].[t] ([id] [int] NOT NULL, [n] [nvarchar](max) NULL, [b] [bit] NULL);"), 3u);
-    EXPECT_EQ(plainColumnsRead("CREATE TABLE t (id INTEGER PRIMARY KEY AUTOINCREMENT, v, w NOT NULL DEFAULT -1);"), 3u);
+    EXPECT_EQ(plainColumnsRead("CREATE TABLE t (id INTEGER PRIMARY KEY AUTOINCREMENT, v, w NOT NULL DEFAULT -1,"
+                               " p INTEGER REFERENCES t (id) ON DELETE CASCADE);"),
+              4u);
+    EXPECT_EQ(plainColumnsRead("CREATE TABLE \"T\" (\"N\" NUMBER(*,2), CONSTRAINT \"C\" CHECK (\"N\" > 0) ENABLE);"), 1u);
+}
+
+TEST(PlainColumns, TheCommonTablesOfEachDialectAreReadWhole)
+{
+    EXPECT_EQ(plainTablesRead("CREATE TABLE `t` (\n  `id` int(11) NOT NULL AUTO_INCREMENT,\n  `n` varchar(9) DEFAULT NULL,\n"
+                              "  PRIMARY KEY (`id`),\n  UNIQUE KEY `u` (`n`),\n  KEY `k` (`n`, `id`)\n)"
+                              " ENGINE=InnoDB AUTO_INCREMENT=3 DEFAULT CHARSET=utf8mb4 COLLATE=utf8mb4_unicode_ci;"),
+              1u);
+    EXPECT_EQ(plainTablesRead("CREATE TABLE public.t (\n    id integer NOT NULL,\n    v text DEFAULT ''::text\n);\n"
+                              "CREATE TABLE IF NOT EXISTS \"s\" (\"id\" INTEGER PRIMARY KEY, p INT REFERENCES \"s\" (\"id\"));\n"
+                              "CREATE TABLE \"HR\".\"T\" (\"ID\" NUMBER(10,0), CONSTRAINT \"C\" CHECK (\"ID\" > 0) ENABLE);"),
+              3u);
+    // The grammar's: another statement kind, a table option or entry not read here, no terminator.
+    EXPECT_EQ(plainTablesRead("CREATE TEMPORARY TABLE t (a int);\nCREATE TABLE t (a int) ROW_FORMAT=DYNAMIC;\n"
+                              "CREATE TABLE t (a int, FOREIGN KEY (a) REFERENCES u (id));\nCREATE TABLE t (a int)"),
+              0u);
 }
 
 TEST(PlainColumns, ReadColumnsMakeTheGrammarsModel)
@@ -72,6 +100,34 @@ TEST(PlainColumns, ReadColumnsMakeTheGrammarsModel)
              "CREATE TABLE t (a /* x */ int -- y\n NOT /* z */ NULL\n DEFAULT /* w */ 1 /* v */, b\n text);",
              // Duplicate names are renamed and reported at the name.
              "CREATE TABLE t (a int, a text, A int NOT NULL);\nCREATE TABLE u (\"a\" int,\n  `a` int);",
+         }) {
+        expectSameImport(sql);
+    }
+}
+
+TEST(PlainColumns, WholeTablesMakeTheGrammarsModel)
+{
+    for (const char *sql : {
+             // Keys, indexes, checks and options of a plain table, in the order written.
+             "CREATE TABLE IF NOT EXISTS db.s.t (id int, b int, c text,\n PRIMARY KEY (id, b), UNIQUE KEY u (c),"
+             " UNIQUE INDEX (b), KEY kb (b, c), INDEX (c), CONSTRAINT ck CHECK (b > 0 AND (c <> 'x')) ENABLE NOVALIDATE,"
+             " CHECK (id > 0), CHECK ( /* only a comment */ ),\n) ENGINE=InnoDB, AUTO_INCREMENT=5 DEFAULT CHARSET=utf8"
+             " CHARACTER SET = 'latin1' COLLATE=utf8_bin DEFAULT COLLATE x COMMENT='it''s';",
+             // A key before its column, an unknown key column, duplicate index names.
+             "CREATE TABLE t (PRIMARY KEY (id), id int, KEY kx (nope), KEY kx (id), KEY kx (id), UNIQUE (id));",
+             // Column references with actions and deferral.
+             "CREATE TABLE p (id int);\nCREATE TABLE c (a int REFERENCES p (id) ON DELETE CASCADE ON UPDATE SET NULL"
+             " DEFERRABLE INITIALLY DEFERRED NOT NULL, b int REFERENCES s.p, d int REFERENCES p (id, x) ON DELETE"
+             " NO ACTION ON UPDATE SET DEFAULT NOT DEFERRABLE INITIALLY IMMEDIATE, e int REFERENCES p ON DELETE RESTRICT);",
+             // Entries and options left to the grammar.
+             "CREATE TABLE t (a int, KEY k (a(10)), KEY (a DESC), PRIMARY KEY (a) USING BTREE) ROW_FORMAT=DYNAMIC;",
+             "CREATE TABLE t (a int, key int, index varchar(3), KEY e ('a'), CONSTRAINT u UNIQUE (a), FOREIGN KEY (a)"
+             " REFERENCES p (id)) ENGINE = MEMORY COLLATE = a.b;",
+             "CREATE TABLE t (a int REFERENCES p (id) ON UPDATE CURRENT_TIMESTAMP, b int REFERENCES p MATCH FULL);",
+             "CREATE TEMPORARY TABLE t (a int); CREATE TABLE t AS SELECT 1; CREATE TABLE t (a int) AUTO_INCREMENT=1, 2;",
+             // Records of the lexer and of later statements keep their order.
+             "CREATE TABLE a (id INT);\nDECLARE v INT;\nCREATE TABLE b (x INT, x INT);\nDECLARE w INT;\n"
+             "ALTER TABLE b ADD PRIMARY KEY (x);",
          }) {
         expectSameImport(sql);
     }
@@ -122,14 +178,18 @@ TEST(PlainColumns, GeneratedTablesMakeTheGrammarsModel)
         "NOT NULL", "NULL", "DEFAULT NULL", "DEFAULT 0", "DEFAULT -1", "DEFAULT 'x'", "DEFAULT now()",
         "DEFAULT 'a'::text", "DEFAULT 1 + 2", "PRIMARY KEY", "AUTO_INCREMENT", "UNIQUE", "UNSIGNED",
         "COMMENT 'c'", "COLLATE \"C\"", "CHARACTER SET utf8", "ON UPDATE CURRENT_TIMESTAMP", "ENABLE",
-        "CHECK (a > 0)", "REFERENCES u (id)", "DEFAULT", "NOT", "DEFAULT f(1,", "/* c */", "-- c\n"};
-    const std::vector<std::string> entries = {"PRIMARY KEY (a)", "UNIQUE KEY k (a)", "KEY (a)", "CONSTRAINT c CHECK (1)",
-                                              "", "FOREIGN KEY (a) REFERENCES u (id)"};
+        "CHECK (a > 0)", "REFERENCES u (id)", "DEFAULT", "NOT", "DEFAULT f(1,", "/* c */", "-- c\n",
+        "REFERENCES u ON DELETE CASCADE", "REFERENCES u (id) DEFERRABLE", "REFERENCES"};
+    const std::vector<std::string> entries = {"PRIMARY KEY (a)", "UNIQUE KEY uk (a)", "KEY (a)", "CONSTRAINT ck CHECK (1)",
+                                              "", "FOREIGN KEY (a) REFERENCES u (id)", "INDEX i (a, `b`)",
+                                              "CHECK (a > 0) ENABLE", "KEY kp (a(3))", "PRIMARY KEY (zz)"};
+    const std::vector<std::string> tableOptions = {"", " ENGINE=InnoDB", " DEFAULT CHARSET=utf8", " COLLATE utf8_bin",
+                                                   " AUTO_INCREMENT=3,", " COMMENT='t'", " ROW_FORMAT=COMPACT", "X"};
     std::mt19937 random(20261124);
     auto pick = [&random](const std::vector<std::string> &list) {
         return list[std::uniform_int_distribution<size_t>(0, list.size() - 1)(random)];
     };
-    for (int script = 0; script < 300; ++script) {
+    for (int script = 0; script < 600; ++script) {
         std::string sql = "CREATE TABLE u (id int);\nCREATE TABLE t (";
         const int count = std::uniform_int_distribution<int>(1, 6)(random);
         for (int i = 0; i < count; ++i) {
@@ -146,7 +206,7 @@ TEST(PlainColumns, GeneratedTablesMakeTheGrammarsModel)
                 sql += " " + pick(options);
             }
         }
-        sql += random() % 10 == 0 ? "\n" : ");\n";
+        sql += random() % 10 == 0 ? "\n" : ")" + pick(tableOptions) + pick(tableOptions) + ";\n";
         sql += "CREATE TABLE v (x int);";
         expectSameImport(sql);
     }
