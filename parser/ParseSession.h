@@ -2,7 +2,7 @@
 // through the recognizers' user pointer.
 #pragma once
 
-#include "PlainColumns.h"
+#include "PlainColumnReading.h"
 #include "QuotedText.h"
 
 #include <antlr3.h>
@@ -57,7 +57,7 @@ struct ParseSession {
         pANTLR3_COMMON_TOKEN name = nullptr;
         ANTLR3_MARKER index = -1;
         bool plain = false;
-        pANTLR3_COMMON_TOKEN end = nullptr;  // the COMMA or CLOSEPAREN after the run
+        pANTLR3_COMMON_TOKEN last = nullptr;  // the run's last token, before its COMMA or CLOSEPAREN
         PlainColumnRun columns;
     } plainProbe;
     // The readings of the statement's runs of plain columns, which their

@@ -6,6 +6,8 @@
 // forms makes the column the grammar's to read.
 #include "PlainColumns.h"
 
+#include "PlainColumnReading.h"
+
 #include "ActionHelpers.h"
 #include "ParseSession.h"
 #include "ReferenceBuilder.h"
@@ -181,10 +183,13 @@ public:
     {
     }
     pANTLR3_COMMON_TOKEN token() const { return token_; }
+    // The token before the current one on the channel.
+    pANTLR3_COMMON_TOKEN previous() const { return previous_; }
     ANTLR3_UINT32 type() const { return token_ != nullptr ? token_->type : ANTLR3_TOKEN_EOF; }
     bool is(ANTLR3_UINT32 type) const { return token_ != nullptr && type != 0 && token_->type == type; }
     void advance()
     {
+        previous_ = token_;
         do {
             token_ = window_->raw(++index_);
         } while (token_ != nullptr && token_->channel != channel_);
@@ -207,7 +212,17 @@ private:
     ANTLR3_UINT32 channel_;
     ANTLR3_MARKER index_;
     pANTLR3_COMMON_TOKEN token_;
+    pANTLR3_COMMON_TOKEN previous_ = nullptr;
 };
+
+// Consumes the parser's tokens up to `end`, the token after `last`: the
+// window moves to `last` at once and consumes it as the parser would, so
+// that LT(-1) is `last` and LT(1) is `end`.
+void consumeThrough(sqlantlr::TokenWindow &window, pANTLR3_TOKEN_STREAM tokens, pANTLR3_COMMON_TOKEN last)
+{
+    window.moveTo(last->index);
+    tokens->istream->consume(tokens->istream);
+}
 
 // A name the parser reads as one token, which can start no other entry of
 // a column list: the words that start an exclusion constraint, a period,
@@ -1022,7 +1037,7 @@ bool kp_plainColumnAhead(pANTLR3_BASE_RECOGNIZER recognizer)
     const auto *common = static_cast<pANTLR3_COMMON_TOKEN_STREAM>(stream->super);
     Cursor cursor(*session->tokenWindow, name, common->channel);
     probe.plain = readRun(cursor, probe.columns);
-    probe.end = cursor.token();
+    probe.last = cursor.previous();
     return probe.plain;
 }
 
@@ -1046,11 +1061,7 @@ void kp_takePlainColumns(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKE
     if (probe.name != name || probe.index != name->index || !probe.plain) {
         return;  // not read: the predicate chose this way, so it never happens
     }
-    pANTLR3_TOKEN_STREAM tokens = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
-    pANTLR3_INT_STREAM input = tokens->istream;
-    while (tokens->_LT(tokens, 1) != probe.end && input->_LA(input, 1) != ANTLR3_TOKEN_EOF) {
-        input->consume(input);
-    }
+    consumeThrough(*session->tokenWindow, static_cast<pANTLR3_PARSER>(recognizer->super)->tstream, probe.last);
     plainColumnsTaken += probe.columns.size();
     session->plainColumnReadings.push_back(std::move(probe.columns));
     name->custom = &session->plainColumnReadings.back();
@@ -1223,12 +1234,8 @@ bool kp_importPlainTable(ParseSession &session, pANTLR3_TOKEN_STREAM tokens, SQL
     for (const PlainEntry &entry : table.entries) {
         plainColumnsTaken += entry.kind == PlainEntry::Kind::Column ? 1 : 0;
     }
-    pANTLR3_COMMON_TOKEN semi = cursor.token();
-    pANTLR3_INT_STREAM input = tokens->istream;
-    while (tokens->_LT(tokens, 1) != semi && input->_LA(input, 1) != ANTLR3_TOKEN_EOF) {
-        input->consume(input);
-    }
-    input->consume(input);
+    consumeThrough(*session.tokenWindow, tokens, cursor.previous());
+    tokens->istream->consume(tokens->istream);  // the SEMI
     return true;
 }
 

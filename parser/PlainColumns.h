@@ -8,55 +8,17 @@
 // that reading. Every other column takes the grammar's way. The model and
 // records are the same either way (the tests and the fuzz target compare
 // them); syntax-tree dumps do not use it, so their trees keep every token.
+// A whole CREATE TABLE of such columns and of plain keys and options goes
+// straight into the model (kp_importPlainTable).
 #pragma once
 
 #include "RecognizerSupport.h"
 
-#include <string>
-#include <vector>
+class SQLContainer;
 
 namespace sqlantlr {
-
-// What a plain column sets on its field, in the order written.
-struct PlainColumnStep {
-    enum class Kind : unsigned char {
-        NotNull,
-        PrimaryKey,
-        AutoIncrement,
-        Flag,          // text: "unique", "zerofill" or "unsigned"
-        Default,       // text: the value as written
-        OnUpdate,      // text: the value's tokens joined by blanks
-        Comment,       // text: the comment as written (quotes and all)
-        CharacterSet,  // text: the character set's name
-        Collation,     // text: the collation as written
-        Reference,     // text: the target table; detail: its first column, if any; at line and position
-        UpdateAction,  // code: the action
-        DeleteAction,  // code: the action
-        Deferrable,    // code: 1 or 0
-        InitiallyDeferred,  // code: 1 or 0
-    };
-    explicit PlainColumnStep(Kind what, std::string written = {}) : kind(what), text(std::move(written)) {}
-
-    Kind kind;
-    std::string text;
-    std::string detail;
-    bool hasDetail = false;
-    int code = 0;
-    int line = 0;
-    int position = 0;
-};
-
-struct PlainColumn {
-    pANTLR3_COMMON_TOKEN name = nullptr;
-    std::string type;  // as the walker renders a type: its tokens joined by blanks
-    std::vector<PlainColumnStep> steps;
-};
-
-// Plain columns that follow one another in a column list, separated by
-// commas: the parser reads them as one entry, the walker adds them in order.
-using PlainColumnRun = std::vector<PlainColumn>;
-
-} // namespace sqlantlr
+struct ParseSession;
+}
 
 // Parser: whether the column at LT(1) (the decision's first token) is plain.
 // The reading (of it and of the plain columns after it) is kept, so repeated

@@ -1,0 +1,52 @@
+// What the direct reading of a plain column keeps for the walker (see
+// PlainColumns.h): the parse session holds these from the parser's reading
+// to the walk of the statement.
+#pragma once
+
+#include <antlr3.h>
+
+#include <string>
+#include <vector>
+
+namespace sqlantlr {
+
+// What a plain column sets on its field, in the order written.
+struct PlainColumnStep {
+    enum class Kind : unsigned char {
+        NotNull,
+        PrimaryKey,
+        AutoIncrement,
+        Flag,          // text: "unique", "zerofill" or "unsigned"
+        Default,       // text: the value as written
+        OnUpdate,      // text: the value's tokens joined by blanks
+        Comment,       // text: the comment as written (quotes and all)
+        CharacterSet,  // text: the character set's name
+        Collation,     // text: the collation as written
+        Reference,     // text: the target table; detail: its first column, if any; at line and position
+        UpdateAction,  // code: the action
+        DeleteAction,  // code: the action
+        Deferrable,    // code: 1 or 0
+        InitiallyDeferred,  // code: 1 or 0
+    };
+    explicit PlainColumnStep(Kind what, std::string written = {}) : kind(what), text(std::move(written)) {}
+
+    Kind kind;
+    std::string text;
+    std::string detail;
+    bool hasDetail = false;
+    int code = 0;
+    int line = 0;
+    int position = 0;
+};
+
+struct PlainColumn {
+    pANTLR3_COMMON_TOKEN name = nullptr;
+    std::string type;  // as the walker renders a type: its tokens joined by blanks
+    std::vector<PlainColumnStep> steps;
+};
+
+// Plain columns that follow one another in a column list, separated by
+// commas: the parser reads them as one entry, the walker adds them in order.
+using PlainColumnRun = std::vector<PlainColumn>;
+
+} // namespace sqlantlr
