@@ -1,15 +1,15 @@
-// The direct reading of plain table columns (see PlainColumns.h). Each form
-// read here is read exactly as the parser's column rules read it
-// (grammar/30-Columns.g, 40-DataTypes.g, 50-Expressions.g) and applied as the
-// walker applies it (treegrammar/30-Columns.g): the same tokens make the
-// same texts through the same helpers. A token that is not part of these
-// forms makes the column the grammar's to read.
+// The direct reading of plain table columns and plain CREATE TABLE
+// statements (see PlainColumns.h). Each form read here is read exactly as
+// the parser's rules read it (grammar/20-CreateTable.g, 30-Columns.g,
+// 40-DataTypes.g, 50-Expressions.g, 55-References.g, 58-Keys.g) and applied
+// as the walker applies it (treegrammar/): the same tokens make the same
+// texts through the same helpers. A token that is not part of these forms
+// makes the column, or the statement, the grammar's to read.
 #include "PlainColumns.h"
-
-#include "PlainColumnReading.h"
 
 #include "ActionHelpers.h"
 #include "ParseSession.h"
+#include "PlainColumnReading.h"
 #include "ReferenceBuilder.h"
 #include "TokenWindow.h"
 #include "VellumGrammarCParser.h"
@@ -17,10 +17,9 @@
 #include <SQLAntlrParser/SQLParserC.h>
 #include <SchemaModel/SchemaModel.h>
 
-#include <memory>
-
 #include <array>
 #include <cstring>
+#include <memory>
 #include <optional>
 
 using sqlantlr::ParseSession;
@@ -215,9 +214,9 @@ private:
     pANTLR3_COMMON_TOKEN previous_ = nullptr;
 };
 
-// Consumes the parser's tokens up to `end`, the token after `last`: the
-// window moves to `last` at once and consumes it as the parser would, so
-// that LT(-1) is `last` and LT(1) is `end`.
+// Consumes the parser's tokens through `last`: the window moves to `last`
+// at once and consumes it as the parser would, so that LT(-1) is `last` and
+// LT(1) the token after it.
 void consumeThrough(sqlantlr::TokenWindow &window, pANTLR3_TOKEN_STREAM tokens, pANTLR3_COMMON_TOKEN last)
 {
     window.moveTo(last->index);
