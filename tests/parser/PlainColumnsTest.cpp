@@ -133,6 +133,29 @@ TEST(PlainColumns, WholeTablesMakeTheGrammarsModel)
     }
 }
 
+// Every type word with every kind of parenthesised size, read or left.
+TEST(PlainColumns, EveryTypeWordWithEverySizeMakesTheGrammarsModel)
+{
+    const char *words[] = {"int", "integer", "numeric", "decimal", "dec", "number", "float", "real", "double",
+                           "double precision", "varchar", "varchar2", "nvarchar", "raw", "text", "tinytext", "blob",
+                           "bit", "date", "binary", "varbinary", "char", "character", "char varying", "nchar",
+                           "nchar varying", "time", "timestamp", "year", "month", "enum", "set", "serial",
+                           "\"geometry\"", "[int]", "long", "interval", "national char", "pg_catalog.int4"};
+    const char *sizes[] = {"", "(1)", "(1, 2)", "(1, 2, 3)", "(max)", "(*)", "(*, 2)", "(1 char)", "(1 byte)",
+                           "()", "('a')", "('a', 'b')", "(a)", "(-1)", " with time zone", " without local time zone",
+                           " varying(2)", " precision (3)"};
+    std::string sql = "CREATE TABLE u (id int);\n";
+    int column = 0;
+    for (const char *word : words) {
+        for (const char *size : sizes) {
+            sql += "CREATE TABLE t" + std::to_string(column) + " (c" + std::to_string(column) + " " + word + size +
+                   " NOT NULL, d int);\n";
+            ++column;
+        }
+    }
+    expectSameImport(sql);
+}
+
 TEST(PlainColumns, FormsLeftToTheGrammarMakeTheSameModel)
 {
     for (const char *sql : {
