@@ -250,14 +250,27 @@ bool plainName(pANTLR3_COMMON_TOKEN name)
     return !kp_isAnyWord(name, "EXCLUDE PERIOD LIKE SPATIAL");
 }
 
+// A REFERENCES clause: where it stands, its target and its actions in order
+// (UpdateAction, DeleteAction, Deferrable and InitiallyDeferred steps).
+struct PlainReference {
+    int line = 0;
+    int position = 0;
+    std::vector<std::string> parts;
+    std::vector<std::string> columns;
+    bool listWritten = false;
+    std::vector<PlainColumnStep> actions;
+};
+
 // A CREATE TABLE statement read whole: its name parts, its entries and its
 // options, in the order written.
 struct PlainEntry {
-    enum class Kind : unsigned char { Column, PrimaryKey, Unique, Index, Check } kind = Kind::Column;
+    enum class Kind : unsigned char { Column, PrimaryKey, Unique, Index, Check, ForeignKey } kind = Kind::Column;
     PlainColumn column;
-    pANTLR3_COMMON_TOKEN name = nullptr;  // of an index or a CHECK constraint
+    pANTLR3_COMMON_TOKEN name = nullptr;  // of an index, or the CONSTRAINT name of a CHECK or foreign key
+    pANTLR3_COMMON_TOKEN keyName = nullptr;  // the name after FOREIGN KEY
     std::vector<pANTLR3_COMMON_TOKEN> columns;  // of a key or index
     std::string text;  // of a CHECK
+    PlainReference reference;  // of a foreign key
 };
 
 struct PlainTableOption {
@@ -548,50 +561,60 @@ private:
         return true;
     }
 
-    // REFERENCES table [(columns)] [ON UPDATE | ON DELETE action ...]
-    // [[NOT] DEFERRABLE | INITIALLY IMMEDIATE | DEFERRED ...]
+    // A column's REFERENCES clause: the reference, then its actions in order.
     bool reference(PlainColumn &column)
     {
+        PlainReference reference;
+        if (!referenceClause(reference)) {
+            return false;
+        }
+        PlainColumnStep target{PlainColumnStep::Kind::Reference};
+        target.text = SQLParserC::tableNameFromReturnArray(reference.parts);
+        target.hasDetail = !reference.columns.empty();
+        target.detail = target.hasDetail ? reference.columns.front() : std::string();
+        target.line = reference.line;
+        target.position = reference.position;
+        column.steps.push_back(std::move(target));
+        for (PlainColumnStep &step : reference.actions) {
+            column.steps.push_back(std::move(step));
+        }
+        return true;
+    }
+
+    // REFERENCES table [(columns)] [ON UPDATE | ON DELETE action ...]
+    // [[NOT] DEFERRABLE | INITIALLY IMMEDIATE | DEFERRED ...]
+    bool referenceClause(PlainReference &reference)
+    {
         using Kind = PlainColumnStep::Kind;
-        PlainColumnStep target{Kind::Reference};
-        target.line = static_cast<int>(at_.token()->line);
-        target.position = static_cast<int>(at_.token()->charPosition);
+        reference.line = static_cast<int>(at_.token()->line);
+        reference.position = static_cast<int>(at_.token()->charPosition);
         at_.advance();
-        std::vector<std::string> parts;
         for (;;) {
             if (!at_.is(STRING) && !at_.is(QUOTED_STRING)) {
                 return false;
             }
-            parts.push_back(kp_tokenText(at_.token()));
-            at_.advance();
-            if (!at_.is(k_.dot) || parts.size() == 2) {
+            reference.parts.push_back(kp_tokenText(at_.token()));
+            if (!nextIs(k_.dot) || reference.parts.size() == 2) {
                 break;
             }
             at_.advance();
         }
-        target.text = SQLParserC::tableNameFromReturnArray(parts);
         if (at_.is(OPENPAREN)) {
-            at_.advance();
+            reference.listWritten = true;
             for (;;) {
-                if (!at_.is(STRING) && !at_.is(QUOTED_STRING)) {
+                if (!nextIs(STRING) && !at_.is(QUOTED_STRING)) {
                     return false;
                 }
-                if (!target.hasDetail) {
-                    target.detail = kp_tokenText(at_.token());
-                    target.hasDetail = true;
-                }
-                at_.advance();
-                if (at_.is(CLOSEPAREN)) {
+                reference.columns.push_back(kp_tokenText(at_.token()));
+                if (nextIs(CLOSEPAREN)) {
                     break;
                 }
                 if (!at_.is(COMMA)) {
                     return false;
                 }
-                at_.advance();
             }
             at_.advance();
         }
-        column.steps.push_back(std::move(target));
         while (at_.is(k_.on)) {
             at_.advance();
             PlainColumnStep step{at_.is(k_.update) ? Kind::UpdateAction : Kind::DeleteAction};
@@ -623,7 +646,7 @@ private:
                 return false;
             }
             at_.advance();
-            column.steps.push_back(std::move(step));
+            reference.actions.push_back(std::move(step));
         }
         for (;;) {
             PlainColumnStep step{Kind::Deferrable};
@@ -643,7 +666,7 @@ private:
                 return true;
             }
             at_.advance();
-            column.steps.push_back(std::move(step));
+            reference.actions.push_back(std::move(step));
         }
     }
 
@@ -830,32 +853,17 @@ private:
             if (!columnList(entry.columns)) {
                 return false;
             }
-        } else if (at_.is(k_.constraint) || type == T_CHECK) {
-            // [CONSTRAINT name] CHECK (condition) [ENABLE ...]
-            entry.kind = PlainEntry::Kind::Check;
+        } else if (at_.is(k_.constraint) || type == T_CHECK || type == T_FOREIGN) {
+            // [CONSTRAINT name] CHECK (...) | FOREIGN KEY ...
             if (at_.is(k_.constraint)) {
-                at_.advance();
-                if (!at_.is(STRING) && !at_.is(QUOTED_STRING)) {
+                if (!nextIs(STRING) && !at_.is(QUOTED_STRING)) {
                     return false;
                 }
                 entry.name = at_.token();
-                if (!nextIs(T_CHECK)) {
-                    return false;
-                }
-            }
-            if (!nextIs(OPENPAREN)) {
-                return false;
-            }
-            if (!valueParentheses()) {
-                return false;
-            }
-            // The condition's text, from the first token inside the parentheses to
-            // the last (kp_carryTextInside); none when they are empty.
-            if (insideFirst_ != nullptr) {
-                entry.text = kp_valueSourceText(insideFirst_, insideLast_);
-            }
-            while (at_.type() < kp_parserTokenCount && k_.checkStates[at_.type()]) {
                 at_.advance();
+            }
+            if (at_.is(T_FOREIGN) ? !foreignKey(entry) : !at_.is(T_CHECK) || !check(entry)) {
+                return false;
             }
         } else if (plainName(at_.token())) {
             entry.kind = PlainEntry::Kind::Column;
@@ -871,6 +879,52 @@ private:
         }
         table.entries.push_back(std::move(entry));
         return true;
+    }
+
+    // CHECK (condition) [ENABLE | DISABLE | VALIDATE | ...]
+    bool check(PlainEntry &entry)
+    {
+        entry.kind = PlainEntry::Kind::Check;
+        if (!nextIs(OPENPAREN) || !valueParentheses()) {
+            return false;
+        }
+        // The condition's text, from the first token inside the parentheses to
+        // the last (kp_carryTextInside); none when they are empty.
+        if (insideFirst_ != nullptr) {
+            entry.text = kp_valueSourceText(insideFirst_, insideLast_);
+        }
+        skipStateWords();
+        return true;
+    }
+
+    // FOREIGN KEY [name] (columns) REFERENCES ... [ENABLE | DISABLE | ...]
+    bool foreignKey(PlainEntry &entry)
+    {
+        entry.kind = PlainEntry::Kind::ForeignKey;
+        pANTLR3_COMMON_TOKEN foreignWord = at_.token();  // where the driver's records stand
+        if (!nextIs(T_KEY)) {
+            return false;
+        }
+        at_.advance();
+        if (at_.is(STRING) || at_.is(QUOTED_STRING)) {
+            entry.keyName = at_.token();
+            at_.advance();
+        }
+        if (!columnList(entry.columns) || !at_.is(k_.references) || !referenceClause(entry.reference)) {
+            return false;
+        }
+        entry.reference.line = static_cast<int>(foreignWord->line);
+        entry.reference.position = static_cast<int>(foreignWord->charPosition);
+        skipStateWords();
+        return true;
+    }
+
+    // Oracle's state words after a table's constraint.
+    void skipStateWords()
+    {
+        while (at_.type() < kp_parserTokenCount && k_.checkStates[at_.type()]) {
+            at_.advance();
+        }
     }
 
     // ( a, b ): names that read as columns of a key, not as a type's size or
@@ -1142,6 +1196,66 @@ void applyColumn(ParseSession *session, SQLTable *table, const PlainColumn &colu
     }
 }
 
+// Hands a table's foreign key to the driver as kp_addTableForeignKey does:
+// a CONSTRAINT name that is not empty wins over the name after FOREIGN KEY;
+// the last of each action and deferral clause is set on what carries the
+// reference.
+void addForeignKey(ParseSession *session, SQLTable *table, const PlainEntry &entry)
+{
+    SQLParserC *driver = session != nullptr ? session->driver : nullptr;
+    if (driver == nullptr) {
+        return;
+    }
+    std::optional<std::string> name;
+    if (entry.keyName != nullptr) {
+        name = kp_tokenText(entry.keyName);
+    }
+    if (entry.name != nullptr) {
+        std::string constraint = kp_tokenText(entry.name);
+        if (!constraint.empty()) {
+            name = std::move(constraint);
+        }
+    }
+    std::vector<std::string> local;
+    for (pANTLR3_COMMON_TOKEN column : entry.columns) {
+        local.push_back(kp_tokenText(column));
+    }
+    const PlainReference &reference = entry.reference;
+    static const std::vector<std::string> none;
+    SQLReferentialActions *target =
+        driver->addForeignKey(table, name, reference.line, reference.position, reference.parts, local,
+                              reference.listWritten ? reference.columns : none);
+    if (target == nullptr) {
+        return;
+    }
+    int updateAction = SQLNoActionWritten;
+    int deleteAction = SQLNoActionWritten;
+    bool deferrable = false;
+    bool initiallyDeferred = false;
+    for (const PlainColumnStep &action : reference.actions) {
+        switch (action.kind) {
+        case PlainColumnStep::Kind::UpdateAction:
+            updateAction = action.code;
+            break;
+        case PlainColumnStep::Kind::DeleteAction:
+            deleteAction = action.code;
+            break;
+        case PlainColumnStep::Kind::Deferrable:
+            deferrable = action.code != 0;
+            break;
+        case PlainColumnStep::Kind::InitiallyDeferred:
+            initiallyDeferred = action.code != 0;
+            break;
+        default:
+            break;
+        }
+    }
+    target->setDeferrable(deferrable);
+    target->setInitiallyDeferred(initiallyDeferred);
+    target->setUpdateAction(updateAction);
+    target->setDeleteAction(deleteAction);
+}
+
 // Builds a plain CREATE TABLE statement's table as the walker's table rules
 // do: the table, then each entry and each option in the order written.
 void applyTable(ParseSession *session, SQLContainer &container, const PlainTable &plain)
@@ -1178,6 +1292,9 @@ void applyTable(ParseSession *session, SQLContainer &container, const PlainTable
             kp_addTableIndex(table, std::move(index));
             break;
         }
+        case Kind::ForeignKey:
+            addForeignKey(session, table, entry);
+            break;
         case Kind::Check:
             if (!entry.text.empty()) {
                 const std::string name = entry.name != nullptr ? kp_tokenText(entry.name) : std::string();

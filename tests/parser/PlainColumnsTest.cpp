@@ -70,11 +70,13 @@ TEST(PlainColumns, TheCommonTablesOfEachDialectAreReadWhole)
               1u);
     EXPECT_EQ(plainTablesRead("CREATE TABLE public.t (\n    id integer NOT NULL,\n    v text DEFAULT ''::text\n);\n"
                               "CREATE TABLE IF NOT EXISTS \"s\" (\"id\" INTEGER PRIMARY KEY, p INT REFERENCES \"s\" (\"id\"));\n"
-                              "CREATE TABLE \"HR\".\"T\" (\"ID\" NUMBER(10,0), CONSTRAINT \"C\" CHECK (\"ID\" > 0) ENABLE);"),
-              3u);
+                              "CREATE TABLE \"HR\".\"T\" (\"ID\" NUMBER(10,0), CONSTRAINT \"C\" CHECK (\"ID\" > 0) ENABLE);\n"
+                              "CREATE TABLE `f` (`id` int, `s` int, CONSTRAINT `f_s` FOREIGN KEY (`s`) REFERENCES `s` (`id`)"
+                              " ON DELETE CASCADE);"),
+              4u);
     // The grammar's: another statement kind, a table option or entry not read here, no terminator.
     EXPECT_EQ(plainTablesRead("CREATE TEMPORARY TABLE t (a int);\nCREATE TABLE t (a int) ROW_FORMAT=DYNAMIC;\n"
-                              "CREATE TABLE t (a int, FOREIGN KEY (a) REFERENCES u (id));\nCREATE TABLE t (a int)"),
+                              "CREATE TABLE t (a int, FOREIGN KEY (a) REFERENCES u (id) MATCH FULL);\nCREATE TABLE t (a int)"),
               0u);
 }
 
@@ -119,6 +121,11 @@ TEST(PlainColumns, WholeTablesMakeTheGrammarsModel)
              "CREATE TABLE p (id int);\nCREATE TABLE c (a int REFERENCES p (id) ON DELETE CASCADE ON UPDATE SET NULL"
              " DEFERRABLE INITIALLY DEFERRED NOT NULL, b int REFERENCES s.p, d int REFERENCES p (id, x) ON DELETE"
              " NO ACTION ON UPDATE SET DEFAULT NOT DEFERRABLE INITIALLY IMMEDIATE, e int REFERENCES p ON DELETE RESTRICT);",
+             // Table foreign keys: named, unnamed, several columns, actions and deferral, unknown columns.
+             "CREATE TABLE p (id int, kk int);\nCREATE TABLE c (a int, b int, d int, CONSTRAINT fk_c FOREIGN KEY (a) REFERENCES p"
+             " (id) ON UPDATE CASCADE ON UPDATE RESTRICT DEFERRABLE INITIALLY DEFERRED ENABLE, FOREIGN KEY fk2 (a, b)"
+             " REFERENCES s.p (id, kk) ON DELETE SET NULL, CONSTRAINT \"\" FOREIGN KEY named (b) REFERENCES p,"
+             " FOREIGN KEY (zz) REFERENCES p (id), FOREIGN KEY (d) REFERENCES q (x) NOT DEFERRABLE);",
              // Entries and options left to the grammar.
              "CREATE TABLE t (a int, KEY k (a(10)), KEY (a DESC), PRIMARY KEY (a) USING BTREE) ROW_FORMAT=DYNAMIC;",
              "CREATE TABLE t (a int, key int, index varchar(3), KEY e ('a'), CONSTRAINT u UNIQUE (a), FOREIGN KEY (a)"
@@ -205,6 +212,7 @@ TEST(PlainColumns, GeneratedTablesMakeTheGrammarsModel)
         "REFERENCES u ON DELETE CASCADE", "REFERENCES u (id) DEFERRABLE", "REFERENCES"};
     const std::vector<std::string> entries = {"PRIMARY KEY (a)", "UNIQUE KEY uk (a)", "KEY (a)", "CONSTRAINT ck CHECK (1)",
                                               "", "FOREIGN KEY (a) REFERENCES u (id)", "INDEX i (a, `b`)",
+                                              "CONSTRAINT fk FOREIGN KEY (a) REFERENCES u ON DELETE CASCADE",
                                               "CHECK (a > 0) ENABLE", "KEY kp (a(3))", "PRIMARY KEY (zz)"};
     const std::vector<std::string> tableOptions = {"", " ENGINE=InnoDB", " DEFAULT CHARSET=utf8", " COLLATE utf8_bin",
                                                    " AUTO_INCREMENT=3,", " COMMENT='t'", " ROW_FORMAT=COMPACT", "X"};
