@@ -50,7 +50,8 @@ struct ParseSession {
     bool skipDataStatements = false;
     // The lexer cuts common tokens by a direct scan (kp_scanPlainToken).
     bool plainTokens = true;
-    // An import reads plain table columns directly (see PlainColumns.h).
+    // An import reads plain table columns and plain CREATE TABLE statements
+    // directly (see PlainColumns.h).
     bool plainColumns = false;
     // The last column the parser asked about, and whether it is plain.
     struct PlainColumnProbe {
