@@ -145,8 +145,18 @@ SQLReferentialActions *kp_addTableForeignKey(pANTLR3_BASE_RECOGNIZER recognizer,
                                              const std::string *constraintName, pANTLR3_BASE_TREE foreignWord,
                                              const KpForeignKeyClause &clause)
 {
-    SQLParserC *driver = driverOf(recognizer);
-    if (driver == nullptr || foreignWord == nullptr) {
+    if (foreignWord == nullptr) {
+        return nullptr;
+    }
+    return kp_addForeignKeyAt(driverOf(recognizer), table, constraintName,
+                              static_cast<int>(foreignWord->getLine(foreignWord)),
+                              static_cast<int>(foreignWord->getCharPositionInLine(foreignWord)), clause);
+}
+
+SQLReferentialActions *kp_addForeignKeyAt(SQLParserC *driver, SQLTable *table, const std::string *constraintName,
+                                          int line, int position, const KpForeignKeyClause &clause)
+{
+    if (driver == nullptr) {
         return nullptr;
     }
     std::optional<std::string> name = clause.keyName;
@@ -155,8 +165,7 @@ SQLReferentialActions *kp_addTableForeignKey(pANTLR3_BASE_RECOGNIZER recognizer,
     }
     static const std::vector<std::string> none;
     SQLReferentialActions *result = driver->addForeignKey(
-        table, name, static_cast<int>(foreignWord->getLine(foreignWord)),
-        static_cast<int>(foreignWord->getCharPositionInLine(foreignWord)),
+        table, name, line, position,
         clause.targetParts != nullptr ? *clause.targetParts : none,
         clause.localColumns != nullptr ? *clause.localColumns : none,
         clause.targetColumns != nullptr ? *clause.targetColumns : none);

@@ -6,6 +6,8 @@
 
 #include "RecognizerSupport.h"
 
+class SQLParserC;
+
 #include <SchemaModel/SchemaModel.h>
 
 #include <memory>
@@ -77,3 +79,6 @@ struct KpForeignKeyClause {
 SQLReferentialActions *kp_addTableForeignKey(pANTLR3_BASE_RECOGNIZER recognizer, SQLTable *table,
                                              const std::string *constraintName, pANTLR3_BASE_TREE foreignWord,
                                              const KpForeignKeyClause &clause);
+// The same for a key whose FOREIGN word stands at line and position.
+SQLReferentialActions *kp_addForeignKeyAt(SQLParserC *driver, SQLTable *table, const std::string *constraintName,
+                                          int line, int position, const KpForeignKeyClause &clause);

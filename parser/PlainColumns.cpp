@@ -1196,64 +1196,43 @@ void applyColumn(ParseSession *session, SQLTable *table, const PlainColumn &colu
     }
 }
 
-// Hands a table's foreign key to the driver as kp_addTableForeignKey does:
-// a CONSTRAINT name that is not empty wins over the name after FOREIGN KEY;
-// the last of each action and deferral clause is set on what carries the
-// reference.
+// Hands a table's foreign key to the driver as the walker does: the last of
+// each action and deferral clause counts.
 void addForeignKey(ParseSession *session, SQLTable *table, const PlainEntry &entry)
 {
-    SQLParserC *driver = session != nullptr ? session->driver : nullptr;
-    if (driver == nullptr) {
-        return;
-    }
-    std::optional<std::string> name;
-    if (entry.keyName != nullptr) {
-        name = kp_tokenText(entry.keyName);
-    }
-    if (entry.name != nullptr) {
-        std::string constraint = kp_tokenText(entry.name);
-        if (!constraint.empty()) {
-            name = std::move(constraint);
-        }
-    }
+    const PlainReference &reference = entry.reference;
     std::vector<std::string> local;
     for (pANTLR3_COMMON_TOKEN column : entry.columns) {
         local.push_back(kp_tokenText(column));
     }
-    const PlainReference &reference = entry.reference;
-    static const std::vector<std::string> none;
-    SQLReferentialActions *target =
-        driver->addForeignKey(table, name, reference.line, reference.position, reference.parts, local,
-                              reference.listWritten ? reference.columns : none);
-    if (target == nullptr) {
-        return;
+    KpForeignKeyClause clause;
+    if (entry.keyName != nullptr) {
+        clause.keyName = kp_tokenText(entry.keyName);
     }
-    int updateAction = SQLNoActionWritten;
-    int deleteAction = SQLNoActionWritten;
-    bool deferrable = false;
-    bool initiallyDeferred = false;
+    clause.localColumns = &local;
+    clause.targetParts = &reference.parts;
+    clause.targetColumns = reference.listWritten ? &reference.columns : nullptr;
     for (const PlainColumnStep &action : reference.actions) {
         switch (action.kind) {
         case PlainColumnStep::Kind::UpdateAction:
-            updateAction = action.code;
+            clause.updateAction = action.code;
             break;
         case PlainColumnStep::Kind::DeleteAction:
-            deleteAction = action.code;
+            clause.deleteAction = action.code;
             break;
         case PlainColumnStep::Kind::Deferrable:
-            deferrable = action.code != 0;
+            clause.deferrable = action.code != 0;
             break;
         case PlainColumnStep::Kind::InitiallyDeferred:
-            initiallyDeferred = action.code != 0;
+            clause.initiallyDeferred = action.code != 0;
             break;
         default:
             break;
         }
     }
-    target->setDeferrable(deferrable);
-    target->setInitiallyDeferred(initiallyDeferred);
-    target->setUpdateAction(updateAction);
-    target->setDeleteAction(deleteAction);
+    const std::string constraintName = entry.name != nullptr ? kp_tokenText(entry.name) : std::string();
+    kp_addForeignKeyAt(session != nullptr ? session->driver : nullptr, table,
+                       entry.name != nullptr ? &constraintName : nullptr, reference.line, reference.position, clause);
 }
 
 // Builds a plain CREATE TABLE statement's table as the walker's table rules
