@@ -1,6 +1,7 @@
 // The lexer's fast path for the tokens that make up most of a schema script:
 // blanks, line ends, names and keywords, quoted strings and names, line
-// comments, unsigned numbers and the punctuation of lists. The generated
+// comments, numbers, the punctuation of lists and the operators of
+// expressions. The generated
 // lexer predicts every token through its state tables and matches it
 // character by character through the stream's function pointers; these
 // tokens need neither. Each is made here exactly as
@@ -93,8 +94,58 @@ ANTLR3_UINT32 punctuationType(const uint16_t *p, const uint16_t *end)
         return doubled ? 0 : EQUALS;  // '=='
     case '.':
         return doubled ? 0 : T__149;  // '.', not '..'
+    case '*':
+        return p + 1 < end && p[1] == '/' ? 0 : T__194;  // '*', not an executable comment's '*/'
     default:
         return 0;
+    }
+}
+
+// An operator of expressions at p: its type, with its length in units, or
+// 0. Each is the longest literal of the lexer's that starts there, as the
+// generated lexer cuts it: '<=>' before '<=' before '<', a '-' before a digit
+// is the sign of a SIGNED_INT. PostgreSQL's cast '::' is taken only when no
+// ':' or '=' follows it; '|' alone (a SYMBOL), '--' and the rest are left.
+struct Operator {
+    ANTLR3_UINT32 type = 0;
+    int length = 0;
+};
+
+Operator operatorAt(const uint16_t *p, const uint16_t *end)
+{
+    const uint16_t next = p + 1 < end ? p[1] : 0;
+    switch (*p) {
+    case '<':
+        if (next == '=') {
+            return p + 2 < end && p[2] == '>' ? Operator{T__272, 3} : Operator{T__270, 2};  // '<=>', '<='
+        }
+        return next == '>' ? Operator{T__273, 2} : Operator{T__268, 1};  // '<>', '<'
+    case '>':
+        return next == '=' ? Operator{T__271, 2} : Operator{T__269, 1};  // '>=', '>'
+    case '!':
+        return next == '=' ? Operator{T__275, 2} : Operator{T__260, 1};  // '!=', '!'
+    case '+':
+        return {T__193, 1};
+    case '%':
+        return {T__256, 1};
+    case '|':
+        return next == '|' ? Operator{T__191, 2} : Operator{};  // '||'
+    case '-':
+        if (next >= '0' && next <= '9') {
+            int length = 2;
+            while (p + length < end && p[length] >= '0' && p[length] <= '9') {
+                ++length;
+            }
+            return {SIGNED_INT, length};
+        }
+        return next == '-' ? Operator{} : Operator{T__192, 1};
+    case ':':
+        if (next == ':' && (p + 2 == end || (p[2] != ':' && p[2] != '='))) {
+            return {T__433, 2};
+        }
+        return {};
+    default:
+        return {};
     }
 }
 
@@ -236,7 +287,10 @@ pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
         case '#':
             return scanLineComment(lexer, p, end);
         case '-':
-            return p + 1 < end && p[1] == '-' ? scanLineComment(lexer, p, end) : nullptr;
+            if (p + 1 < end && p[1] == '-') {
+                return scanLineComment(lexer, p, end);
+            }
+            break;  // an operator
         default:
             break;
         }
@@ -244,6 +298,11 @@ pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
             startToken(state, input);
             moveWithinLine(input, p + 1);
             return emitToken(lexer, type, ANTLR3_TOKEN_DEFAULT_CHANNEL);
+        }
+        if (const Operator op = operatorAt(p, end); op.type != 0) {
+            startToken(state, input);
+            moveWithinLine(input, p + op.length);
+            return emitToken(lexer, op.type, ANTLR3_TOKEN_DEFAULT_CHANNEL);
         }
         if (c >= '0' && c <= '9') {
             const uint16_t *q = p + 1;

@@ -50,3 +50,8 @@ struct PlainColumn {
 using PlainColumnRun = std::vector<PlainColumn>;
 
 } // namespace sqlantlr
+
+// How many of the whole CREATE TABLE statements counted by
+// kp_plainTablesTaken were read ahead from the text by the lexer's fast path
+// (TokenWindow::readStatementAhead) rather than from the token window.
+unsigned long kp_plainTablesReadAhead();

@@ -166,6 +166,7 @@ struct KnownTypes {
 
 thread_local unsigned long plainColumnsTaken = 0;
 thread_local unsigned long plainTablesTaken = 0;
+thread_local unsigned long plainTablesReadAhead = 0;
 
 const KnownTypes &known()
 {
@@ -174,11 +175,16 @@ const KnownTypes &known()
 }
 
 // The parser-channel tokens from a starting token on, read from the token
-// window; a token past the end of input is nullptr.
+// window or from a list of them read ahead; a token past the end of input,
+// or of the list, is nullptr.
 class Cursor {
 public:
     Cursor(sqlantlr::TokenWindow &window, pANTLR3_COMMON_TOKEN first, ANTLR3_UINT32 channel)
         : window_(&window), channel_(channel), index_(first->index), token_(first)
+    {
+    }
+    explicit Cursor(const std::vector<pANTLR3_COMMON_TOKEN> &list)
+        : list_(&list), index_(0), token_(list.empty() ? nullptr : list.front())
     {
     }
     pANTLR3_COMMON_TOKEN token() const { return token_; }
@@ -189,6 +195,10 @@ public:
     void advance()
     {
         previous_ = token_;
+        if (list_ != nullptr) {
+            token_ = inList(++index_);
+            return;
+        }
         do {
             token_ = window_->raw(++index_);
         } while (token_ != nullptr && token_->channel != channel_);
@@ -196,6 +206,9 @@ public:
     // The token k places ahead on the channel (1: the next one).
     pANTLR3_COMMON_TOKEN ahead(int k) const
     {
+        if (list_ != nullptr) {
+            return token_ != nullptr ? inList(index_ + k) : nullptr;
+        }
         ANTLR3_MARKER at = index_;
         pANTLR3_COMMON_TOKEN token = token_;
         while (k-- > 0 && token != nullptr) {
@@ -207,8 +220,14 @@ public:
     }
 
 private:
-    sqlantlr::TokenWindow *window_;
-    ANTLR3_UINT32 channel_;
+    pANTLR3_COMMON_TOKEN inList(ANTLR3_MARKER i) const
+    {
+        return i < static_cast<ANTLR3_MARKER>(list_->size()) ? (*list_)[static_cast<size_t>(i)] : nullptr;
+    }
+
+    sqlantlr::TokenWindow *window_ = nullptr;
+    const std::vector<pANTLR3_COMMON_TOKEN> *list_ = nullptr;
+    ANTLR3_UINT32 channel_ = ANTLR3_TOKEN_DEFAULT_CHANNEL;
     ANTLR3_MARKER index_;
     pANTLR3_COMMON_TOKEN token_;
     pANTLR3_COMMON_TOKEN previous_ = nullptr;
@@ -1104,6 +1123,11 @@ unsigned long kp_plainTablesTaken()
     return plainTablesTaken;
 }
 
+unsigned long kp_plainTablesReadAhead()
+{
+    return plainTablesReadAhead;
+}
+
 void kp_takePlainColumns(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_COMMON_TOKEN name)
 {
     ParseSession *session = kp_session(recognizer);
@@ -1312,9 +1336,21 @@ bool kp_importPlainTable(ParseSession &session, pANTLR3_TOKEN_STREAM tokens, SQL
     if (first == nullptr || first->type != known().create) {
         return false;
     }
+    sqlantlr::TokenWindow &window = *session.tokenWindow;
+    // Most statements are read ahead from the text by the lexer's fast path
+    // into tokens of their own: the window's tokens and the script-line
+    // filter's steps are then spared for all but the ";". The reading is
+    // the same over either kind of token, so a statement that fails it read
+    // ahead fails it from the window too.
+    const std::vector<pANTLR3_COMMON_TOKEN> *ahead = session.plainTokens ? window.readStatementAhead() : nullptr;
     const auto *common = static_cast<pANTLR3_COMMON_TOKEN_STREAM>(tokens->super);
-    Cursor cursor(*session.tokenWindow, first, common->channel);
-    Reader reader(cursor);
+    std::optional<Cursor> cursor;
+    if (ahead != nullptr) {
+        cursor.emplace(*ahead);
+    } else {
+        cursor.emplace(window, first, common->channel);
+    }
+    Reader reader(*cursor);
     PlainTable table;
     if (!reader.table(table)) {
         return false;
@@ -1326,10 +1362,16 @@ bool kp_importPlainTable(ParseSession &session, pANTLR3_TOKEN_STREAM tokens, SQL
     applyTable(&session, container, table);
     session.deferRecords = deferred;
     ++plainTablesTaken;
+    plainTablesReadAhead += ahead != nullptr ? 1 : 0;
     for (const PlainEntry &entry : table.entries) {
         plainColumnsTaken += entry.kind == PlainEntry::Kind::Column ? 1 : 0;
     }
-    consumeThrough(*session.tokenWindow, tokens, cursor.previous());
+    if (ahead != nullptr) {
+        window.passStatementAhead();
+        consumeThrough(window, tokens, first);  // the next token is the SEMI
+    } else {
+        consumeThrough(window, tokens, cursor->previous());
+    }
     tokens->istream->consume(tokens->istream);  // the SEMI
     return true;
 }

@@ -6,6 +6,7 @@
 #include "ParseSession.h"
 #include "RecognizerSupport.h"
 #include "QuotedText.h"
+#include "TokenWindow.h"
 #include "VellumGrammarCLexer.h"
 
 #include <algorithm>
@@ -762,7 +763,7 @@ bool ScriptLines::activeDelimiter()
 
 namespace sqlantlr {
 
-bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANTLR3_COMMON_TOKEN> &dropped)
+pANTLR3_COMMON_TOKEN ScriptLines::secondWord(pANTLR3_COMMON_TOKEN first)
 {
     auto lexer = static_cast<pANTLR3_LEXER>(source_->super);
     // The filter's last step must have been the statement's first word, read
@@ -771,6 +772,26 @@ bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANT
         tokens_ != 1 || previousType_ != first->type || previousLine_ != first->line ||
         previousPosition_ != first->charPosition ||
         static_cast<pVellumGrammarCLexer>(lexer->ctx)->inExecutableComment == ANTLR3_TRUE) {
+        return nullptr;
+    }
+    for (size_t i = 0; i + 1 < raw_.size(); ++i) {
+        if (isSignificant(raw_[i]) || endsLine(raw_[i])) {
+            return nullptr;
+        }
+    }
+    pANTLR3_COMMON_TOKEN second = raw_.back();
+    if (isEnd(second) || !isSignificant(second) ||
+        reinterpret_cast<const char *>(lexer->input->nextChar) != reinterpret_cast<const char *>(second->stop) + 1) {
+        return nullptr;
+    }
+    return second;
+}
+
+bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANTLR3_COMMON_TOKEN> &dropped)
+{
+    auto lexer = static_cast<pANTLR3_LEXER>(source_->super);
+    pANTLR3_COMMON_TOKEN second = secondWord(first);
+    if (second == nullptr) {
         return false;
     }
     // The grammar consumes INSERT statements, and every statement whose first
@@ -785,12 +806,6 @@ bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANT
                       : kind_ != Kind::Whole && kind_ != Kind::Splittable && kind_ != Kind::Update) {
         return false;
     }
-    for (size_t i = 0; i + 1 < raw_.size(); ++i) {
-        if (isSignificant(raw_[i]) || endsLine(raw_[i])) {
-            return false;
-        }
-    }
-    pANTLR3_COMMON_TOKEN second = raw_.back();
     pANTLR3_INPUT_STREAM input = lexer->input;
     const auto *from = static_cast<const char16_t *>(input->nextChar);
     // The next token: a plain word, a number or a closed quoted string,
@@ -800,8 +815,7 @@ bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANT
                            std::all_of(text.begin(), text.end(), [](char c) {
                                return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
                            });
-    if (!isSignificant(second) || !(plainWord || second->type == INT || second->type == QUOTED_STRING) ||
-        reinterpret_cast<const char *>(from) != reinterpret_cast<const char *>(second->stop) + 1) {
+    if (!(plainWord || second->type == INT || second->type == QUOTED_STRING)) {
         return false;
     }
     auto *session = static_cast<ParseSession *>(lexer->rec->state->userp);
@@ -820,6 +834,87 @@ bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANT
     raw_.clear();
     advanceInput(semi);
     return true;
+}
+
+pANTLR3_COMMON_TOKEN ScriptLines::newAheadToken(pANTLR3_TOKEN_FACTORY factory)
+{
+    ScriptLines *lines = static_cast<AheadFactory *>(factory)->lines;
+    if (lines->aheadUsed_ == lines->aheadTokens_.size()) {
+        lines->aheadTokens_.emplace_back();
+        initialiseFactoryToken(lines->factory_, &lines->aheadTokens_.back());
+    }
+    // A hidden token is made in the same place as the next one.
+    return &lines->aheadTokens_[lines->aheadUsed_];
+}
+
+bool ScriptLines::readStatementAhead(pANTLR3_COMMON_TOKEN first, std::vector<pANTLR3_COMMON_TOKEN> &out)
+{
+    pANTLR3_COMMON_TOKEN second = kind_ != Kind::Routine ? secondWord(first) : nullptr;
+    if (second == nullptr) {
+        return false;
+    }
+    auto lexer = static_cast<pANTLR3_LEXER>(source_->super);
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    const size_t kept = out.size();
+    out.push_back(second);
+    const InputPlace start{input->nextChar, input->line, input->charPositionInLine, input->currentLine};
+    pANTLR3_RECOGNIZER_SHARED_STATE state = lexer->rec->state;
+    pANTLR3_TOKEN_FACTORY lexerFactory = state->tokFactory;
+    AheadFactory ahead{};
+    ahead.newToken = newAheadToken;
+    ahead.lines = this;
+    state->tokFactory = &ahead;
+    aheadUsed_ = 0;
+    bool lineStart = false;
+    bool ended = false;
+    int parens = 0;
+    // The filter changes nothing in a statement that neither a GO, "/" or
+    // DELIMITER line nor a statement word opening a line outside parentheses
+    // cuts; "/" and anything else the fast path does not cut end the reading.
+    while (pANTLR3_COMMON_TOKEN token = kp_scanPlainToken(lexer)) {
+        if (token->channel != ANTLR3_TOKEN_DEFAULT_CHANNEL) {
+            lineStart = lineStart || endsLine(token);
+            continue;
+        }
+        if (token->type == T_DELIMITER || isGo(token) ||
+            (lineStart && parens == 0 && isStatementWord(word(token)))) {
+            break;
+        }
+        lineStart = false;
+        token->index = static_cast<ANTLR3_MARKER>(aheadUsed_);
+        out.push_back(token);
+        ++aheadUsed_;
+        if (token->type == OPENPAREN) {
+            ++parens;
+        } else if (token->type == CLOSEPAREN) {
+            parens = std::max(0, parens - 1);
+        } else if (token->type == SEMI) {
+            aheadEnd_ = {reinterpret_cast<void *>(token->start), token->line,
+                         static_cast<ANTLR3_INT32>(token->charPosition), token->lineStart};
+            ended = true;
+            break;
+        }
+    }
+    state->tokFactory = lexerFactory;
+    input->nextChar = start.nextChar;
+    input->line = start.line;
+    input->charPositionInLine = start.charPositionInLine;
+    input->currentLine = start.currentLine;
+    if (!ended) {
+        out.resize(kept);
+    }
+    return ended;
+}
+
+void ScriptLines::passStatementAhead(std::vector<pANTLR3_COMMON_TOKEN> &dropped)
+{
+    pANTLR3_INPUT_STREAM input = static_cast<pANTLR3_LEXER>(source_->super)->input;
+    dropped.assign(raw_.begin(), raw_.end());
+    raw_.clear();
+    input->nextChar = aheadEnd_.nextChar;
+    input->line = aheadEnd_.line;
+    input->charPositionInLine = aheadEnd_.charPositionInLine;
+    input->currentLine = aheadEnd_.currentLine;
 }
 
 // Moves the lexer's stream to to, as consuming each unit would (see kp_utf16Consume).

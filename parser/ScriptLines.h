@@ -29,6 +29,7 @@
 #include <antlr3.h>
 
 #include <cstddef>
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -88,6 +89,22 @@ public:
     // nothing changed, when the statement is to be read token by token.
     bool skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANTLR3_COMMON_TOKEN> &dropped);
 
+    // Called with the first word of a CREATE TABLE statement in the same
+    // place: reads the statement's significant tokens from its second word
+    // up to and including its ";" into `out`, the tokens after the second
+    // word straight from the lexer's fast path into tokens kept here (valid
+    // until the next call), and leaves the lexer where it stood. Hidden
+    // tokens are passed. False, with nothing changed, when a token needs the
+    // generated lexer, when a line decision could apply to the statement (a
+    // GO or DELIMITER word, a statement word opening a line outside
+    // parentheses) or when the input ends first.
+    bool readStatementAhead(pANTLR3_COMMON_TOKEN first, std::vector<pANTLR3_COMMON_TOKEN> &out);
+    // After readStatementAhead returned true: moves the lexer to the
+    // statement's ";" with the text before it unread, as skipDataStatement
+    // does, so that the next token is that ";". The tokens read ahead from
+    // the lexer before go to dropped.
+    void passStatementAhead(std::vector<pANTLR3_COMMON_TOKEN> &dropped);
+
 private:
     // How a statement not ended by ";" may be cut at a line that starts with
     // a statement word: always, with exceptions, or never (Whole ends at ";",
@@ -95,6 +112,10 @@ private:
     enum class Kind { None, Splittable, Insert, Update, Alter, Whole, Routine };
 
     pANTLR3_COMMON_TOKEN passThrough();  // the next token when it needs no line decision
+    // When the last step was the statement's first word and the lexer has
+    // read no further than the next word on its line (and nothing is
+    // pending): that word; else nullptr.
+    pANTLR3_COMMON_TOKEN secondWord(pANTLR3_COMMON_TOKEN first);
     pANTLR3_COMMON_TOKEN raw(size_t i);  // i-th unprocessed raw token (EOF at the end)
     size_t significant(size_t from);     // index of the first significant raw token from `from`
     bool lineEndBetween(size_t from, size_t to);
@@ -126,8 +147,24 @@ private:
     void skipCopyData(pANTLR3_COMMON_TOKEN semi);
     void passRemarkText(pANTLR3_COMMON_TOKEN command);
 
+    // Hands the lexer the tokens of readStatementAhead: the next of aheadTokens_.
+    struct AheadFactory : ANTLR3_TOKEN_FACTORY {
+        ScriptLines *lines = nullptr;
+    };
+    static pANTLR3_COMMON_TOKEN newAheadToken(pANTLR3_TOKEN_FACTORY factory);
+    // Where the lexer's stream stands: a place to go back or on to.
+    struct InputPlace {
+        void *nextChar = nullptr;
+        ANTLR3_UINT32 line = 0;
+        ANTLR3_INT32 charPositionInLine = 0;
+        void *currentLine = nullptr;
+    };
+
     pANTLR3_TOKEN_SOURCE source_;
     pANTLR3_TOKEN_FACTORY factory_;
+    std::deque<ANTLR3_COMMON_TOKEN> aheadTokens_;  // reused by every readStatementAhead
+    size_t aheadUsed_ = 0;
+    InputPlace aheadEnd_;  // where the ";" of the last statement read ahead starts
     pANTLR3_COMMON_TOKEN eof_ = nullptr;
     TokenQueue raw_;  // read from the lexer, not yet decided
     TokenQueue out_;  // decided, for the parser

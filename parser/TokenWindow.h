@@ -41,6 +41,15 @@ public:
     // text (ScriptLines::skipDataStatement).
     void skipDataStatement();
 
+    // At the start of a CREATE TABLE statement, in the same place: the
+    // statement's parser-channel tokens from its first word through its ";",
+    // read ahead by the script-line filter without the window's tokens
+    // (ScriptLines::readStatementAhead), or nullptr. Valid until the next call.
+    const std::vector<pANTLR3_COMMON_TOKEN> *readStatementAhead();
+    // After readStatementAhead: the statement's text is passed unread up to
+    // its ";", which is the next token the window reads.
+    void passStatementAhead();
+
     // Raw access, hidden tokens included: absolute indexes from 0.
     pANTLR3_COMMON_TOKEN raw(ANTLR3_MARKER index)  // nullptr past the end of input
     {
@@ -104,6 +113,7 @@ private:
     ANTLR3_MARKER previous_ = -1;
     pANTLR3_COMMON_TOKEN eof_ = nullptr;
     std::vector<pANTLR3_COMMON_TOKEN> freeTokens_;
+    std::vector<pANTLR3_COMMON_TOKEN> ahead_;  // of readStatementAhead
     std::vector<std::unique_ptr<ANTLR3_COMMON_TOKEN[]>> slabs_;
     size_t slabUsed_ = 0;
     TokenWindow *previousActive_ = nullptr;

@@ -4,6 +4,7 @@
 // to the grammar, around broken entries and on generated tables; and the
 // reading does take the common columns of each dialect.
 #include "ParserTestSupport.h"
+#include "PlainColumnReading.h"
 #include "PlainColumns.h"
 
 #include <random>
@@ -36,6 +37,16 @@ unsigned long plainTablesRead(const std::string &sql)
     SQLParser parser;
     parser.parseString(sql);
     return kp_plainTablesTaken() - before;
+}
+
+// How many CREATE TABLE statements an import of the script read whole
+// ahead from the text, without the token window.
+unsigned long plainTablesReadAhead(const std::string &sql)
+{
+    const unsigned long before = kp_plainTablesReadAhead();
+    SQLParser parser;
+    parser.parseString(sql);
+    return kp_plainTablesReadAhead() - before;
 }
 
 } // namespace
@@ -239,6 +250,89 @@ TEST(PlainColumns, GeneratedTablesMakeTheGrammarsModel)
         }
         sql += random() % 10 == 0 ? "\n" : ")" + pick(tableOptions) + pick(tableOptions) + ";\n";
         sql += "CREATE TABLE v (x int);";
+        expectSameImport(sql);
+    }
+}
+
+// A plain table is read ahead from the text only where the script-line
+// filter would change nothing in it; elsewhere it is read from the token
+// window, or by the grammar, and either way the model, the records and
+// their places are those of the grammar.
+TEST(PlainColumns, TablesAreReadAheadOnlyWhereNoLineDecisionApplies)
+{
+    struct Case {
+        const char *sql;
+        unsigned long readAhead;
+    };
+    // (The statement after a cut is one the reading leaves to the grammar.)
+    const Case cases[] = {
+        // Line ends of every kind and line comments inside, casts, signs and comparisons.
+        {"CREATE TABLE t (\r\n  a int NOT NULL, -- first\r  b text DEFAULT 'x'::text,\n"
+         "  c int DEFAULT -1, d numeric(*,2), CHECK (c >= 0 AND c <> 5 OR c != 7 OR c <= 9 OR c < d + 1)\r\n);",
+         1},
+        // A statement word opening a line inside the parentheses cuts nothing.
+        {"CREATE TABLE t (a int,\nprint int,\ndeny int);", 1},
+        // Table options on lines of their own.
+        {"CREATE TABLE t (a int)\nENGINE=InnoDB\nDEFAULT CHARSET=utf8;", 1},
+        // Batch separators: a GO line, a GO glued to the parenthesis, a "/" line.
+        {"CREATE TABLE t (a int)\nGO\nCREATE TABLE u (b int) ROW_FORMAT=DYNAMIC;", 0},
+        {"CREATE TABLE t (a int)GO\nCREATE TABLE u (b int) ROW_FORMAT=DYNAMIC;", 0},
+        {"CREATE TABLE t (a int)\n/\nCREATE TABLE u (b int) ROW_FORMAT=DYNAMIC;", 0},
+        {"CREATE TABLE t (a int,\nGO\n);", 0},
+        // A statement word opening a line outside parentheses starts the next statement.
+        {"CREATE TABLE t (a int)\nCREATE TABLE u (b int) ROW_FORMAT=DYNAMIC;", 0},
+        {"CREATE TABLE t (a int)\nINSERT INTO t VALUES (1);", 0},
+        {"CREATE TABLE t (a int)\nprint 'x';", 0},
+        // DELIMITER lines, block comments, an unended statement.
+        {"CREATE TABLE t (a int)\nDELIMITER $$\nCREATE TABLE u (b int) ROW_FORMAT=DYNAMIC$$\nDELIMITER ;\n", 0},
+        {"CREATE TABLE t (a int /* c */, b int);", 0},
+        {"CREATE TABLE t (a int, b int)", 0},
+    };
+    for (const Case &c : cases) {
+        EXPECT_EQ(plainTablesReadAhead(c.sql), c.readAhead) << c.sql;
+        expectSameImport(c.sql);
+    }
+    // Read from the window instead: a token the lexer's fast path leaves.
+    EXPECT_EQ(plainTablesRead("CREATE TABLE t (a int /* c */, b int);"), 1u);
+}
+
+// Records of statements after tables read ahead stand where the grammar
+// puts them: the lexer goes on from the right line and position.
+TEST(PlainColumns, RecordsAfterTablesReadAheadKeepTheirPlaces)
+{
+    const std::string sql = "CREATE TABLE t (\r\n  a int,\r\n  a int -- again\r\n);\r\n"
+                            "CREATE TABLE u (x int,, y int);\n"
+                            "CREATE TABLE v (\ra varchar(9) DEFAULT 'it''s',\r  FOREIGN KEY (a) REFERENCES w (id)\r);\r"
+                            "CREATE TABLE w (id int) junk;\n"
+                            "CREATE TABLE z (a int); CREATE TABLE y (b int,, c int);\n";
+    EXPECT_GE(plainTablesReadAhead(sql), 2u);
+    expectSameImport(sql);
+    const std::string json = importJson(sql, true);
+    // The duplicate in t, the extra comma in u, the junk after w (a lone CR
+    // ends a line), the extra comma in y after z on its line.
+    for (const char *place : {"[3:2] Duplicate", "[5:21] Extraneous", "[10:24] Extraneous", "[11:45] Extraneous"}) {
+        EXPECT_NE(json.find(place), std::string::npos) << place << "\n" << json;
+    }
+}
+
+// Random scripts of plain tables cut by the lines the filter decides on
+// (GO, "/", DELIMITER, statement words), with every kind of line end.
+TEST(PlainColumns, TablesAmongScriptLinesMakeTheGrammarsModel)
+{
+    const std::vector<std::string> pieces = {
+        "CREATE TABLE t (a int, b varchar(9) DEFAULT 'x')", "CREATE TABLE u (id int PRIMARY KEY, n text NOT NULL)",
+        "(c int)", ";", ";", "\n", "\r\n", "\r", " ", "GO", "\nGO\n", "\n/\n", "DELIMITER $$\n", "DELIMITER ;\n",
+        "$$", "INSERT INTO t VALUES (1)", "SET x = 1", "ENGINE=InnoDB", "-- c\n", "/* c */", "IF", "BEGIN", "END",
+        "CREATE TABLE v (\nx int,\nset int\n)", ")", "::", "-1", ">= 2", "CHECK (a > 0)", "'s'", "CREATE TABLE",
+    };
+    std::mt19937 random(20261125);
+    std::uniform_int_distribution<size_t> pick(0, pieces.size() - 1);
+    for (int script = 0; script < 400; ++script) {
+        std::string sql;
+        for (int i = std::uniform_int_distribution<int>(1, 14)(random); i > 0; --i) {
+            sql += pieces[pick(random)];
+            sql += random() % 3 == 0 ? "\n" : " ";
+        }
         expectSameImport(sql);
     }
 }

@@ -59,6 +59,10 @@ TEST(TokenFastPath, EdgesOfTheCommonTokens)
         "MAX_ROWS =1 MAX_ROWS=1 max_rows\t=1 UNION ALL union\nall",
         // Punctuation of lists and its longer neighbours.
         "a.b a..b a . . b x==y x=y x= =y (a,b);(;) ., 1.5 .5 5. 1..2 -1 a-1 a--b --c\n",
+        // Stars and colons: a cast, its longer and shorter neighbours, a star against comment ends.
+        "'a'::text x::int[] a:::b a::=b a:=b :x :: : * ** */ *\\/ (*,2) a*/b count(*)::bigint",
+        // Comparisons and arithmetic, each against its longer neighbours.
+        "a>0 a>=1 a<2 a<=3 a<>4 a!=5 a<=>6 <=>= <>= >== !== !! ! %% ||| | a- b -1 - 1 -a -1.5 1-2 (x)-1 +1 -- c\n-",
         // Line ends of every kind, blanks around them, and none at the end.
         "a\r\nb\rc\nd \r\n\te\r\r\n\n\rf   \t",
         // Numbers against names.
@@ -105,7 +109,7 @@ TEST(TokenFastPath, RandomTextFromTheEdgeCharacters)
         "1",    "42",     ".",     "..",     "=",    "==",   "(",    ")",    ",",         ";",        " ",
         "\t",   "\n",     "\r",    "\r\n",   "'",    "\"",   "`",    "''",   "[",         "]",        "&",
         "&&",   "\\",     "@",     "<",      ">",    ":",    "\xC3\xA9",    "\xC4\xB1",  "\xC5\xBF", "\xE2\x80\x94",
-        "CREATE TABLE ", "int", "DEFAULT ", "$$", "GO\n", "\n/\n", "DELIMITER $$\n", "INSERT INTO t VALUES ",
+        "CREATE TABLE ", "int", "DEFAULT ", "$$", "::", ":=", "**", "<", ">=", "<=>", "!=", "!", "+", "%", "||", "|", "GO\n", "\n/\n", "DELIMITER $$\n", "INSERT INTO t VALUES ",
     };
     std::mt19937 random(20261123);
     std::uniform_int_distribution<size_t> pick(0, pieces.size() - 1);
