@@ -10,6 +10,7 @@
 // whose first characters could also start another rule (N'...', Q'...',
 // '..', '=='), is left to the generated lexer at the same position.
 #include "KpAntlrStringOperations.h"
+#include "NameScan.h"
 #include "RecognizerSupport.h"
 #include "VellumGrammarCLexer.h"
 
@@ -53,12 +54,35 @@ void moveToNextLine(pANTLR3_INPUT_STREAM input, const uint16_t *next)
     input->nextChar = const_cast<uint16_t *>(next);
 }
 
+// The token from the start set by startToken to the stream's next unit, as
+// the runtime's emit makes it, without its calls through the lexer's
+// function pointers: the stream's index is the address of its next unit.
 pANTLR3_COMMON_TOKEN emitToken(pANTLR3_LEXER lexer, ANTLR3_UINT32 type, ANTLR3_UINT32 channel)
 {
     pANTLR3_RECOGNIZER_SHARED_STATE state = lexer->rec->state;
+    pANTLR3_INPUT_STREAM input = lexer->input;
     state->type = type;
     state->channel = channel;
-    return lexer->emit(lexer);
+    pANTLR3_COMMON_TOKEN token = state->tokFactory->newToken(state->tokFactory);
+    token->type = type;
+    token->channel = channel;
+    token->start = state->tokenStartCharIndex;
+    token->stop = reinterpret_cast<ANTLR3_MARKER>(input->nextChar) - 1;
+    token->line = state->tokenStartLine;
+    token->charPosition = state->tokenStartCharPositionInLine;
+    if (state->text != nullptr) {
+        token->textState = ANTLR3_TEXT_STRING;
+        token->tokText.text = state->text;
+    } else {
+        token->textState = ANTLR3_TEXT_NONE;
+    }
+    token->lineStart = input->currentLine;
+    token->user1 = state->user1;
+    token->user2 = state->user2;
+    token->user3 = state->user3;
+    token->custom = state->custom;
+    state->token = token;
+    return token;
 }
 
 bool isQuote(uint16_t unit)
@@ -321,8 +345,7 @@ pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
             // of the word (a keyword, a one-word rule such as T_NOT, or STRING).
             startToken(state, input);
             moveWithinLine(input, p + 1);
-            kp_matchNameRest(lexer);
-            return emitToken(lexer, kp_keywordType(lexer), ANTLR3_TOKEN_DEFAULT_CHANNEL);
+            return emitToken(lexer, kp_matchNameWithType(lexer), ANTLR3_TOKEN_DEFAULT_CHANNEL);
         }
         return nullptr;
     }

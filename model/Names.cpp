@@ -14,8 +14,16 @@ namespace {
 
 constexpr std::string_view kWhiteSpace = " \t\r\n\v\f";
 
+bool isWhiteSpace(char c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');  // \t \n \v \f \r
+}
+
 std::string_view stripWhiteSpace(std::string_view text)
 {
+    // Most names have no blank at either end.
+    if (!text.empty() && !isWhiteSpace(text.front()) && !isWhiteSpace(text.back()))
+        return text;
     const auto first = text.find_first_not_of(kWhiteSpace);
     if (first == std::string_view::npos)
         return {};

@@ -876,7 +876,8 @@ bool ScriptLines::readStatementAhead(pANTLR3_COMMON_TOKEN first, std::vector<pAN
             lineStart = lineStart || endsLine(token);
             continue;
         }
-        if (token->type == T_DELIMITER || isGo(token) ||
+        // (GO is two units: stop is the last byte of the second.)
+        if (token->type == T_DELIMITER || (token->stop - token->start == 3 && isGo(token)) ||
             (lineStart && parens == 0 && isStatementWord(word(token)))) {
             break;
         }

@@ -198,23 +198,14 @@ void JsonWriter::append(std::string_view text)
     used_ += text.size();
 }
 
-// What goes before a member or element: nothing after a key, else a comma
-// unless it is the first, and when pretty a line break and indentation.
-void JsonWriter::beforeValue()
+void JsonWriter::breakLine(Place place)
 {
-    const Place place = place_;
-    place_ = Place::next;
-    if (place == Place::afterKey || depth_ == 0) {
-        return;
-    }
     char *const start = room(2 + depth_ * 2);
     char *at = start;
     if (place == Place::next) {
         *at++ = ',';
     }
-    if (pretty_) {
-        at = lineBreak(at, depth_);
-    }
+    at = lineBreak(at, depth_);
     used_ += static_cast<size_t>(at - start);
 }
 
@@ -295,7 +286,11 @@ void JsonWriter::value(std::string_view text)
 void JsonWriter::value(bool flag)
 {
     beforeValue();
-    append(flag ? "true" : "false");
+    if (flag) {
+        appendLiteral("true");
+    } else {
+        appendLiteral("false");
+    }
 }
 
 void JsonWriter::value(int64_t number)
@@ -309,7 +304,7 @@ void JsonWriter::value(int64_t number)
 void JsonWriter::null()
 {
     beforeValue();
-    append("null");
+    appendLiteral("null");
 }
 
 } // namespace sqlantlr

@@ -78,7 +78,34 @@ private:
     }
     char *makeRoom(size_t size);
     void append(std::string_view text);
-    void beforeValue();
+    // Writes a literal of N - 1 bytes (true, false, null).
+    template <size_t N>
+    void appendLiteral(const char (&text)[N])
+    {
+        char *at = room(N - 1);
+        for (size_t i = 0; i + 1 < N; ++i) {
+            at[i] = text[i];
+        }
+        used_ += N - 1;
+    }
+    // What goes before a member or element: nothing after a key or at the
+    // top, else a comma unless it is the first, and when pretty a line break
+    // and indentation.
+    void beforeValue()
+    {
+        const Place place = place_;
+        place_ = Place::next;
+        if (place == Place::afterKey || depth_ == 0) {
+            return;
+        }
+        if (pretty_) {
+            breakLine(place);
+        } else if (place == Place::next) {
+            *room(1) = ',';
+            ++used_;
+        }
+    }
+    void breakLine(Place place);
     void begin(char bracket);
     void end(char bracket);
 
