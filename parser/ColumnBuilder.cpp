@@ -5,6 +5,7 @@
 
 #include "Log.h"
 #include "ParseSession.h"
+#include "PlainColumnReading.h"
 
 #include <SQLAntlrParser/SQLParserC.h>
 #include <SchemaModel/SchemaModel.h>
@@ -42,14 +43,10 @@ SQLField *kp_addField(pANTLR3_BASE_RECOGNIZER recognizer, SQLTable *table, pANTL
                     static_cast<int>(nameNode->getCharPositionInLine(nameNode)));
 }
 
-SQLField *kp_addNamedField(ParseSession *session, SQLTable *table, pANTLR3_COMMON_TOKEN name,
-                           const std::string &type)
+SQLField *kp_addFieldAt(ParseSession *session, SQLTable *table, const std::string &name, const std::string &type,
+                        int line, int position)
 {
-    if (table == nullptr || name == nullptr) {
-        return nullptr;
-    }
-    return addField(session, table, kp_tokenText(name), type, static_cast<int>(name->line),
-                    static_cast<int>(name->charPosition));
+    return table != nullptr ? addField(session, table, name, type, line, position) : nullptr;
 }
 
 void kp_traceRejectedType(pANTLR3_BASE_RECOGNIZER, pANTLR3_BASE_TREE typeWord)

@@ -10,6 +10,8 @@
 
 namespace sqlantlr {
 
+struct ParseSession;
+
 // What a plain column sets on its field, in the order written.
 struct PlainColumnStep {
     enum class Kind : unsigned char {
@@ -39,8 +41,12 @@ struct PlainColumnStep {
     int position = 0;
 };
 
+// A column's name is kept as its text and place: the tokens of a statement
+// read ahead are reused before the column is built.
 struct PlainColumn {
-    pANTLR3_COMMON_TOKEN name = nullptr;
+    std::string name;
+    int line = 0;
+    int position = 0;
     std::string type;  // as the walker renders a type: its tokens joined by blanks
     std::vector<PlainColumnStep> steps;
 };
@@ -50,6 +56,14 @@ struct PlainColumn {
 using PlainColumnRun = std::vector<PlainColumn>;
 
 } // namespace sqlantlr
+
+class SQLField;
+class SQLTable;
+
+// Adds a field of the name and type to the table, as the walker's column
+// rule adds one (renaming a duplicate, with its record at line and position).
+SQLField *kp_addFieldAt(sqlantlr::ParseSession *session, SQLTable *table, const std::string &name,
+                        const std::string &type, int line, int position);
 
 // How many of the whole CREATE TABLE statements counted by
 // kp_plainTablesTaken were read ahead from the text by the lexer's fast path

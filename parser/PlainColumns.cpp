@@ -175,18 +175,25 @@ const KnownTypes &known()
 }
 
 // The parser-channel tokens from a starting token on, read from the token
-// window or from a list of them read ahead; a token past the end of input,
-// or of the list, is nullptr.
+// window, or from a statement the window reads ahead; a token past the end
+// of input, or past the end of the statement read ahead, is nullptr.
 class Cursor {
 public:
     Cursor(sqlantlr::TokenWindow &window, pANTLR3_COMMON_TOKEN first, ANTLR3_UINT32 channel)
         : window_(&window), channel_(channel), index_(first->index), token_(first)
     {
     }
-    explicit Cursor(const std::vector<pANTLR3_COMMON_TOKEN> &list)
-        : list_(&list), index_(0), token_(list.empty() ? nullptr : list.front())
+    // Over the statement the window reads ahead (TokenWindow::startAhead),
+    // from its first word and its second.
+    Cursor(sqlantlr::TokenWindow &window, pANTLR3_COMMON_TOKEN first, pANTLR3_COMMON_TOKEN second)
+        : window_(&window), readsAhead_(true), token_(first)
     {
+        next_[0] = second;
+        count_ = 1;
     }
+    Cursor(const Cursor &) = default;
+    Cursor &operator=(const Cursor &) = default;
+
     pANTLR3_COMMON_TOKEN token() const { return token_; }
     // The token before the current one on the channel.
     pANTLR3_COMMON_TOKEN previous() const { return previous_; }
@@ -195,8 +202,14 @@ public:
     void advance()
     {
         previous_ = token_;
-        if (list_ != nullptr) {
-            token_ = inList(++index_);
+        if (readsAhead_) {
+            if (count_ > 0) {
+                token_ = next_[0];
+                std::copy(next_.begin() + 1, next_.begin() + count_, next_.begin());
+                --count_;
+            } else if (token_ != nullptr) {
+                token_ = window_->nextAhead();
+            }
             return;
         }
         do {
@@ -206,8 +219,18 @@ public:
     // The token k places ahead on the channel (1: the next one).
     pANTLR3_COMMON_TOKEN ahead(int k) const
     {
-        if (list_ != nullptr) {
-            return token_ != nullptr ? inList(index_ + k) : nullptr;
+        if (readsAhead_) {
+            if (token_ == nullptr || k < 1 || k > static_cast<int>(next_.size())) {
+                return nullptr;
+            }
+            while (count_ < k) {
+                pANTLR3_COMMON_TOKEN next = window_->nextAhead();
+                if (next == nullptr) {
+                    return nullptr;
+                }
+                next_[static_cast<size_t>(count_++)] = next;
+            }
+            return next_[static_cast<size_t>(k - 1)];
         }
         ANTLR3_MARKER at = index_;
         pANTLR3_COMMON_TOKEN token = token_;
@@ -218,19 +241,26 @@ public:
         }
         return token;
     }
-
-private:
-    pANTLR3_COMMON_TOKEN inList(ANTLR3_MARKER i) const
+    // Between entries: the tokens read ahead before the current one may be
+    // reused (the window's tokens stay as they are). The current token and
+    // those after it are the last ones read.
+    void recycle()
     {
-        return i < static_cast<ANTLR3_MARKER>(list_->size()) ? (*list_)[static_cast<size_t>(i)] : nullptr;
+        if (readsAhead_) {
+            window_->recycleAhead(static_cast<size_t>(count_) + 1);
+        }
     }
 
-    sqlantlr::TokenWindow *window_ = nullptr;
-    const std::vector<pANTLR3_COMMON_TOKEN> *list_ = nullptr;
+private:
+    sqlantlr::TokenWindow *window_;
+    bool readsAhead_ = false;
     ANTLR3_UINT32 channel_ = ANTLR3_TOKEN_DEFAULT_CHANNEL;
-    ANTLR3_MARKER index_;
+    ANTLR3_MARKER index_ = 0;
     pANTLR3_COMMON_TOKEN token_;
     pANTLR3_COMMON_TOKEN previous_ = nullptr;
+    // Read ahead after the current token, not yet passed (ahead() fills it).
+    mutable std::array<pANTLR3_COMMON_TOKEN, 4> next_{};
+    mutable int count_ = 0;
 };
 
 // Consumes the parser's tokens through `last`: the window moves to `last`
@@ -282,26 +312,36 @@ struct PlainReference {
 
 // A CREATE TABLE statement read whole: its name parts, its entries and its
 // options, in the order written.
+// Names and values are kept as texts: the tokens of a statement read ahead
+// are reused as the reading goes on.
 struct PlainEntry {
     enum class Kind : unsigned char { Column, PrimaryKey, Unique, Index, Check, ForeignKey } kind = Kind::Column;
     PlainColumn column;
-    pANTLR3_COMMON_TOKEN name = nullptr;  // of an index, or the CONSTRAINT name of a CHECK or foreign key
-    pANTLR3_COMMON_TOKEN keyName = nullptr;  // the name after FOREIGN KEY
-    std::vector<pANTLR3_COMMON_TOKEN> columns;  // of a key or index
+    std::optional<std::string> name;  // of an index, or the CONSTRAINT name of a CHECK or foreign key
+    std::optional<std::string> keyName;  // the name after FOREIGN KEY
+    std::vector<std::string> columns;  // of a key or index
     std::string text;  // of a CHECK
     PlainReference reference;  // of a foreign key
 };
 
 struct PlainTableOption {
     enum class Kind : unsigned char { Engine, CharacterSet, Collation, Comment } kind;
-    pANTLR3_COMMON_TOKEN value;
+    std::string value;
 };
 
 struct PlainTable {
-    std::vector<pANTLR3_COMMON_TOKEN> name;
+    std::vector<std::string> name;
     std::vector<PlainEntry> entries;
     std::vector<PlainTableOption> options;
 };
+
+// A column named by the token: its text and place.
+void nameColumn(PlainColumn &column, pANTLR3_COMMON_TOKEN name)
+{
+    column.name = kp_tokenText(name);
+    column.line = static_cast<int>(name->line);
+    column.position = static_cast<int>(name->charPosition);
+}
 
 class Reader {
 public:
@@ -816,7 +856,7 @@ public:
             if (!at_.is(STRING) && !at_.is(QUOTED_STRING)) {
                 return false;
             }
-            table.name.push_back(at_.token());
+            table.name.push_back(kp_tokenText(at_.token()));
             if (!nextIs(k_.dot)) {
                 break;
             }
@@ -830,6 +870,7 @@ public:
             if (!entry(table)) {
                 return false;
             }
+            at_.recycle();  // the entry keeps no tokens
             if (at_.is(CLOSEPAREN)) {
                 break;
             }
@@ -866,7 +907,7 @@ private:
                 at_.advance();
             }
             if (at_.is(STRING) || at_.is(QUOTED_STRING)) {
-                entry.name = at_.token();
+                entry.name = kp_tokenText(at_.token());
                 at_.advance();
             }
             if (!columnList(entry.columns)) {
@@ -878,7 +919,7 @@ private:
                 if (!nextIs(STRING) && !at_.is(QUOTED_STRING)) {
                     return false;
                 }
-                entry.name = at_.token();
+                entry.name = kp_tokenText(at_.token());
                 at_.advance();
             }
             if (at_.is(T_FOREIGN) ? !foreignKey(entry) : !at_.is(T_CHECK) || !check(entry)) {
@@ -886,7 +927,7 @@ private:
             }
         } else if (plainName(at_.token())) {
             entry.kind = PlainEntry::Kind::Column;
-            entry.column.name = at_.token();
+            nameColumn(entry.column, at_.token());
             if (!column(entry.column)) {
                 return false;
             }
@@ -926,7 +967,7 @@ private:
         }
         at_.advance();
         if (at_.is(STRING) || at_.is(QUOTED_STRING)) {
-            entry.keyName = at_.token();
+            entry.keyName = kp_tokenText(at_.token());
             at_.advance();
         }
         if (!columnList(entry.columns) || !at_.is(k_.references) || !referenceClause(entry.reference)) {
@@ -948,7 +989,7 @@ private:
 
     // ( a, b ): names that read as columns of a key, not as a type's size or
     // values (KEY e (10) is a column called key).
-    bool columnList(std::vector<pANTLR3_COMMON_TOKEN> &columns)
+    bool columnList(std::vector<std::string> &columns)
     {
         if (!at_.is(OPENPAREN)) {
             return false;
@@ -959,7 +1000,7 @@ private:
             if (!at_.is(STRING) && !(at_.is(QUOTED_STRING) && kp_tokenText(name).rfind('\'', 0) != 0)) {
                 return false;
             }
-            columns.push_back(name);
+            columns.push_back(kp_tokenText(name));
             at_.advance();
             if (at_.is(CLOSEPAREN)) {
                 at_.advance();
@@ -991,7 +1032,7 @@ private:
                 if (!nextIs(STRING)) {
                     return false;
                 }
-                table.options.push_back({Kind::Engine, at_.token()});
+                table.options.push_back({Kind::Engine, kp_tokenText(at_.token())});
                 at_.advance();
             } else if (at_.is(k_.autoIncrement)) {
                 // AUTO_INCREMENT = n
@@ -1014,7 +1055,7 @@ private:
                 if (!at_.is(STRING) && !at_.is(QUOTED_STRING)) {
                     return false;
                 }
-                table.options.push_back({Kind::Comment, at_.token()});
+                table.options.push_back({Kind::Comment, kp_tokenText(at_.token())});
                 at_.advance();
             } else if (type == T_DEFAULT || type == T_CHARACTER || at_.is(k_.charset) || at_.is(k_.collate)) {
                 // [DEFAULT] CHARSET | CHARACTER SET [=] name, [DEFAULT] COLLATE [=] name
@@ -1036,7 +1077,7 @@ private:
                 if (collation ? !at_.is(STRING) : !at_.is(STRING) && !at_.is(QUOTED_STRING)) {
                     return false;
                 }
-                table.options.push_back({collation ? Kind::Collation : Kind::CharacterSet, at_.token()});
+                table.options.push_back({collation ? Kind::Collation : Kind::CharacterSet, kp_tokenText(at_.token())});
                 at_.advance();
                 // A collation is read as an expression: nothing of one may follow.
                 if (collation && (at_.is(k_.dot) || at_.is(OPENPAREN) || at_.is(QUOTED_STRING) || at_.is(k_.cast) ||
@@ -1069,7 +1110,7 @@ bool readRun(Cursor &cursor, PlainColumnRun &run)
     Cursor at = cursor;
     for (;;) {
         PlainColumn column;
-        column.name = at.token();
+        nameColumn(column, at.token());
         Reader reader(at);
         if (!reader.column(column)) {
             return !run.empty();
@@ -1158,7 +1199,7 @@ namespace {
 void applyColumn(ParseSession *session, SQLTable *table, const PlainColumn &column)
 {
     using Kind = PlainColumnStep::Kind;
-    SQLField *field = kp_addNamedField(session, table, column.name, column.type);
+    SQLField *field = kp_addFieldAt(session, table, column.name, column.type, column.line, column.position);
     if (field == nullptr) {
         // Without a table the column's reference is still reported.
         for (const PlainColumnStep &step : column.steps) {
@@ -1225,15 +1266,11 @@ void applyColumn(ParseSession *session, SQLTable *table, const PlainColumn &colu
 void addForeignKey(ParseSession *session, SQLTable *table, const PlainEntry &entry)
 {
     const PlainReference &reference = entry.reference;
-    std::vector<std::string> local;
-    for (pANTLR3_COMMON_TOKEN column : entry.columns) {
-        local.push_back(kp_tokenText(column));
-    }
     KpForeignKeyClause clause;
-    if (entry.keyName != nullptr) {
-        clause.keyName = kp_tokenText(entry.keyName);
+    if (entry.keyName) {
+        clause.keyName = *entry.keyName;
     }
-    clause.localColumns = &local;
+    clause.localColumns = &entry.columns;
     clause.targetParts = &reference.parts;
     clause.targetColumns = reference.listWritten ? &reference.columns : nullptr;
     for (const PlainColumnStep &action : reference.actions) {
@@ -1254,20 +1291,15 @@ void addForeignKey(ParseSession *session, SQLTable *table, const PlainEntry &ent
             break;
         }
     }
-    const std::string constraintName = entry.name != nullptr ? kp_tokenText(entry.name) : std::string();
-    kp_addForeignKeyAt(session != nullptr ? session->driver : nullptr, table,
-                       entry.name != nullptr ? &constraintName : nullptr, reference.line, reference.position, clause);
+    kp_addForeignKeyAt(session != nullptr ? session->driver : nullptr, table, entry.name ? &*entry.name : nullptr,
+                       reference.line, reference.position, clause);
 }
 
 // Builds a plain CREATE TABLE statement's table as the walker's table rules
 // do: the table, then each entry and each option in the order written.
 void applyTable(ParseSession *session, SQLContainer &container, const PlainTable &plain)
 {
-    std::vector<std::string> parts;
-    for (pANTLR3_COMMON_TOKEN part : plain.name) {
-        parts.push_back(kp_tokenText(part));
-    }
-    SQLTable *table = kp_beginTable(&container, &parts);
+    SQLTable *table = kp_beginTable(&container, &plain.name);
     if (table == nullptr) {
         return;
     }
@@ -1278,19 +1310,19 @@ void applyTable(ParseSession *session, SQLContainer &container, const PlainTable
             applyColumn(session, table, entry.column);
             break;
         case Kind::PrimaryKey:
-            for (pANTLR3_COMMON_TOKEN column : entry.columns) {
-                kp_setPrimaryKeyColumnNamed(table, kp_tokenText(column));
+            for (const std::string &column : entry.columns) {
+                kp_setPrimaryKeyColumnNamed(table, column);
             }
             break;
         case Kind::Unique:
         case Kind::Index: {
             std::unique_ptr<SQLIndex> index =
                 entry.kind == Kind::Unique ? kp_newUniqueConstraint() : kp_newTableIndex(nullptr);
-            if (entry.name != nullptr) {
-                index->setName(kp_tokenText(entry.name));
+            if (entry.name) {
+                index->setName(*entry.name);
             }
-            for (pANTLR3_COMMON_TOKEN column : entry.columns) {
-                kp_addIndexEntryNamed(index.get(), kp_tokenText(column), std::string());
+            for (const std::string &column : entry.columns) {
+                kp_addIndexEntryNamed(index.get(), column, std::string());
             }
             kp_addTableIndex(table, std::move(index));
             break;
@@ -1300,14 +1332,13 @@ void applyTable(ParseSession *session, SQLContainer &container, const PlainTable
             break;
         case Kind::Check:
             if (!entry.text.empty()) {
-                const std::string name = entry.name != nullptr ? kp_tokenText(entry.name) : std::string();
-                kp_addCheckConstraint(table, entry.text, entry.name != nullptr ? &name : nullptr);
+                kp_addCheckConstraint(table, entry.text, entry.name ? &*entry.name : nullptr);
             }
             break;
         }
     }
     for (const PlainTableOption &option : plain.options) {
-        const std::string value = kp_tokenText(option.value);
+        const std::string &value = option.value;
         switch (option.kind) {
         case PlainTableOption::Kind::Engine:
             table->setTableType(value);
@@ -1337,23 +1368,33 @@ bool kp_importPlainTable(ParseSession &session, pANTLR3_TOKEN_STREAM tokens, SQL
         return false;
     }
     sqlantlr::TokenWindow &window = *session.tokenWindow;
-    // Most statements are read ahead from the text by the lexer's fast path
-    // into tokens of their own: the window's tokens and the script-line
-    // filter's steps are then spared for all but the ";". The reading is
-    // the same over either kind of token, so a statement that fails it read
-    // ahead fails it from the window too.
-    const std::vector<pANTLR3_COMMON_TOKEN> *ahead = session.plainTokens ? window.readStatementAhead() : nullptr;
-    const auto *common = static_cast<pANTLR3_COMMON_TOKEN_STREAM>(tokens->super);
-    std::optional<Cursor> cursor;
-    if (ahead != nullptr) {
-        cursor.emplace(*ahead);
-    } else {
-        cursor.emplace(window, first, common->channel);
-    }
-    Reader reader(*cursor);
     PlainTable table;
-    if (!reader.table(table)) {
-        return false;
+    // Most statements are read ahead from the text by the lexer's fast path
+    // into tokens of their own, reused as the reading goes on: the window's
+    // tokens and the script-line filter's steps are then spared for all but
+    // the ";". The reading is the same over either kind of token: only a
+    // statement whose reading ahead stopped early is read from the window.
+    bool readAhead = false;
+    if (pANTLR3_COMMON_TOKEN second = session.plainTokens ? window.startAhead() : nullptr) {
+        Cursor cursor(window, first, second);
+        Reader reader(cursor);
+        readAhead = reader.table(table) && cursor.is(SEMI);
+        const bool stopped = window.stoppedAhead();
+        window.endAhead(readAhead);
+        if (!readAhead && !stopped) {
+            return false;
+        }
+    }
+    pANTLR3_COMMON_TOKEN last = nullptr;
+    if (!readAhead) {
+        table = PlainTable();
+        const auto *common = static_cast<pANTLR3_COMMON_TOKEN_STREAM>(tokens->super);
+        Cursor cursor(window, first, common->channel);
+        Reader reader(cursor);
+        if (!reader.table(table)) {
+            return false;
+        }
+        last = cursor.previous();
     }
     // The table's records come with the walker's; reading the statement's
     // tokens made the lexer's own, as parsing them would have.
@@ -1362,16 +1403,13 @@ bool kp_importPlainTable(ParseSession &session, pANTLR3_TOKEN_STREAM tokens, SQL
     applyTable(&session, container, table);
     session.deferRecords = deferred;
     ++plainTablesTaken;
-    plainTablesReadAhead += ahead != nullptr ? 1 : 0;
+    plainTablesReadAhead += readAhead ? 1 : 0;
     for (const PlainEntry &entry : table.entries) {
         plainColumnsTaken += entry.kind == PlainEntry::Kind::Column ? 1 : 0;
     }
-    if (ahead != nullptr) {
-        window.passStatementAhead();
-        consumeThrough(window, tokens, first);  // the next token is the SEMI
-    } else {
-        consumeThrough(window, tokens, cursor->previous());
-    }
+    // Through the token before the SEMI: the first word when read ahead,
+    // as the SEMI is then the next token the window reads.
+    consumeThrough(window, tokens, readAhead ? first : last);
     tokens->istream->consume(tokens->istream);  // the SEMI
     return true;
 }

@@ -838,84 +838,109 @@ bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANT
 
 pANTLR3_COMMON_TOKEN ScriptLines::newAheadToken(pANTLR3_TOKEN_FACTORY factory)
 {
+    // A hidden token is made in the place of the next one.
     ScriptLines *lines = static_cast<AheadFactory *>(factory)->lines;
-    if (lines->aheadUsed_ == lines->aheadTokens_.size()) {
-        lines->aheadTokens_.emplace_back();
-        initialiseFactoryToken(lines->factory_, &lines->aheadTokens_.back());
+    if (lines->aheadNext_ == nullptr) {
+        if (!lines->aheadFree_.empty()) {
+            lines->aheadNext_ = lines->aheadFree_.back();
+            lines->aheadFree_.pop_back();
+        } else {
+            lines->aheadTokens_.emplace_back();
+            lines->aheadNext_ = &lines->aheadTokens_.back();
+            initialiseFactoryToken(lines->factory_, lines->aheadNext_);
+        }
     }
-    // A hidden token is made in the same place as the next one.
-    return &lines->aheadTokens_[lines->aheadUsed_];
+    return lines->aheadNext_;
 }
 
-bool ScriptLines::readStatementAhead(pANTLR3_COMMON_TOKEN first, std::vector<pANTLR3_COMMON_TOKEN> &out)
+pANTLR3_COMMON_TOKEN ScriptLines::startAhead(pANTLR3_COMMON_TOKEN first)
 {
     pANTLR3_COMMON_TOKEN second = kind_ != Kind::Routine ? secondWord(first) : nullptr;
     if (second == nullptr) {
-        return false;
+        return nullptr;
+    }
+    pANTLR3_INPUT_STREAM input = static_cast<pANTLR3_LEXER>(source_->super)->input;
+    aheadStart_ = {input->nextChar, input->line, input->charPositionInLine, input->currentLine};
+    aheadFactory_.newToken = newAheadToken;
+    aheadFactory_.lines = this;
+    aheadLineStart_ = false;
+    aheadEnded_ = false;
+    aheadStopped_ = false;
+    aheadParens_ = 0;
+    recycleAhead(0);
+    // The lexer makes its tokens in the reading's places until endAhead.
+    pANTLR3_RECOGNIZER_SHARED_STATE state = static_cast<pANTLR3_LEXER>(source_->super)->rec->state;
+    aheadLexerFactory_ = state->tokFactory;
+    state->tokFactory = &aheadFactory_;
+    return second;
+}
+
+pANTLR3_COMMON_TOKEN ScriptLines::nextAhead()
+{
+    if (aheadEnded_ || aheadStopped_) {
+        return nullptr;
     }
     auto lexer = static_cast<pANTLR3_LEXER>(source_->super);
-    pANTLR3_INPUT_STREAM input = lexer->input;
-    const size_t kept = out.size();
-    out.push_back(second);
-    const InputPlace start{input->nextChar, input->line, input->charPositionInLine, input->currentLine};
-    pANTLR3_RECOGNIZER_SHARED_STATE state = lexer->rec->state;
-    pANTLR3_TOKEN_FACTORY lexerFactory = state->tokFactory;
-    AheadFactory ahead{};
-    ahead.newToken = newAheadToken;
-    ahead.lines = this;
-    state->tokFactory = &ahead;
-    aheadUsed_ = 0;
-    bool lineStart = false;
-    bool ended = false;
-    int parens = 0;
+    pANTLR3_COMMON_TOKEN token = nullptr;
     // The filter changes nothing in a statement that neither a GO, "/" or
     // DELIMITER line nor a statement word opening a line outside parentheses
-    // cuts; "/" and anything else the fast path does not cut end the reading.
-    while (pANTLR3_COMMON_TOKEN token = kp_scanPlainToken(lexer)) {
+    // cuts; "/" and anything else the fast path does not cut stop the reading.
+    while ((token = kp_scanPlainToken(lexer)) != nullptr) {
         if (token->channel != ANTLR3_TOKEN_DEFAULT_CHANNEL) {
-            lineStart = lineStart || endsLine(token);
+            aheadLineStart_ = aheadLineStart_ || endsLine(token);
             continue;
         }
         // (GO is two units: stop is the last byte of the second.)
         if (token->type == T_DELIMITER || (token->stop - token->start == 3 && isGo(token)) ||
-            (lineStart && parens == 0 && isStatementWord(word(token)))) {
-            break;
+            (aheadLineStart_ && aheadParens_ == 0 && isStatementWord(word(token)))) {
+            token = nullptr;
         }
-        lineStart = false;
-        token->index = static_cast<ANTLR3_MARKER>(aheadUsed_);
-        out.push_back(token);
-        ++aheadUsed_;
-        if (token->type == OPENPAREN) {
-            ++parens;
-        } else if (token->type == CLOSEPAREN) {
-            parens = std::max(0, parens - 1);
-        } else if (token->type == SEMI) {
-            aheadEnd_ = {reinterpret_cast<void *>(token->start), token->line,
-                         static_cast<ANTLR3_INT32>(token->charPosition), token->lineStart};
-            ended = true;
-            break;
-        }
+        break;
     }
-    state->tokFactory = lexerFactory;
-    input->nextChar = start.nextChar;
-    input->line = start.line;
-    input->charPositionInLine = start.charPositionInLine;
-    input->currentLine = start.currentLine;
-    if (!ended) {
-        out.resize(kept);
+    if (token == nullptr) {
+        aheadStopped_ = true;
+        return nullptr;
     }
-    return ended;
+    aheadLineStart_ = false;
+    aheadHanded_.push_back(token);
+    aheadNext_ = nullptr;
+    if (token->type == OPENPAREN) {
+        ++aheadParens_;
+    } else if (token->type == CLOSEPAREN) {
+        aheadParens_ = std::max(0, aheadParens_ - 1);
+    } else if (token->type == SEMI) {
+        aheadEnd_ = {reinterpret_cast<void *>(token->start), token->line,
+                     static_cast<ANTLR3_INT32>(token->charPosition), token->lineStart};
+        aheadEnded_ = true;
+    }
+    return token;
 }
 
-void ScriptLines::passStatementAhead(std::vector<pANTLR3_COMMON_TOKEN> &dropped)
+void ScriptLines::recycleAhead(size_t keepLast)
+{
+    if (aheadHanded_.size() <= keepLast) {
+        return;
+    }
+    const auto cut = aheadHanded_.end() - static_cast<std::ptrdiff_t>(keepLast);
+    aheadFree_.insert(aheadFree_.end(), aheadHanded_.begin(), cut);
+    aheadHanded_.erase(aheadHanded_.begin(), cut);
+}
+
+void ScriptLines::endAhead(bool pass, std::vector<pANTLR3_COMMON_TOKEN> &dropped)
 {
     pANTLR3_INPUT_STREAM input = static_cast<pANTLR3_LEXER>(source_->super)->input;
-    dropped.assign(raw_.begin(), raw_.end());
-    raw_.clear();
-    input->nextChar = aheadEnd_.nextChar;
-    input->line = aheadEnd_.line;
-    input->charPositionInLine = aheadEnd_.charPositionInLine;
-    input->currentLine = aheadEnd_.currentLine;
+    const InputPlace &place = pass && aheadEnded_ && !aheadStopped_ ? aheadEnd_ : aheadStart_;
+    if (&place == &aheadEnd_) {
+        dropped.assign(raw_.begin(), raw_.end());
+        raw_.clear();
+    }
+    input->nextChar = place.nextChar;
+    input->line = place.line;
+    input->charPositionInLine = place.charPositionInLine;
+    input->currentLine = place.currentLine;
+    aheadEnded_ = true;
+    static_cast<pANTLR3_LEXER>(source_->super)->rec->state->tokFactory = aheadLexerFactory_;
+    recycleAhead(0);
 }
 
 // Moves the lexer's stream to to, as consuming each unit would (see kp_utf16Consume).

@@ -89,21 +89,29 @@ public:
     // nothing changed, when the statement is to be read token by token.
     bool skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANTLR3_COMMON_TOKEN> &dropped);
 
-    // Called with the first word of a CREATE TABLE statement in the same
-    // place: reads the statement's significant tokens from its second word
-    // up to and including its ";" into `out`, the tokens after the second
-    // word straight from the lexer's fast path into tokens kept here (valid
-    // until the next call), and leaves the lexer where it stood. Hidden
-    // tokens are passed. False, with nothing changed, when a token needs the
-    // generated lexer, when a line decision could apply to the statement (a
-    // GO or DELIMITER word, a statement word opening a line outside
-    // parentheses) or when the input ends first.
-    bool readStatementAhead(pANTLR3_COMMON_TOKEN first, std::vector<pANTLR3_COMMON_TOKEN> &out);
-    // After readStatementAhead returned true: moves the lexer to the
-    // statement's ";" with the text before it unread, as skipDataStatement
-    // does, so that the next token is that ";". The tokens read ahead from
-    // the lexer before go to dropped.
-    void passStatementAhead(std::vector<pANTLR3_COMMON_TOKEN> &dropped);
+    // Reading a CREATE TABLE statement ahead, straight from the lexer's fast
+    // path, without the parser's tokens and the filter's steps:
+    //
+    // startAhead is called with the statement's first word in the same place
+    // as skipDataStatement; it returns the second word (read already), or
+    // nullptr, with nothing changed, when the filter has decided more.
+    // nextAhead then gives the statement's parser-channel tokens one at a
+    // time, in tokens kept here, up to and including its ";". It gives
+    // nullptr after the ";", and where the reading must stop: at a token the
+    // fast path leaves to the generated lexer, where a line decision could
+    // apply to the statement (a GO or DELIMITER word, a statement word opening
+    // a line outside parentheses) and at the end of input; stoppedAhead tells
+    // which. recycleAhead gives the tokens handed out back for reuse, but for
+    // the last keepLast of them. The lexer makes its tokens in the reading's
+    // places until endAhead finishes the reading: with pass (the ";" given
+    // out) the lexer moves to the ";" with the text before it unread, so that
+    // the next token is that ";", and the tokens read before go to dropped;
+    // else the lexer goes back to where the reading started.
+    pANTLR3_COMMON_TOKEN startAhead(pANTLR3_COMMON_TOKEN first);
+    pANTLR3_COMMON_TOKEN nextAhead();
+    bool stoppedAhead() const { return aheadStopped_; }
+    void recycleAhead(size_t keepLast);
+    void endAhead(bool pass, std::vector<pANTLR3_COMMON_TOKEN> &dropped);
 
 private:
     // How a statement not ended by ";" may be cut at a line that starts with
@@ -147,7 +155,7 @@ private:
     void skipCopyData(pANTLR3_COMMON_TOKEN semi);
     void passRemarkText(pANTLR3_COMMON_TOKEN command);
 
-    // Hands the lexer the tokens of readStatementAhead: the next of aheadTokens_.
+    // Hands the lexer the tokens of nextAhead.
     struct AheadFactory : ANTLR3_TOKEN_FACTORY {
         ScriptLines *lines = nullptr;
     };
@@ -162,9 +170,20 @@ private:
 
     pANTLR3_TOKEN_SOURCE source_;
     pANTLR3_TOKEN_FACTORY factory_;
-    std::deque<ANTLR3_COMMON_TOKEN> aheadTokens_;  // reused by every readStatementAhead
-    size_t aheadUsed_ = 0;
-    InputPlace aheadEnd_;  // where the ";" of the last statement read ahead starts
+    // The statement read ahead: its tokens (in place for good, reused once
+    // recycled), where the reading started and where its ";" starts.
+    std::deque<ANTLR3_COMMON_TOKEN> aheadTokens_;
+    std::vector<pANTLR3_COMMON_TOKEN> aheadFree_;    // recycled
+    std::vector<pANTLR3_COMMON_TOKEN> aheadHanded_;  // given out since the last recycling
+    pANTLR3_COMMON_TOKEN aheadNext_ = nullptr;       // the place of the token being made
+    AheadFactory aheadFactory_{};
+    pANTLR3_TOKEN_FACTORY aheadLexerFactory_ = nullptr;  // the lexer's own, back at endAhead
+    InputPlace aheadStart_;
+    InputPlace aheadEnd_;
+    bool aheadLineStart_ = false;
+    bool aheadEnded_ = true;  // no reading, or its ";" given out
+    bool aheadStopped_ = false;
+    int aheadParens_ = 0;
     pANTLR3_COMMON_TOKEN eof_ = nullptr;
     TokenQueue raw_;  // read from the lexer, not yet decided
     TokenQueue out_;  // decided, for the parser

@@ -189,26 +189,20 @@ void TokenWindow::skipDataStatement()
     }
 }
 
-const std::vector<pANTLR3_COMMON_TOKEN> *TokenWindow::readStatementAhead()
+pANTLR3_COMMON_TOKEN TokenWindow::startAhead()
 {
-    ahead_.clear();
     if (eof_ != nullptr || readCount() != p_ + 1 || stream_->channel != ANTLR3_TOKEN_DEFAULT_CHANNEL) {
         return nullptr;
     }
     pANTLR3_COMMON_TOKEN first = raw(p_);
-    if (first == nullptr) {
-        return nullptr;
-    }
-    ahead_.push_back(first);
-    return lines_.readStatementAhead(first, ahead_) ? &ahead_ : nullptr;
+    return first != nullptr ? lines_.startAhead(first) : nullptr;
 }
 
-void TokenWindow::passStatementAhead()
+void TokenWindow::endAhead(bool pass)
 {
     std::vector<pANTLR3_COMMON_TOKEN> dropped;
-    lines_.passStatementAhead(dropped);
+    lines_.endAhead(pass, dropped);
     freeTokens_.insert(freeTokens_.end(), dropped.begin(), dropped.end());
-    ahead_.clear();
 }
 
 pANTLR3_COMMON_TOKEN TokenWindow::lookAhead(pANTLR3_TOKEN_STREAM, ANTLR3_INT32 k)

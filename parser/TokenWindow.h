@@ -41,14 +41,18 @@ public:
     // text (ScriptLines::skipDataStatement).
     void skipDataStatement();
 
-    // At the start of a CREATE TABLE statement, in the same place: the
-    // statement's parser-channel tokens from its first word through its ";",
-    // read ahead by the script-line filter without the window's tokens
-    // (ScriptLines::readStatementAhead), or nullptr. Valid until the next call.
-    const std::vector<pANTLR3_COMMON_TOKEN> *readStatementAhead();
-    // After readStatementAhead: the statement's text is passed unread up to
-    // its ";", which is the next token the window reads.
-    void passStatementAhead();
+    // Reading a CREATE TABLE statement ahead from the lexer's fast path
+    // (ScriptLines::startAhead and the rest), at the start of the statement
+    // whose first word is the current token and the last one read:
+    // startAhead gives the second word, or nullptr when the statement cannot
+    // be read that way.
+    pANTLR3_COMMON_TOKEN startAhead();
+    pANTLR3_COMMON_TOKEN nextAhead() { return lines_.nextAhead(); }
+    bool stoppedAhead() const { return lines_.stoppedAhead(); }
+    void recycleAhead(size_t keepLast) { lines_.recycleAhead(keepLast); }
+    // With pass, the statement's text is passed unread up to its ";", which
+    // is the next token the window reads; else the lexer goes back.
+    void endAhead(bool pass);
 
     // Raw access, hidden tokens included: absolute indexes from 0.
     pANTLR3_COMMON_TOKEN raw(ANTLR3_MARKER index)  // nullptr past the end of input
@@ -113,7 +117,6 @@ private:
     ANTLR3_MARKER previous_ = -1;
     pANTLR3_COMMON_TOKEN eof_ = nullptr;
     std::vector<pANTLR3_COMMON_TOKEN> freeTokens_;
-    std::vector<pANTLR3_COMMON_TOKEN> ahead_;  // of readStatementAhead
     std::vector<std::unique_ptr<ANTLR3_COMMON_TOKEN[]>> slabs_;
     size_t slabUsed_ = 0;
     TokenWindow *previousActive_ = nullptr;

@@ -336,3 +336,24 @@ TEST(PlainColumns, TablesAmongScriptLinesMakeTheGrammarsModel)
         expectSameImport(sql);
     }
 }
+
+// A wide table is read ahead in tokens reused entry by entry: columns,
+// keys, checks and foreign keys far apart keep their names, texts and
+// places.
+TEST(PlainColumns, WideTablesReadAheadMakeTheGrammarsModel)
+{
+    std::string sql = "CREATE TABLE u (id int);\nCREATE TABLE wide (\n";
+    for (int i = 0; i < 3000; ++i) {
+        sql += "  c" + std::to_string(i) + " varchar(" + std::to_string(i % 90 + 1) + ") NOT NULL DEFAULT 'v" +
+               std::to_string(i) + "' COMMENT 'c',\n";
+        if (i % 500 == 0) {
+            sql += "  c" + std::to_string(i / 2) + " int,\n";  // a duplicate, renamed with a record
+            sql += "  CONSTRAINT ck" + std::to_string(i) + " CHECK (c" + std::to_string(i) + " <> 'x'),\n";
+            sql += "  FOREIGN KEY (c" + std::to_string(i) + ") REFERENCES u (id),\n";
+            sql += "  UNIQUE KEY uk" + std::to_string(i) + " (c" + std::to_string(i) + "),\n";
+        }
+    }
+    sql += "  PRIMARY KEY (c0, c2999)\n) ENGINE=InnoDB COMMENT='wide';\n";
+    EXPECT_EQ(plainTablesReadAhead(sql), 2u);
+    expectSameImport(sql);
+}
