@@ -5,7 +5,6 @@
 
 #include "Log.h"
 #include "ParseSession.h"
-#include "PlainColumnReading.h"
 
 #include <SQLAntlrParser/SQLParserC.h>
 #include <SchemaModel/SchemaModel.h>

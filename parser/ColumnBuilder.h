@@ -13,9 +13,9 @@
 // not accept (accepted false) builds no field. Returns the added field.
 SQLField *kp_addField(pANTLR3_BASE_RECOGNIZER recognizer, SQLTable *table, pANTLR3_BASE_TREE nameNode,
                       const std::string &type, bool accepted);
-// The same for a column whose name is the token `name`.
-SQLField *kp_addNamedField(sqlantlr::ParseSession *session, SQLTable *table, pANTLR3_COMMON_TOKEN name,
-                           const std::string &type);
+// The same for a column of the name, which stands at line and position.
+SQLField *kp_addFieldAt(sqlantlr::ParseSession *session, SQLTable *table, const std::string &name,
+                        const std::string &type, int line, int position);
 // Traces a data type that the walker does not take.
 void kp_traceRejectedType(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE typeWord);
 

@@ -10,8 +10,6 @@
 
 namespace sqlantlr {
 
-struct ParseSession;
-
 // What a plain column sets on its field, in the order written.
 struct PlainColumnStep {
     enum class Kind : unsigned char {
@@ -56,14 +54,6 @@ struct PlainColumn {
 using PlainColumnRun = std::vector<PlainColumn>;
 
 } // namespace sqlantlr
-
-class SQLField;
-class SQLTable;
-
-// Adds a field of the name and type to the table, as the walker's column
-// rule adds one (renaming a duplicate, with its record at line and position).
-SQLField *kp_addFieldAt(sqlantlr::ParseSession *session, SQLTable *table, const std::string &name,
-                        const std::string &type, int line, int position);
 
 // How many of the whole CREATE TABLE statements counted by
 // kp_plainTablesTaken were read ahead from the text by the lexer's fast path

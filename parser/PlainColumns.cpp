@@ -184,15 +184,14 @@ public:
     {
     }
     // Over the statement the window reads ahead (TokenWindow::startAhead),
-    // from its first word and its second.
+    // from its first word and its second. The tokens are read once: such a
+    // cursor is not copied to look ahead, as a window's may be.
     Cursor(sqlantlr::TokenWindow &window, pANTLR3_COMMON_TOKEN first, pANTLR3_COMMON_TOKEN second)
         : window_(&window), readsAhead_(true), token_(first)
     {
         next_[0] = second;
         count_ = 1;
     }
-    Cursor(const Cursor &) = default;
-    Cursor &operator=(const Cursor &) = default;
 
     pANTLR3_COMMON_TOKEN token() const { return token_; }
     // The token before the current one on the channel.
