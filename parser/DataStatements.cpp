@@ -112,10 +112,38 @@ constexpr UnitClasses unitClasses;
 
 UnitClass classOf(char16_t c) { return c < 128 ? unitClasses.of[c] : UnitClass::Other; }
 
+// Whether a line of [from, to), or the line holding from, starts with a
+// SQL*Plus REM or PROMPT word and a blank: on such a line the lexer closes a
+// quote on its line or not at all (isRemarkLine), which the scan does not
+// follow. Lines are found eight units at a time: dump data has few.
+bool spansRemarkLine(const char16_t *begin, const char16_t *from, const char16_t *to, QuoteScanCache *cache)
+{
+    if (isRemarkLine(begin, from, cache)) {
+        return true;
+    }
+    for (const char16_t *p = lineEndUnits.findIn(from, to); p < to; p = lineEndUnits.findIn(p + 1, to)) {
+        const char16_t *q = p + 1;
+        while (q < to && (*q == u' ' || *q == u'\t')) {
+            ++q;
+        }
+        if (q == to || ((*q | 0x20) != u'r' && (*q | 0x20) != u'p')) {
+            continue;  // neither REM... nor PRO...
+        }
+        std::string word;
+        for (; q < to && isLetter(*q) && word.size() < 8; ++q) {
+            word += static_cast<char>(*q >= u'a' ? *q - (u'a' - u'A') : *q);
+        }
+        if (q < to && (*q == u' ' || *q == u'\t') && isRemarkWord(word)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
-const char16_t *dataStatementEnd(const char16_t *from, const char16_t *end, DataStatementCut cut,
-                                 QuoteScanCache *cache)
+const char16_t *dataStatementEnd(const char16_t *begin, const char16_t *from, const char16_t *end,
+                                 DataStatementCut cut, QuoteScanCache *cache)
 {
     bool lineStart = false;  // a line end since the last significant token
     int parens = 0;
@@ -133,7 +161,7 @@ const char16_t *dataStatementEnd(const char16_t *from, const char16_t *end, Data
             lineStart = true;
             continue;
         case UnitClass::Semicolon:
-            return p;
+            return spansRemarkLine(begin, from, p, cache) ? nullptr : p;
         case UnitClass::Slash:
             if (p + 1 < end && p[1] == u'*') {
                 if (p + 2 < end && p[2] == u'!') {

@@ -13,8 +13,9 @@
 // "not a ;": characters no token rule accepts, an unclosed quote or comment,
 // MySQL executable comments, Oracle q-quotes, dollar signs, GO and "/"
 // lines, ")GO",
-// DELIMITER lines and, where the filter would cut the statement there, a
-// statement word at the start of a line. The caller then reads the
+// DELIMITER lines, REM and PROMPT lines (where quotes close on their line)
+// and, where the filter would cut the statement there, a statement word at
+// the start of a line. The caller then reads the
 // statement with the lexer as usual.
 #pragma once
 
@@ -28,8 +29,9 @@ namespace sqlantlr {
 enum class DataStatementCut { AtStatementWords, Never };
 
 // The position of the ";" that ends the statement whose first two words end
-// just before from (the line has not ended since the first), or nullptr when the statement cannot be skipped that way.
-const char16_t *dataStatementEnd(const char16_t *from, const char16_t *end, DataStatementCut cut,
-                                 QuoteScanCache *cache);
+// just before from (the line has not ended since the first), or nullptr when
+// the statement cannot be skipped that way. begin is the start of the script.
+const char16_t *dataStatementEnd(const char16_t *begin, const char16_t *from, const char16_t *end,
+                                 DataStatementCut cut, QuoteScanCache *cache);
 
 } // namespace sqlantlr

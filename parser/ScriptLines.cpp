@@ -825,7 +825,7 @@ bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANT
     const auto *data = static_cast<const char16_t *>(input->data);
     const char16_t *end = data + input->sizeBuf / 2;
     const char16_t *semi = dataStatementEnd(
-        from, end, kind_ == Kind::Whole ? DataStatementCut::Never : DataStatementCut::AtStatementWords,
+        data, from, end, kind_ == Kind::Whole ? DataStatementCut::Never : DataStatementCut::AtStatementWords,
         session != nullptr ? &session->quoteScans : nullptr);
     if (semi == nullptr) {
         return false;

@@ -16,7 +16,8 @@ using sqlantlr::DataStatementCut;
 long scanEnd(const std::u16string &text, DataStatementCut cut = DataStatementCut::AtStatementWords)
 {
     sqlantlr::QuoteScanCache cache;
-    const char16_t *end = sqlantlr::dataStatementEnd(text.data(), text.data() + text.size(), cut, &cache);
+    const char16_t *end =
+        sqlantlr::dataStatementEnd(text.data(), text.data(), text.data() + text.size(), cut, &cache);
     return end == nullptr ? -1 : static_cast<long>(end - text.data());
 }
 
@@ -106,6 +107,11 @@ TEST(DataStatements, ImportsAreTheSameWithAndWithoutTheSkip)
         "INSERT INTO t VALUES (''Q;\nCREATE TABLE v (x INT);\nINSERT INTO t VALUES ('a'q'b');\n",
         // A statement that starts within a dollar-quoted string, where quotes open nothing.
         "$$;$f';#';$$",
+        // REM and PROMPT lines inside a statement: their quotes close on their line or not at all.
+        "'t\nPRO \";\nCREATE OR\";\nCREATE TABLE w (x INT);",
+        "INSERT INTO t VALUES (1,\nPROMPT it's\n'a;b');\nCREATE TABLE x (y INT);",
+        "INSERT INTO t VALUES (1,\n  rem \"closed\" ok\n2);\nCREATE TABLE y (z INT);",
+        "INSERT INTO t VALUES ('a\nREM', 'b;\nc');\nCREATE TABLE z (w INT);",
     };
     for (const char *sql : scripts) {
         expectSameImport(sql);
@@ -120,7 +126,7 @@ TEST(DataStatements, GeneratedScriptsImportTheSameWithAndWithoutTheSkip)
         "1", "-2.5", "NULL", "'plain'", "'It\\'s'", "'O''Brien'", "\"say \\\"hi\\\"\"", "'back\\\\'", "'C:\\dir\\'",
         "'semi; colon'", "`name`", "[br;ack]", "'two\nlines'", "/* c; */", "-- c;\n", "# c\n", "\n", "\r\n", "\r",
         "(", ")", ",", "'", "\"", "\\", "$", "&", "é", "q'", "GO", "\nGO\n", "\n/\n", "\nCREATE TABLE z (a INT);",
-        "\nSET", "END", "/*!", "*/", "DELIMITER", ";",
+        "\nSET", "END", "/*!", "*/", "DELIMITER", ";", "\nREM ", "\nPRO ",
     };
     std::mt19937 random(20240611);
     for (int n = 0; n < 300; ++n) {
