@@ -265,6 +265,42 @@ pANTLR3_COMMON_TOKEN scanLineComment(pANTLR3_LEXER lexer, const uint16_t *p, con
     return emitToken(lexer, SL_COMMENT, HIDDEN);
 }
 
+// ML_COMMENT: "/*" up to the first "*/" after it, as the rule's forms all
+// end (an executable "/*!" comment is left to the generated lexer, and so is
+// one the end of input cuts). Its line ends move the stream's line.
+pANTLR3_COMMON_TOKEN scanBlockComment(pANTLR3_LEXER lexer, const uint16_t *p, const uint16_t *end)
+{
+    if (p + 2 >= end || p[2] == '!') {
+        return nullptr;
+    }
+    const uint16_t *close = p + 2;
+    while (close + 1 < end && !(close[0] == '*' && close[1] == '/')) {
+        ++close;
+    }
+    if (close + 1 >= end) {
+        return nullptr;
+    }
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    startToken(lexer->rec->state, input);
+    const uint16_t *after = close + 2;
+    const uint16_t *lineStart = nullptr;
+    for (const uint16_t *q = p; q < after; ++q) {
+        // A line feed ends a line, and so does a carriage return no line feed follows.
+        if (*q == '\n' || (*q == '\r' && (q + 1 >= end || q[1] != '\n'))) {
+            input->line++;
+            lineStart = q + 1;
+        }
+    }
+    if (lineStart != nullptr) {
+        input->currentLine = const_cast<uint16_t *>(lineStart);
+        input->charPositionInLine = static_cast<ANTLR3_INT32>(after - lineStart);
+        input->nextChar = const_cast<uint16_t *>(after);
+    } else {
+        moveWithinLine(input, after);
+    }
+    return emitToken(lexer, ML_COMMENT, HIDDEN);
+}
+
 bool isNameStart(char16_t folded)
 {
     return (folded >= 'A' && folded <= 'Z') || (folded >= 0x80 && kp_isNameLetter(folded));
@@ -310,6 +346,12 @@ pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
             return scanQuotedString(lexer, p, end);
         case '#':
             return scanLineComment(lexer, p, end);
+        case '/':
+            // "//" and "/*" comments; a "/" alone is left, as it may end a statement on its line.
+            if (p + 1 < end && p[1] == '/') {
+                return scanLineComment(lexer, p, end);
+            }
+            return p + 1 < end && p[1] == '*' ? scanBlockComment(lexer, p, end) : nullptr;
         case '-':
             if (p + 1 < end && p[1] == '-') {
                 return scanLineComment(lexer, p, end);

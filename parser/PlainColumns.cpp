@@ -887,19 +887,33 @@ private:
     bool entry(PlainTable &table)
     {
         PlainEntry entry;
+        // A CONSTRAINT name names a CHECK or a foreign key; keys and indexes
+        // do not take it (an index is named by the name after its kind word).
+        std::optional<std::string> constraintName;
+        if (at_.is(k_.constraint)) {
+            if (!nextIs(STRING) && !at_.is(QUOTED_STRING)) {
+                return false;
+            }
+            constraintName = kp_tokenText(at_.token());
+            at_.advance();
+        }
         const ANTLR3_UINT32 type = at_.type();
         if (type == T_PRIMARY) {
-            // PRIMARY KEY (a, b)
+            // PRIMARY KEY [name] (a, b) [state]: the key's name is not used
             entry.kind = PlainEntry::Kind::PrimaryKey;
             if (!nextIs(T_KEY)) {
                 return false;
             }
             at_.advance();
+            if (at_.is(STRING) || at_.is(QUOTED_STRING)) {
+                at_.advance();
+            }
             if (!columnList(entry.columns)) {
                 return false;
             }
+            skipKeyState();
         } else if (at_.is(k_.unique) || type == T_KEY || at_.is(k_.index)) {
-            // UNIQUE [KEY | INDEX] [name] (a, b), KEY | INDEX [name] (a, b)
+            // UNIQUE [KEY | INDEX] [name] (a, b), KEY | INDEX [name] (a, b), [state]
             entry.kind = at_.is(k_.unique) ? PlainEntry::Kind::Unique : PlainEntry::Kind::Index;
             at_.advance();
             if (entry.kind == PlainEntry::Kind::Unique && (at_.is(T_KEY) || at_.is(k_.index))) {
@@ -912,18 +926,15 @@ private:
             if (!columnList(entry.columns)) {
                 return false;
             }
-        } else if (at_.is(k_.constraint) || type == T_CHECK || type == T_FOREIGN) {
+            skipKeyState();
+        } else if (type == T_CHECK || type == T_FOREIGN) {
             // [CONSTRAINT name] CHECK (...) | FOREIGN KEY ...
-            if (at_.is(k_.constraint)) {
-                if (!nextIs(STRING) && !at_.is(QUOTED_STRING)) {
-                    return false;
-                }
-                entry.name = kp_tokenText(at_.token());
-                at_.advance();
-            }
-            if (at_.is(T_FOREIGN) ? !foreignKey(entry) : !at_.is(T_CHECK) || !check(entry)) {
+            entry.name = std::move(constraintName);
+            if (type == T_FOREIGN ? !foreignKey(entry) : !check(entry)) {
                 return false;
             }
+        } else if (constraintName) {
+            return false;
         } else if (plainName(at_.token())) {
             entry.kind = PlainEntry::Kind::Column;
             nameColumn(entry.column, at_.token());
@@ -976,6 +987,28 @@ private:
         entry.reference.position = static_cast<int>(foreignWord->charPosition);
         skipStateWords();
         return true;
+    }
+
+    // The state words of a key or index (ENABLE, DISABLE, ..., [NOT]
+    // DEFERRABLE, INITIALLY IMMEDIATE | DEFERRED): they leave nothing.
+    void skipKeyState()
+    {
+        for (;;) {
+            if (at_.type() < kp_parserTokenCount && k_.checkStates[at_.type()]) {
+                at_.advance();
+            } else if (at_.is(k_.deferrable)) {
+                at_.advance();
+            } else if (at_.is(T_NOT) && at_.ahead(1) != nullptr && at_.ahead(1)->type == k_.deferrable) {
+                at_.advance();
+                at_.advance();
+            } else if (at_.is(k_.initially) && at_.ahead(1) != nullptr &&
+                       (at_.ahead(1)->type == k_.immediate || at_.ahead(1)->type == k_.deferred)) {
+                at_.advance();
+                at_.advance();
+            } else {
+                return;
+            }
+        }
     }
 
     // Oracle's state words after a table's constraint.
@@ -1073,7 +1106,7 @@ private:
                 if (at_.is(EQUALS)) {
                     at_.advance();
                 }
-                if (collation ? !at_.is(STRING) : !at_.is(STRING) && !at_.is(QUOTED_STRING)) {
+                if (!at_.is(STRING) && !at_.is(QUOTED_STRING)) {
                     return false;
                 }
                 table.options.push_back({collation ? Kind::Collation : Kind::CharacterSet, kp_tokenText(at_.token())});

@@ -74,6 +74,8 @@ TEST(TokenFastPath, EdgesOfTheCommonTokens)
         "a'b'c \"x\"y `z`1 'it''s' $$a b$$ $t$ x $t$ [Order Details] int[3] &&x..y &1.z",
         // Comments, executable comments, and what follows them.
         "/* c */a/*!40101 SET x=1 */b-- d\nc# e\r\nf/**/g",
+        "/***/a/*/ */b/****x**/c/*\r\nd\re\n\r\n*/f // g\nh/*/*/i/ j/*",
+        "x/*\n\n*/y /*!*/ z /* a */\n/\n//",
         // A script whose last token is cut: unclosed quote, comment without line end.
         "CREATE TABLE t (a int DEFAULT 'x",
         "SELECT 1 -- no line end",
@@ -109,7 +111,7 @@ TEST(TokenFastPath, RandomTextFromTheEdgeCharacters)
         "1",    "42",     ".",     "..",     "=",    "==",   "(",    ")",    ",",         ";",        " ",
         "\t",   "\n",     "\r",    "\r\n",   "'",    "\"",   "`",    "''",   "[",         "]",        "&",
         "&&",   "\\",     "@",     "<",      ">",    ":",    "\xC3\xA9",    "\xC4\xB1",  "\xC5\xBF", "\xE2\x80\x94",
-        "CREATE TABLE ", "int", "DEFAULT ", "$$", "::", ":=", "**", "<", ">=", "<=>", "!=", "!", "+", "%", "||", "|", "GO\n", "\n/\n", "DELIMITER $$\n", "INSERT INTO t VALUES ",
+        "CREATE TABLE ", "int", "DEFAULT ", "$$", "::", ":=", "**", "/**/", "*/\n", "//", "/*\r", "\r*/", "<", ">=", "<=>", "!=", "!", "+", "%", "||", "|", "GO\n", "\n/\n", "DELIMITER $$\n", "INSERT INTO t VALUES ",
     };
     std::mt19937 random(20261123);
     std::uniform_int_distribution<size_t> pick(0, pieces.size() - 1);
