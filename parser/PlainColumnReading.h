@@ -27,6 +27,7 @@ struct PlainColumnStep {
         DeleteAction,  // code: the action
         Deferrable,    // code: 1 or 0
         InitiallyDeferred,  // code: 1 or 0
+        Check,         // text: the condition as written (none when empty); detail: the CONSTRAINT name, if any
     };
     explicit PlainColumnStep(Kind what, std::string written = {}) : kind(what), text(std::move(written)) {}
 

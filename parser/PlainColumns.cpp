@@ -613,10 +613,65 @@ private:
             }
         } else if (at_.is(k_.references)) {
             return reference(column);
+        } else if (type == T_CHECK) {
+            return columnCheck(column, nullptr);
+        } else if (at_.is(k_.constraint)) {
+            return namedConstraint(column);
         } else {
             return false;
         }
         return true;
+    }
+
+    // CHECK (condition) on a column, named or not.
+    bool columnCheck(PlainColumn &column, const std::string *name)
+    {
+        if (!nextIs(OPENPAREN) || !valueParentheses()) {
+            return false;
+        }
+        PlainColumnStep check{PlainColumnStep::Kind::Check};
+        if (insideFirst_ != nullptr) {
+            check.text = kp_valueSourceText(insideFirst_, insideLast_);
+        }
+        check.hasDetail = name != nullptr;
+        if (name != nullptr) {
+            check.detail = *name;
+        }
+        column.steps.push_back(std::move(check));
+        return true;
+    }
+
+    // CONSTRAINT name and one column constraint: NOT NULL (which, named,
+    // does not make the column not null), PRIMARY KEY, UNIQUE, [FOREIGN KEY]
+    // REFERENCES, CHECK or DEFAULT. Only a CHECK takes the name.
+    bool namedConstraint(PlainColumn &column)
+    {
+        if (!nextIs(STRING) && !at_.is(QUOTED_STRING)) {
+            return false;
+        }
+        const std::string name = kp_tokenText(at_.token());
+        at_.advance();
+        const ANTLR3_UINT32 type = at_.type();
+        if (type == T_NOT) {
+            if (!nextIs(k_.null)) {
+                return false;
+            }
+            at_.advance();
+            return true;
+        }
+        if (type == T_CHECK) {
+            return columnCheck(column, &name);
+        }
+        if (type == T_FOREIGN) {
+            if (!nextIs(T_KEY) || !nextIs(k_.references)) {
+                return false;
+            }
+            return reference(column);
+        }
+        if (type == T_PRIMARY || type == T_DEFAULT || at_.is(k_.unique) || at_.is(k_.references)) {
+            return option(column);
+        }
+        return false;
     }
 
     // A column's REFERENCES clause: the reference, then its actions in order.
@@ -1288,6 +1343,11 @@ void applyColumn(ParseSession *session, SQLTable *table, const PlainColumn &colu
             break;
         case Kind::InitiallyDeferred:
             field->setInitiallyDeferred(step.code != 0);
+            break;
+        case Kind::Check:
+            if (!step.text.empty()) {
+                kp_addCheckConstraint(field, step.text, step.hasDetail ? &step.detail : nullptr);
+            }
             break;
         }
     }

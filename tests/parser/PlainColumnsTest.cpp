@@ -71,6 +71,9 @@ TEST(PlainColumns, TheCommonColumnsOfEachDialectAreReadDirectly)
                                " p INTEGER REFERENCES t (id) ON DELETE CASCADE);"),
               4u);
     EXPECT_EQ(plainColumnsRead("CREATE TABLE \"T\" (\"N\" NUMBER(*,2), CONSTRAINT \"C\" CHECK (\"N\" > 0) ENABLE);"), 1u);
+    EXPECT_EQ(plainColumnsRead("CREATE TABLE t (a int CHECK (a > 0), b int CONSTRAINT b_ck CHECK (b < 3) CONSTRAINT nn"
+                               " NOT NULL, c int CONSTRAINT c_pk PRIMARY KEY);"),
+              3u);
 }
 
 TEST(PlainColumns, TheCommonTablesOfEachDialectAreReadWhole)
@@ -119,6 +122,12 @@ TEST(PlainColumns, ReadColumnsMakeTheGrammarsModel)
              "CREATE TABLE t (a /* x */ int -- y\n NOT /* z */ NULL\n DEFAULT /* w */ 1 /* v */, b\n text);",
              // Duplicate names are renamed and reported at the name.
              "CREATE TABLE t (a int, a text, A int NOT NULL);\nCREATE TABLE u (\"a\" int,\n  `a` int);",
+             // Column checks and named column constraints: only a CHECK keeps the name, a named NOT NULL
+             // does not make the column not null, an empty check adds nothing.
+             "CREATE TABLE p (id int);\nCREATE TABLE t (a int CHECK (a > 0) CHECK (a < 9), b int CONSTRAINT b_ck"
+             " CHECK (b IN (1, 2)) CONSTRAINT b_nn NOT NULL, c int CONSTRAINT c_pk PRIMARY KEY CONSTRAINT c_u UNIQUE,"
+             " d int CONSTRAINT d_df DEFAULT 7 CONSTRAINT d_fk FOREIGN KEY REFERENCES p (id) ON DELETE CASCADE,"
+             " e int CONSTRAINT e_r REFERENCES p CHECK (), f int CHECK (f <> 'x' AND g(f, 2) >= 1) ENABLE);",
          }) {
         expectSameImport(sql);
     }
@@ -235,7 +244,10 @@ TEST(PlainColumns, GeneratedTablesMakeTheGrammarsModel)
         "DEFAULT 'a'::text", "DEFAULT 1 + 2", "PRIMARY KEY", "AUTO_INCREMENT", "UNIQUE", "UNSIGNED",
         "COMMENT 'c'", "COLLATE \"C\"", "CHARACTER SET utf8", "ON UPDATE CURRENT_TIMESTAMP", "ENABLE",
         "CHECK (a > 0)", "REFERENCES u (id)", "DEFAULT", "NOT", "DEFAULT f(1,", "/* c */", "-- c\n",
-        "REFERENCES u ON DELETE CASCADE", "REFERENCES u (id) DEFERRABLE", "REFERENCES"};
+        "REFERENCES u ON DELETE CASCADE", "REFERENCES u (id) DEFERRABLE", "REFERENCES",
+        "CHECK ()", "CHECK (a <> 'x' OR f(a, 2) > 1)", "CONSTRAINT c CHECK (a IN (1, 2))", "CONSTRAINT nn NOT NULL",
+        "CONSTRAINT pk PRIMARY KEY", "CONSTRAINT u UNIQUE", "CONSTRAINT d DEFAULT 5", "CONSTRAINT",
+        "CONSTRAINT f FOREIGN KEY REFERENCES u (id)", "CONSTRAINT r REFERENCES u ON DELETE SET NULL"};
     const std::vector<std::string> entries = {"PRIMARY KEY (a)", "UNIQUE KEY uk (a)", "KEY (a)", "CONSTRAINT ck CHECK (1)",
                                               "", "FOREIGN KEY (a) REFERENCES u (id)", "INDEX i (a, `b`)",
                                               "CONSTRAINT fk FOREIGN KEY (a) REFERENCES u ON DELETE CASCADE",
