@@ -184,13 +184,14 @@ public:
     {
     }
     // Over the statement the window reads ahead (TokenWindow::startAhead),
-    // from its first word and its second. The tokens are read once: such a
-    // cursor is not copied to look ahead, as a window's may be.
+    // from its first word and its second, if read already. The tokens are
+    // read once: such a cursor is not copied to look ahead, as a window's
+    // may be.
     Cursor(sqlantlr::TokenWindow &window, pANTLR3_COMMON_TOKEN first, pANTLR3_COMMON_TOKEN second)
         : window_(&window), readsAhead_(true), token_(first)
     {
         next_[0] = second;
-        count_ = 1;
+        count_ = second != nullptr ? 1 : 0;
     }
 
     pANTLR3_COMMON_TOKEN token() const { return token_; }
@@ -1467,7 +1468,8 @@ bool kp_importPlainTable(ParseSession &session, pANTLR3_TOKEN_STREAM tokens, SQL
     // the ";". The reading is the same over either kind of token: only a
     // statement whose reading ahead stopped early is read from the window.
     bool readAhead = false;
-    if (pANTLR3_COMMON_TOKEN second = session.plainTokens ? window.startAhead() : nullptr) {
+    pANTLR3_COMMON_TOKEN second = nullptr;
+    if (session.plainTokens && window.startAhead(&second)) {
         Cursor cursor(window, first, second);
         Reader reader(cursor);
         readAhead = reader.table(table) && cursor.is(SEMI);

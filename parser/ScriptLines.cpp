@@ -853,13 +853,29 @@ pANTLR3_COMMON_TOKEN ScriptLines::newAheadToken(pANTLR3_TOKEN_FACTORY factory)
     return lines->aheadNext_;
 }
 
-pANTLR3_COMMON_TOKEN ScriptLines::startAhead(pANTLR3_COMMON_TOKEN first)
+bool ScriptLines::startAhead(pANTLR3_COMMON_TOKEN first, pANTLR3_COMMON_TOKEN *second)
 {
-    pANTLR3_COMMON_TOKEN second = kind_ != Kind::Routine ? secondWord(first) : nullptr;
-    if (second == nullptr) {
-        return nullptr;
+    auto lexer = static_cast<pANTLR3_LEXER>(source_->super);
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    if (kind_ != Kind::Routine) {
+        *second = secondWord(first);
+        if (*second == nullptr) {
+            return false;
+        }
+    } else {
+        // Within what the filter takes for a routine (PostgreSQL's functions
+        // leave the rest of a script so), it decides only GO, "/" and
+        // DELIMITER lines, which stop the reading: a statement is read ahead
+        // from its first word, when that is the last token read.
+        *second = nullptr;
+        if (!out_.empty() || !raw_.empty() || eof_ != nullptr || !delimiter_.empty() || !guards_.empty() || empty_ ||
+            copy_ || previousType_ != first->type || previousLine_ != first->line ||
+            previousPosition_ != first->charPosition ||
+            static_cast<pVellumGrammarCLexer>(lexer->ctx)->inExecutableComment == ANTLR3_TRUE ||
+            reinterpret_cast<const char *>(input->nextChar) != reinterpret_cast<const char *>(first->stop) + 1) {
+            return false;
+        }
     }
-    pANTLR3_INPUT_STREAM input = static_cast<pANTLR3_LEXER>(source_->super)->input;
     aheadStart_ = {input->nextChar, input->line, input->charPositionInLine, input->currentLine};
     aheadFactory_.newToken = newAheadToken;
     aheadFactory_.lines = this;
@@ -869,10 +885,10 @@ pANTLR3_COMMON_TOKEN ScriptLines::startAhead(pANTLR3_COMMON_TOKEN first)
     aheadParens_ = 0;
     recycleAhead(0);
     // The lexer makes its tokens in the reading's places until endAhead.
-    pANTLR3_RECOGNIZER_SHARED_STATE state = static_cast<pANTLR3_LEXER>(source_->super)->rec->state;
+    pANTLR3_RECOGNIZER_SHARED_STATE state = lexer->rec->state;
     aheadLexerFactory_ = state->tokFactory;
     state->tokFactory = &aheadFactory_;
-    return second;
+    return true;
 }
 
 pANTLR3_COMMON_TOKEN ScriptLines::nextAhead()

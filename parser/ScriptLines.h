@@ -93,8 +93,10 @@ public:
     // path, without the parser's tokens and the filter's steps:
     //
     // startAhead is called with the statement's first word in the same place
-    // as skipDataStatement; it returns the second word (read already), or
-    // nullptr, with nothing changed, when the filter has decided more.
+    // as skipDataStatement, or, within what the filter takes for a routine,
+    // when the first word is the last token read; it sets second to the
+    // second word when the filter read it already (else nullptr), or returns
+    // false, with nothing changed, when the filter has decided more.
     // nextAhead then gives the statement's parser-channel tokens one at a
     // time, in tokens kept here, up to and including its ";". It gives
     // nullptr after the ";", and where the reading must stop: at a token the
@@ -107,7 +109,7 @@ public:
     // out) the lexer moves to the ";" with the text before it unread, so that
     // the next token is that ";", and the tokens read before go to dropped;
     // else the lexer goes back to where the reading started.
-    pANTLR3_COMMON_TOKEN startAhead(pANTLR3_COMMON_TOKEN first);
+    bool startAhead(pANTLR3_COMMON_TOKEN first, pANTLR3_COMMON_TOKEN *second);
     pANTLR3_COMMON_TOKEN nextAhead();
     bool stoppedAhead() const { return aheadStopped_; }
     void recycleAhead(size_t keepLast);

@@ -189,13 +189,13 @@ void TokenWindow::skipDataStatement()
     }
 }
 
-pANTLR3_COMMON_TOKEN TokenWindow::startAhead()
+bool TokenWindow::startAhead(pANTLR3_COMMON_TOKEN *second)
 {
     if (eof_ != nullptr || readCount() != p_ + 1 || stream_->channel != ANTLR3_TOKEN_DEFAULT_CHANNEL) {
-        return nullptr;
+        return false;
     }
     pANTLR3_COMMON_TOKEN first = raw(p_);
-    return first != nullptr ? lines_.startAhead(first) : nullptr;
+    return first != nullptr && lines_.startAhead(first, second);
 }
 
 void TokenWindow::endAhead(bool pass)

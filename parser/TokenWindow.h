@@ -44,9 +44,9 @@ public:
     // Reading a CREATE TABLE statement ahead from the lexer's fast path
     // (ScriptLines::startAhead and the rest), at the start of the statement
     // whose first word is the current token and the last one read:
-    // startAhead gives the second word, or nullptr when the statement cannot
-    // be read that way.
-    pANTLR3_COMMON_TOKEN startAhead();
+    // startAhead sets second to the second word if it was read already (else
+    // nullptr), or returns false when the statement cannot be read that way.
+    bool startAhead(pANTLR3_COMMON_TOKEN *second);
     pANTLR3_COMMON_TOKEN nextAhead() { return lines_.nextAhead(); }
     bool stoppedAhead() const { return lines_.stoppedAhead(); }
     void recycleAhead(size_t keepLast) { lines_.recycleAhead(keepLast); }

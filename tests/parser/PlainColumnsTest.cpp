@@ -320,6 +320,12 @@ TEST(PlainColumns, TablesAreReadAheadOnlyWhereNoLineDecisionApplies)
         {"CREATE TABLE t (a int)\nDELIMITER $$\nCREATE TABLE u (b int) ROW_FORMAT=DYNAMIC$$\nDELIMITER ;\n", 0},
         {"CREATE TABLE t (a int DEFAULT 4 / 2, b int);", 0},
         {"CREATE TABLE t (a int, b int)", 0},
+        // After a routine, which the script-line filter runs to the next GO, "/" or DELIMITER line,
+        // a table is read ahead (t, v), but not up to such a line (u).
+        {"CREATE FUNCTION f() RETURNS trigger AS $$\nBEGIN\n  RETURN NEW;\nEND;\n$$ LANGUAGE plpgsql;\n"
+         "CREATE TABLE t (a int DEFAULT f(),\n  b text);\nCREATE TABLE u (c int)\nGO\nCREATE TABLE v (d int);", 2},
+        {"CREATE PROCEDURE p AS\nBEGIN\n  SELECT 1;\nEND;\nCREATE TABLE t (a int)\nCREATE TABLE u (b int)\nGO\n", 0},
+        {"DELIMITER //\nCREATE PROCEDURE p() BEGIN SELECT 1; END//\nDELIMITER ;\nCREATE TABLE t (a int);", 1},
     };
     for (const Case &c : cases) {
         EXPECT_EQ(plainTablesReadAhead(c.sql), c.readAhead) << c.sql;
@@ -357,7 +363,8 @@ TEST(PlainColumns, TablesAmongScriptLinesMakeTheGrammarsModel)
         "(c int)", ";", ";", "\n", "\r\n", "\r", " ", "GO", "\nGO\n", "\n/\n", "DELIMITER $$\n", "DELIMITER ;\n",
         "$$", "INSERT INTO t VALUES (1)", "SET x = 1", "ENGINE=InnoDB", "-- c\n", "/* c */", "IF", "BEGIN", "END",
         "CREATE TABLE v (\nx int,\nset int\n)", ")", "::", "-1", ">= 2", "CHECK (a > 0)", "'s'", "CREATE TABLE",
-        "/* a\nb */", "/*\r\n*/", "// c\n",
+        "/* a\nb */", "/*\r\n*/", "// c\n", "CREATE FUNCTION f() AS $$ BEGIN RETURN 1; END $$;",
+        "CREATE PROCEDURE p AS BEGIN SELECT 1; END",
     };
     std::mt19937 random(20261125);
     std::uniform_int_distribution<size_t> pick(0, pieces.size() - 1);
