@@ -2,8 +2,10 @@
 // place. Look-ahead answers with upper-cased units so that the upper-case
 // keyword rules match any spelling, while token texts are cut from the
 // unchanged buffer. Positions count UTF-16 units; LF, CRLF and a lone CR end a line.
+#include "InputMoves.h"
 #include "KpAntlrStringOperations.h"
 #include "RecognizerSupport.h"
+#include "UnitScan.h"
 
 #include <cstdint>
 
@@ -48,4 +50,29 @@ void kp_utf16Consume(pANTLR3_INT_STREAM is)
         input->currentLine = const_cast<uint16_t *>(next + 1);
     }
     input->nextChar = const_cast<uint16_t *>(next + 1);
+}
+
+void kp_moveInputTo(pANTLR3_INPUT_STREAM input, const char16_t *to)
+{
+    const auto *from = static_cast<const char16_t *>(input->nextChar);
+    bool returns = false;
+    auto lines = static_cast<ANTLR3_UINT32>(sqlantlr::countLineFeeds(from, to, &returns));
+    if (returns) {
+        // A carriage return that no line feed follows ends a line too (to is within the text).
+        for (const char16_t *p = from; p < to; ++p) {
+            lines += static_cast<ANTLR3_UINT32>(*p == u'\r' && p[1] != u'\n');
+        }
+    }
+    if (lines != 0) {
+        const char16_t *lineStart = to;
+        while (*(lineStart - 1) != u'\n' && *(lineStart - 1) != u'\r') {
+            --lineStart;
+        }
+        input->line += lines;
+        input->charPositionInLine = static_cast<ANTLR3_INT32>(to - lineStart);
+        input->currentLine = const_cast<char16_t *>(lineStart);
+    } else {
+        input->charPositionInLine += static_cast<ANTLR3_INT32>(to - from);
+    }
+    input->nextChar = const_cast<char16_t *>(to);
 }

@@ -3,7 +3,6 @@
 // lexer/keywords.txt (generated into KeywordTable.inc); a keyword matches in
 // any case, as the upper-cased look-ahead of the lexer sees it.
 #include "KpAntlrStringOperations.h"
-#include "NameScan.h"
 #include "RecognizerSupport.h"
 #include "VellumGrammarCLexer.h"
 
@@ -144,63 +143,6 @@ void kp_matchNameRest(pANTLR3_LEXER lexer)
     input->nextChar = const_cast<uint16_t *>(next);
 }
 
-namespace {
-
-// The keyword type of the folded word (ASCII, at most maxLength characters)
-// whose hash is hash, or STRING: a keyword listed with a trailing blank takes
-// the blank after the word when one follows.
-ANTLR3_UINT32 typeOfWord(pANTLR3_LEXER lexer, const char *word, size_t length, uint32_t hash)
-{
-    const KeywordTable::Types types = keywordTable.find(word, length, hash);
-    if (types.withBlank != 0) {
-        pANTLR3_INT_STREAM stream = lexer->input->istream;
-        if (stream->_LA(stream, 1) == ' ') {
-            stream->consume(stream);
-            return types.withBlank;
-        }
-    }
-    return types.alone != 0 ? types.alone : static_cast<ANTLR3_UINT32>(STRING);
-}
-
-} // namespace
-
-ANTLR3_UINT32 kp_matchNameWithType(pANTLR3_LEXER lexer)
-{
-    pANTLR3_INPUT_STREAM input = lexer->input;
-    const auto *end = static_cast<const uint16_t *>(input->data) + input->sizeBuf / 2;
-    const auto *start = reinterpret_cast<const uint16_t *>(lexer->rec->state->tokenStartCharIndex);
-    const auto *rest = static_cast<const uint16_t *>(input->nextChar);
-    // The word is folded and hashed as it is read, while it may still be a
-    // keyword: ASCII once folded, and no longer than the longest.
-    std::array<char, KeywordTable::maxLength> word;
-    uint32_t hash = KeywordTable::hashStart;
-    size_t length = 0;
-    bool keyword = true;
-    auto add = [&](char16_t folded) {
-        if (!keyword || folded >= 0x80 || length == KeywordTable::maxLength) {
-            keyword = false;
-            return;
-        }
-        word[length++] = static_cast<char>(folded);
-        hash = KeywordTable::hashStep(hash, static_cast<char>(folded));
-    };
-    for (const uint16_t *p = start; p < rest; ++p) {
-        add(foldTable.uppercaseCharacter(*p));
-    }
-    const uint16_t *next = rest;
-    for (; next < end; ++next) {
-        const char16_t folded = foldTable.uppercaseCharacter(*next);
-        if (!isNameRest(folded)) {
-            break;
-        }
-        add(folded);
-    }
-    // No line ends among these characters: only the column moves.
-    input->charPositionInLine += static_cast<ANTLR3_INT32>(next - rest);
-    input->nextChar = const_cast<uint16_t *>(next);
-    return keyword ? typeOfWord(lexer, word.data(), length, hash) : static_cast<ANTLR3_UINT32>(STRING);
-}
-
 ANTLR3_UINT32 kp_keywordType(pANTLR3_LEXER lexer)
 {
     pANTLR3_INPUT_STREAM input = lexer->input;
@@ -220,5 +162,13 @@ ANTLR3_UINT32 kp_keywordType(pANTLR3_LEXER lexer)
         word[i] = static_cast<char>(unit);
         hash = KeywordTable::hashStep(hash, word[i]);
     }
-    return typeOfWord(lexer, word.data(), length, hash);
+    const KeywordTable::Types types = keywordTable.find(word.data(), length, hash);
+    if (types.withBlank != 0) {
+        pANTLR3_INT_STREAM stream = input->istream;
+        if (stream->_LA(stream, 1) == ' ') {
+            stream->consume(stream);
+            return types.withBlank;
+        }
+    }
+    return types.alone != 0 ? types.alone : static_cast<ANTLR3_UINT32>(STRING);
 }

@@ -9,8 +9,8 @@
 // and the same helpers for names), and anything else, including every token
 // whose first characters could also start another rule (N'...', Q'...',
 // '..', '=='), is left to the generated lexer at the same position.
+#include "InputMoves.h"
 #include "KpAntlrStringOperations.h"
-#include "NameScan.h"
 #include "RecognizerSupport.h"
 #include "VellumGrammarCLexer.h"
 
@@ -282,22 +282,7 @@ pANTLR3_COMMON_TOKEN scanBlockComment(pANTLR3_LEXER lexer, const uint16_t *p, co
     }
     pANTLR3_INPUT_STREAM input = lexer->input;
     startToken(lexer->rec->state, input);
-    const uint16_t *after = close + 2;
-    const uint16_t *lineStart = nullptr;
-    for (const uint16_t *q = p; q < after; ++q) {
-        // A line feed ends a line, and so does a carriage return no line feed follows.
-        if (*q == '\n' || (*q == '\r' && (q + 1 >= end || q[1] != '\n'))) {
-            input->line++;
-            lineStart = q + 1;
-        }
-    }
-    if (lineStart != nullptr) {
-        input->currentLine = const_cast<uint16_t *>(lineStart);
-        input->charPositionInLine = static_cast<ANTLR3_INT32>(after - lineStart);
-        input->nextChar = const_cast<uint16_t *>(after);
-    } else {
-        moveWithinLine(input, after);
-    }
+    kp_moveInputTo(input, reinterpret_cast<const char16_t *>(close + 2));
     return emitToken(lexer, ML_COMMENT, HIDDEN);
 }
 
@@ -387,7 +372,8 @@ pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
             // of the word (a keyword, a one-word rule such as T_NOT, or STRING).
             startToken(state, input);
             moveWithinLine(input, p + 1);
-            return emitToken(lexer, kp_matchNameWithType(lexer), ANTLR3_TOKEN_DEFAULT_CHANNEL);
+            kp_matchNameRest(lexer);
+            return emitToken(lexer, kp_keywordType(lexer), ANTLR3_TOKEN_DEFAULT_CHANNEL);
         }
         return nullptr;
     }

@@ -121,19 +121,14 @@ bool spansRemarkLine(const char16_t *begin, const char16_t *from, const char16_t
     if (isRemarkLine(begin, from, cache)) {
         return true;
     }
-    for (const char16_t *p = lineEndUnits.findIn(from, to); p < to; p = lineEndUnits.findIn(p + 1, to)) {
+    for (const char16_t *p = lineEndUnits.findIn(from, to); p < to;) {
         const char16_t *q = p + 1;
-        while (q < to && (*q == u' ' || *q == u'\t')) {
+        p = lineEndUnits.findIn(q, to);
+        while (q < p && (*q == u' ' || *q == u'\t')) {
             ++q;
         }
-        if (q == to || ((*q | 0x20) != u'r' && (*q | 0x20) != u'p')) {
-            continue;  // neither REM... nor PRO...
-        }
-        std::string word;
-        for (; q < to && isLetter(*q) && word.size() < 8; ++q) {
-            word += static_cast<char>(*q >= u'a' ? *q - (u'a' - u'A') : *q);
-        }
-        if (q < to && (*q == u' ' || *q == u'\t') && isRemarkWord(word)) {
+        // Only a line that starts with R or P is looked at whole.
+        if (q < p && ((*q | 0x20) == u'r' || (*q | 0x20) == u'p') && isRemarkLine(begin, p)) {
             return true;
         }
     }

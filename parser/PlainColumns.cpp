@@ -762,26 +762,36 @@ private:
             at_.advance();
             reference.actions.push_back(std::move(step));
         }
-        for (;;) {
-            PlainColumnStep step{Kind::Deferrable};
-            if (at_.is(k_.deferrable)) {
-                step.code = 1;
-            } else if (at_.is(T_NOT) && at_.ahead(1) != nullptr && at_.ahead(1)->type == k_.deferrable) {
-                at_.advance();
-            } else if (at_.is(k_.initially)) {
-                at_.advance();
-                step.kind = Kind::InitiallyDeferred;
-                if (at_.is(k_.deferred)) {
-                    step.code = 1;
-                } else if (!at_.is(k_.immediate)) {
-                    return false;
-                }
-            } else {
-                return true;
-            }
-            at_.advance();
+        PlainColumnStep step{Kind::Deferrable};
+        while (deferral(step)) {
             reference.actions.push_back(std::move(step));
         }
+        return true;
+    }
+
+    // [NOT] DEFERRABLE | INITIALLY IMMEDIATE | DEFERRED: passed, and read
+    // into step (a Deferrable or InitiallyDeferred step); false, with
+    // nothing passed, for anything else.
+    bool deferral(PlainColumnStep &step)
+    {
+        using Kind = PlainColumnStep::Kind;
+        const pANTLR3_COMMON_TOKEN next = at_.ahead(1);
+        if (at_.is(k_.deferrable)) {
+            step = PlainColumnStep{Kind::Deferrable};
+            step.code = 1;
+        } else if (at_.is(T_NOT) && next != nullptr && next->type == k_.deferrable) {
+            step = PlainColumnStep{Kind::Deferrable};
+            at_.advance();
+        } else if (at_.is(k_.initially) && next != nullptr &&
+                   (next->type == k_.immediate || next->type == k_.deferred)) {
+            step = PlainColumnStep{Kind::InitiallyDeferred};
+            step.code = next->type == k_.deferred ? 1 : 0;
+            at_.advance();
+        } else {
+            return false;
+        }
+        at_.advance();
+        return true;
     }
 
     // A DEFAULT value: operands joined by + - * / % || (fieldDefaultValueEntry).
@@ -1049,19 +1059,11 @@ private:
     // DEFERRABLE, INITIALLY IMMEDIATE | DEFERRED): they leave nothing.
     void skipKeyState()
     {
+        PlainColumnStep ignored{PlainColumnStep::Kind::Deferrable};
         for (;;) {
             if (at_.type() < kp_parserTokenCount && k_.checkStates[at_.type()]) {
                 at_.advance();
-            } else if (at_.is(k_.deferrable)) {
-                at_.advance();
-            } else if (at_.is(T_NOT) && at_.ahead(1) != nullptr && at_.ahead(1)->type == k_.deferrable) {
-                at_.advance();
-                at_.advance();
-            } else if (at_.is(k_.initially) && at_.ahead(1) != nullptr &&
-                       (at_.ahead(1)->type == k_.immediate || at_.ahead(1)->type == k_.deferred)) {
-                at_.advance();
-                at_.advance();
-            } else {
+            } else if (!deferral(ignored)) {
                 return;
             }
         }

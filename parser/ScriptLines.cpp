@@ -3,6 +3,7 @@
 #include "UnitScan.h"
 
 #include "DataStatements.h"
+#include "InputMoves.h"
 #include "ParseSession.h"
 #include "RecognizerSupport.h"
 #include "QuotedText.h"
@@ -763,15 +764,20 @@ bool ScriptLines::activeDelimiter()
 
 namespace sqlantlr {
 
+bool ScriptLines::lastStepWas(pANTLR3_COMMON_TOKEN first) const
+{
+    auto lexer = static_cast<pANTLR3_LEXER>(source_->super);
+    return out_.empty() && eof_ == nullptr && delimiter_.empty() && guards_.empty() && !empty_ &&
+           previousType_ == first->type && previousLine_ == first->line && previousPosition_ == first->charPosition &&
+           static_cast<pVellumGrammarCLexer>(lexer->ctx)->inExecutableComment != ANTLR3_TRUE;
+}
+
 pANTLR3_COMMON_TOKEN ScriptLines::secondWord(pANTLR3_COMMON_TOKEN first)
 {
     auto lexer = static_cast<pANTLR3_LEXER>(source_->super);
     // The filter's last step must have been the statement's first word, read
     // ahead up to the next word on the same line and no further.
-    if (!out_.empty() || eof_ != nullptr || raw_.empty() || !delimiter_.empty() || !guards_.empty() || empty_ ||
-        tokens_ != 1 || previousType_ != first->type || previousLine_ != first->line ||
-        previousPosition_ != first->charPosition ||
-        static_cast<pVellumGrammarCLexer>(lexer->ctx)->inExecutableComment == ANTLR3_TRUE) {
+    if (!lastStepWas(first) || raw_.empty() || tokens_ != 1) {
         return nullptr;
     }
     for (size_t i = 0; i + 1 < raw_.size(); ++i) {
@@ -868,10 +874,7 @@ bool ScriptLines::startAhead(pANTLR3_COMMON_TOKEN first, pANTLR3_COMMON_TOKEN *s
         // DELIMITER lines, which stop the reading: a statement is read ahead
         // from its first word, when that is the last token read.
         *second = nullptr;
-        if (!out_.empty() || !raw_.empty() || eof_ != nullptr || !delimiter_.empty() || !guards_.empty() || empty_ ||
-            copy_ || previousType_ != first->type || previousLine_ != first->line ||
-            previousPosition_ != first->charPosition ||
-            static_cast<pVellumGrammarCLexer>(lexer->ctx)->inExecutableComment == ANTLR3_TRUE ||
+        if (!lastStepWas(first) || !raw_.empty() || copy_ ||
             reinterpret_cast<const char *>(input->nextChar) != reinterpret_cast<const char *>(first->stop) + 1) {
             return false;
         }
@@ -945,11 +948,12 @@ void ScriptLines::recycleAhead(size_t keepLast)
 void ScriptLines::endAhead(bool pass, std::vector<pANTLR3_COMMON_TOKEN> &dropped)
 {
     pANTLR3_INPUT_STREAM input = static_cast<pANTLR3_LEXER>(source_->super)->input;
-    const InputPlace &place = pass && aheadEnded_ && !aheadStopped_ ? aheadEnd_ : aheadStart_;
-    if (&place == &aheadEnd_) {
-        dropped.assign(raw_.begin(), raw_.end());
+    const bool passing = pass && aheadEnded_ && !aheadStopped_;
+    if (passing) {
+        dropped.insert(dropped.end(), raw_.begin(), raw_.end());
         raw_.clear();
     }
+    const InputPlace &place = passing ? aheadEnd_ : aheadStart_;
     input->nextChar = place.nextChar;
     input->line = place.line;
     input->charPositionInLine = place.charPositionInLine;
@@ -959,31 +963,10 @@ void ScriptLines::endAhead(bool pass, std::vector<pANTLR3_COMMON_TOKEN> &dropped
     recycleAhead(0);
 }
 
-// Moves the lexer's stream to to, as consuming each unit would (see kp_utf16Consume).
+// Moves the lexer's stream to to, as consuming each unit would.
 void ScriptLines::advanceInput(const char16_t *to)
 {
-    pANTLR3_INPUT_STREAM input = static_cast<pANTLR3_LEXER>(source_->super)->input;
-    const auto *from = static_cast<const char16_t *>(input->nextChar);
-    bool returns = false;
-    auto lines = static_cast<ANTLR3_UINT32>(countLineFeeds(from, to, &returns));
-    if (returns) {
-        // A carriage return that no line feed follows ends a line too (to is within the text).
-        for (const char16_t *p = from; p < to; ++p) {
-            lines += static_cast<ANTLR3_UINT32>(*p == u'\r' && p[1] != u'\n');
-        }
-    }
-    if (lines != 0) {
-        const char16_t *lineStart = to;
-        while (*(lineStart - 1) != u'\n' && *(lineStart - 1) != u'\r') {
-            --lineStart;
-        }
-        input->line += lines;
-        input->charPositionInLine = static_cast<ANTLR3_INT32>(to - lineStart);
-        input->currentLine = const_cast<char16_t *>(lineStart);
-    } else {
-        input->charPositionInLine += static_cast<ANTLR3_INT32>(to - from);
-    }
-    input->nextChar = const_cast<char16_t *>(to);
+    kp_moveInputTo(static_cast<pANTLR3_LEXER>(source_->super)->input, to);
 }
 
 // The text of a REM or PROMPT line after its command word is free text up to

@@ -107,7 +107,7 @@ public:
     // the last keepLast of them. The lexer makes its tokens in the reading's
     // places until endAhead finishes the reading: with pass (the ";" given
     // out) the lexer moves to the ";" with the text before it unread, so that
-    // the next token is that ";", and the tokens read before go to dropped;
+    // the next token is that ";", and the tokens read before are added to dropped;
     // else the lexer goes back to where the reading started.
     bool startAhead(pANTLR3_COMMON_TOKEN first, pANTLR3_COMMON_TOKEN *second);
     pANTLR3_COMMON_TOKEN nextAhead();
@@ -122,6 +122,10 @@ private:
     enum class Kind { None, Splittable, Insert, Update, Alter, Whole, Routine };
 
     pANTLR3_COMMON_TOKEN passThrough();  // the next token when it needs no line decision
+    // Whether the filter's last step was the statement's first word, with
+    // nothing decided or pending since (no DELIMITER, guard or executable
+    // comment in play).
+    bool lastStepWas(pANTLR3_COMMON_TOKEN first) const;
     // When the last step was the statement's first word and the lexer has
     // read no further than the next word on its line (and nothing is
     // pending): that word; else nullptr.

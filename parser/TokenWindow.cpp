@@ -200,9 +200,7 @@ bool TokenWindow::startAhead(pANTLR3_COMMON_TOKEN *second)
 
 void TokenWindow::endAhead(bool pass)
 {
-    std::vector<pANTLR3_COMMON_TOKEN> dropped;
-    lines_.endAhead(pass, dropped);
-    freeTokens_.insert(freeTokens_.end(), dropped.begin(), dropped.end());
+    lines_.endAhead(pass, freeTokens_);
 }
 
 pANTLR3_COMMON_TOKEN TokenWindow::lookAhead(pANTLR3_TOKEN_STREAM, ANTLR3_INT32 k)
