@@ -1,4 +1,5 @@
 #include "QuotedText.h"
+#include "InputMoves.h"
 
 #include "ParseSession.h"
 #include "RecognizerSupport.h"
@@ -473,10 +474,7 @@ void kp_matchQuotedBody(pANTLR3_LEXER lexer, ANTLR3_UCHAR quote)
         lexer->rec->state->user1++;
         return;
     }
-    pANTLR3_INT_STREAM stream = input->istream;
-    for (size_t i = 0; i < length; ++i) {
-        stream->consume(stream);
-    }
+    kp_moveInputTo(input, body + length);
 }
 
 ANTLR3_UINT32 kp_quotedStringType(pANTLR3_LEXER lexer)

@@ -1083,26 +1083,33 @@ bool kp_skipIndexExpressionRest(pANTLR3_BASE_RECOGNIZER recognizer)
 
 // ---- Tree walker: texts and recovery ------------------------------------------
 
-namespace {
-
-// Appends a token's text (as kp_tokenText gives it); ASCII input is copied
-// unit by unit without a string of its own.
-void appendTokenText(std::string &out, pANTLR3_COMMON_TOKEN token)
+// ASCII input is copied unit by unit without a string of its own.
+void kp_appendTokenText(std::string &out, pANTLR3_COMMON_TOKEN token)
 {
     const char16_t *units = nullptr;
     size_t count = 0;
-    if (!kp_tokenUnits(token, &units, &count) || !std::all_of(units, units + count, [](char16_t unit) {
-            return unit < 0x80;
-        })) {
+    char16_t any = 0;
+    if (kp_tokenUnits(token, &units, &count)) {
+        for (size_t i = 0; i < count; ++i) {
+            any |= units[i];
+        }
+    }
+    if (units == nullptr || any >= 0x80) {
         out += kp_tokenText(token);
         return;
     }
-    for (size_t i = 0; i < count; ++i) {
-        out += static_cast<char>(units[i]);
+    // Narrowed in pieces on the stack, appended with one copy each.
+    char piece[64];
+    while (count > 0) {
+        const size_t n = std::min(count, sizeof piece);
+        for (size_t i = 0; i < n; ++i) {
+            piece[i] = static_cast<char>(units[i]);
+        }
+        out.append(piece, n);
+        units += n;
+        count -= n;
     }
 }
-
-} // namespace
 
 void kp_appendRunWord(std::string &text, bool first, pANTLR3_COMMON_TOKEN token)
 {
@@ -1110,7 +1117,7 @@ void kp_appendRunWord(std::string &text, bool first, pANTLR3_COMMON_TOKEN token)
         text += ' ';
     }
     const size_t wordStart = text.size();
-    appendTokenText(text, token);
+    kp_appendTokenText(text, token);
     // A bracketed word is a quoted name of SQL Server: [int] is the type int.
     // PostgreSQL's array bounds keep their brackets: int [], int [3].
     if (token != nullptr && token->type != ARRAY_BOUNDS && text.size() - wordStart >= 2 && text[wordStart] == '[' &&

@@ -124,6 +124,9 @@ bool kp_skipIndexExpressionRest(pANTLR3_BASE_RECOGNIZER recognizer);
 
 // ---- Tree walker -----------------------------------------------------------
 
+// Appends a token's text (as kp_tokenText gives it) to `out`.
+void kp_appendTokenText(std::string &out, pANTLR3_COMMON_TOKEN token);
+
 // Appends a token to a run of words as the walker renders a type or value:
 // a blank before it unless it is the first, and a bracketed name without
 // its brackets ([int] is int; array bounds keep theirs).

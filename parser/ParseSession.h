@@ -61,6 +61,9 @@ struct ParseSession {
         pANTLR3_COMMON_TOKEN last = nullptr;  // the run's last token, before its COMMA or CLOSEPAREN
         PlainColumnRun columns;
     } plainProbe;
+    // The CREATE TABLE statement read whole last (kp_importPlainTable): its
+    // room is reused by the next one.
+    PlainTable plainTable;
     // The readings of the statement's runs of plain columns, which their
     // first name tokens point at; cleared with customValues.
     std::deque<PlainColumnRun> plainColumnReadings;

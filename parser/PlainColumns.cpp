@@ -26,6 +26,10 @@ using sqlantlr::ParseSession;
 using sqlantlr::PlainColumn;
 using sqlantlr::PlainColumnRun;
 using sqlantlr::PlainColumnStep;
+using sqlantlr::PlainEntry;
+using sqlantlr::PlainReference;
+using sqlantlr::PlainTable;
+using sqlantlr::PlainTableOption;
 
 namespace {
 
@@ -299,46 +303,11 @@ bool plainName(pANTLR3_COMMON_TOKEN name)
     return !kp_isAnyWord(name, "EXCLUDE PERIOD LIKE SPATIAL");
 }
 
-// A REFERENCES clause: where it stands, its target and its actions in order
-// (UpdateAction, DeleteAction, Deferrable and InitiallyDeferred steps).
-struct PlainReference {
-    int line = 0;
-    int position = 0;
-    std::vector<std::string> parts;
-    std::vector<std::string> columns;
-    bool listWritten = false;
-    std::vector<PlainColumnStep> actions;
-};
-
-// A CREATE TABLE statement read whole: its name parts, its entries and its
-// options, in the order written.
-// Names and values are kept as texts: the tokens of a statement read ahead
-// are reused as the reading goes on.
-struct PlainEntry {
-    enum class Kind : unsigned char { Column, PrimaryKey, Unique, Index, Check, ForeignKey } kind = Kind::Column;
-    PlainColumn column;
-    std::optional<std::string> name;  // of an index, or the CONSTRAINT name of a CHECK or foreign key
-    std::optional<std::string> keyName;  // the name after FOREIGN KEY
-    std::vector<std::string> columns;  // of a key or index
-    std::string text;  // of a CHECK
-    PlainReference reference;  // of a foreign key
-};
-
-struct PlainTableOption {
-    enum class Kind : unsigned char { Engine, CharacterSet, Collation, Comment } kind;
-    std::string value;
-};
-
-struct PlainTable {
-    std::vector<std::string> name;
-    std::vector<PlainEntry> entries;
-    std::vector<PlainTableOption> options;
-};
-
 // A column named by the token: its text and place.
 void nameColumn(PlainColumn &column, pANTLR3_COMMON_TOKEN name)
 {
-    column.name = kp_tokenText(name);
+    column.name.clear();
+    kp_appendTokenText(column.name, name);
     column.line = static_cast<int>(name->line);
     column.position = static_cast<int>(name->charPosition);
 }
@@ -952,7 +921,7 @@ private:
     // One entry of the column list, ending at COMMA or CLOSEPAREN.
     bool entry(PlainTable &table)
     {
-        PlainEntry entry;
+        PlainEntry &entry = table.nextEntry();
         // A CONSTRAINT name names a CHECK or a foreign key; keys and indexes
         // do not take it (an index is named by the name after its kind word).
         std::optional<std::string> constraintName;
@@ -1013,7 +982,7 @@ private:
         if (!at_.is(COMMA) && !at_.is(CLOSEPAREN)) {
             return false;
         }
-        table.entries.push_back(std::move(entry));
+        table.keepEntry();
         return true;
     }
 
@@ -1399,7 +1368,7 @@ void applyTable(ParseSession *session, SQLContainer &container, const PlainTable
         return;
     }
     using Kind = PlainEntry::Kind;
-    for (const PlainEntry &entry : plain.entries) {
+    for (const PlainEntry &entry : plain.entries()) {
         switch (entry.kind) {
         case Kind::Column:
             applyColumn(session, table, entry.column);
@@ -1463,7 +1432,8 @@ bool kp_importPlainTable(ParseSession &session, pANTLR3_TOKEN_STREAM tokens, SQL
         return false;
     }
     sqlantlr::TokenWindow &window = *session.tokenWindow;
-    PlainTable table;
+    PlainTable &table = session.plainTable;
+    table.clear();
     // Most statements are read ahead from the text by the lexer's fast path
     // into tokens of their own, reused as the reading goes on: the window's
     // tokens and the script-line filter's steps are then spared for all but
@@ -1483,7 +1453,7 @@ bool kp_importPlainTable(ParseSession &session, pANTLR3_TOKEN_STREAM tokens, SQL
     }
     pANTLR3_COMMON_TOKEN last = nullptr;
     if (!readAhead) {
-        table = PlainTable();
+        table.clear();
         const auto *common = static_cast<pANTLR3_COMMON_TOKEN_STREAM>(tokens->super);
         Cursor cursor(window, first, common->channel);
         Reader reader(cursor);
@@ -1500,7 +1470,7 @@ bool kp_importPlainTable(ParseSession &session, pANTLR3_TOKEN_STREAM tokens, SQL
     session.deferRecords = deferred;
     ++plainTablesTaken;
     plainTablesReadAhead += readAhead ? 1 : 0;
-    for (const PlainEntry &entry : table.entries) {
+    for (const PlainEntry &entry : table.entries()) {
         plainColumnsTaken += entry.kind == PlainEntry::Kind::Column ? 1 : 0;
     }
     // Through the token before the SEMI: the first word when read ahead,
@@ -1521,3 +1491,44 @@ void kp_addPlainColumns(pANTLR3_BASE_RECOGNIZER recognizer, SQLTable *table, pAN
         applyColumn(session, table, column);
     }
 }
+
+namespace sqlantlr {
+
+void PlainEntry::clear()
+{
+    kind = Kind::Column;
+    column.name.clear();
+    column.line = 0;
+    column.position = 0;
+    column.type.clear();
+    column.steps.clear();
+    name.reset();
+    keyName.reset();
+    columns.clear();
+    text.clear();
+    reference.line = 0;
+    reference.position = 0;
+    reference.parts.clear();
+    reference.columns.clear();
+    reference.listWritten = false;
+    reference.actions.clear();
+}
+
+PlainEntry &PlainTable::nextEntry()
+{
+    if (kept_ == entries_.size()) {
+        entries_.emplace_back();
+    } else {
+        entries_[kept_].clear();
+    }
+    return entries_[kept_];
+}
+
+void PlainTable::clear()
+{
+    name.clear();
+    options.clear();
+    kept_ = 0;
+}
+
+} // namespace sqlantlr

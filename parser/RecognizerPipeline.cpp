@@ -535,8 +535,10 @@ void RecognizerPipeline::releaseFinishedStatements()
 {
     pANTLR3_BASE_TREE_ADAPTOR adaptor = asParser(parser_)->adaptor;
     auto common = static_cast<pANTLR3_COMMON_TREE_ADAPTOR>(adaptor->super);
-    pANTLR3_ARBORETUM fresh = antlr3ArboretumNew(adaptor->strFactory);
-    if (fresh != nullptr) {  // else keep the old factory; memory is only held longer
+    // A statement imported without the grammar built no tree: the factories
+    // are kept as they are.
+    pANTLR3_ARBORETUM fresh = treeFactoriesUnused(adaptor) ? nullptr : antlr3ArboretumNew(adaptor->strFactory);
+    if (fresh != nullptr) {  // else keep the old factory (on failure memory is only held longer)
         common->arboretum->close(common->arboretum);
         common->arboretum = fresh;
         useDirectTreeBuilding(adaptor);

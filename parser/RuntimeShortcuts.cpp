@@ -348,4 +348,19 @@ void useDirectTreeBuilding(pANTLR3_BASE_TREE_ADAPTOR adaptor)
     adaptor->rulePostProcessing = postProcessRule;
 }
 
+bool treeFactoriesUnused(pANTLR3_BASE_TREE_ADAPTOR adaptor)
+{
+    pANTLR3_ARBORETUM arboretum = static_cast<pANTLR3_COMMON_TREE_ADAPTOR>(adaptor->super)->arboretum;
+    if (arboretum == nullptr || arboretum->thisPool != 0 || arboretum->nextTree != 0 ||
+        arboretum->nilStack->vector->count != 0) {
+        return false;
+    }
+    pANTLR3_VECTOR_FACTORY vectors = arboretum->vFactory;
+    if (vectors->thisPool != 0 || vectors->nextVector != 0 || vectors->freeStack->vector->count != 0) {
+        return false;
+    }
+    pANTLR3_TOKEN_FACTORY tokens = adaptor->tokenFactory;
+    return tokens == nullptr || (tokens->thisPool == 0 && tokens->nextToken == 0);
+}
+
 } // namespace sqlantlr

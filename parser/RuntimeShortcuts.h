@@ -16,6 +16,12 @@ namespace sqlantlr {
 // again whenever the adaptor is given a new tree factory.
 void useDirectTreeBuilding(pANTLR3_BASE_TREE_ADAPTOR adaptor);
 
+// True while the adaptor's tree factory, its vector factory and its token
+// factory have handed out nothing since they were made (or reset): a
+// statement imported without the grammar leaves them so, and they need no
+// renewal after it.
+bool treeFactoriesUnused(pANTLR3_BASE_TREE_ADAPTOR adaptor);
+
 // Makes the node stream answer LT(k) and LA(k) for k > 0 from its node buffer
 // once it is filled; everything else stays the runtime's.
 void useDirectNodeReading(pANTLR3_COMMON_TREE_NODE_STREAM nodes);

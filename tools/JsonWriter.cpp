@@ -209,23 +209,6 @@ void JsonWriter::breakLine(Place place)
     used_ += static_cast<size_t>(at - start);
 }
 
-void JsonWriter::key(JsonKey name)
-{
-    beforeValue();
-    const std::string_view text = name.text();
-    char *at = room(text.size() + 4);
-    *at++ = '"';
-    at = copy(at, text);
-    *at++ = '"';
-    *at++ = ':';
-    used_ += text.size() + 3;
-    if (pretty_) {
-        *at = ' ';
-        ++used_;
-    }
-    place_ = Place::afterKey;
-}
-
 void JsonWriter::key(std::string_view name)
 {
     value(name);
@@ -283,28 +266,12 @@ void JsonWriter::value(std::string_view text)
     used_ += static_cast<size_t>(writeJsonString(start, text) - start);
 }
 
-void JsonWriter::value(bool flag)
-{
-    beforeValue();
-    if (flag) {
-        appendLiteral("true");
-    } else {
-        appendLiteral("false");
-    }
-}
-
 void JsonWriter::value(int64_t number)
 {
     beforeValue();
     constexpr size_t maxDigits = 20;  // "-9223372036854775808"
     char *const start = room(maxDigits);
     used_ += static_cast<size_t>(std::to_chars(start, start + maxDigits, number).ptr - start);
-}
-
-void JsonWriter::null()
-{
-    beforeValue();
-    appendLiteral("null");
 }
 
 } // namespace sqlantlr

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <ostream>
 #include <stdexcept>
 #include <string>
@@ -55,13 +56,43 @@ public:
     void endArray();
     // The name of the object member whose value is written next.
     void key(std::string_view name);
-    void key(JsonKey name);
+    // Inline: a model's JSON writes a dozen member names per column, each of
+    // a length known where it is written.
+    void key(JsonKey name)
+    {
+        beforeValue();
+        const std::string_view text = name.text();
+        char *at = room(text.size() + 4);
+        *at++ = '"';
+        std::memcpy(at, text.data(), text.size());
+        at += text.size();
+        *at++ = '"';
+        *at++ = ':';
+        used_ += text.size() + 3;
+        if (pretty_) {
+            *at = ' ';
+            ++used_;
+        }
+        place_ = Place::afterKey;
+    }
 
     void value(std::string_view text);
     void value(const char *text) { value(std::string_view(text)); }
-    void value(bool flag);
+    void value(bool flag)
+    {
+        beforeValue();
+        if (flag) {
+            appendLiteral("true");
+        } else {
+            appendLiteral("false");
+        }
+    }
     void value(int64_t number);
-    void null();
+    void null()
+    {
+        beforeValue();
+        appendLiteral("null");
+    }
 
     // Writes the buffered text to the stream.
     void flush();

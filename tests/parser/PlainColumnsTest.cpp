@@ -167,6 +167,15 @@ TEST(PlainColumns, WholeTablesMakeTheGrammarsModel)
              " REFERENCES p (id)) ENGINE = MEMORY COLLATE = a.b;",
              "CREATE TABLE t (a int REFERENCES p (id) ON UPDATE CURRENT_TIMESTAMP, b int REFERENCES p MATCH FULL);",
              "CREATE TEMPORARY TABLE t (a int); CREATE TABLE t AS SELECT 1; CREATE TABLE t (a int) AUTO_INCREMENT=1, 2;",
+             // Each statement is read into the room the last one left: a poorer
+             // entry in the place of a richer one, after a reading that failed
+             // half-way, keeps nothing of them.
+             "CREATE TABLE p (id int);\nCREATE TABLE a (x int REFERENCES p (id) ON DELETE CASCADE DEFAULT 1"
+             " COMMENT 'c' CHECK (x > 0), CONSTRAINT n CHECK (x < 9), FOREIGN KEY f (x) REFERENCES p (id)"
+             " DEFERRABLE, UNIQUE KEY u (x), KEY k (x)) ENGINE=InnoDB COMMENT='t';\n"
+             "CREATE TABLE b (y int, z int, w int, v int, u int);\n"
+             "CREATE TABLE c (y int DEFAULT 2 NOT NULL, z int, KEY k (y(10)));\n"
+             "CREATE TABLE d (q int, r int, s int, t int, o int);",
              // Records of the lexer and of later statements keep their order.
              "CREATE TABLE a (id INT);\nDECLARE v INT;\nCREATE TABLE b (x INT, x INT);\nDECLARE w INT;\n"
              "ALTER TABLE b ADD PRIMARY KEY (x);",

@@ -173,6 +173,38 @@ TEST(RuntimeShortcutsTest, TreeBuildingMatchesTheRuntime)
     strings->close(strings);
 }
 
+// Fresh factories are unused; any node, nil node, child list or imaginary
+// token made since makes them used, and so would a node handed back for reuse.
+TEST(RuntimeShortcutsTest, UnusedTreeFactoriesAreToldApart)
+{
+    pANTLR3_STRING_FACTORY strings = antlr3StringFactoryNew(ANTLR3_ENC_8BIT);
+    std::vector<pANTLR3_COMMON_TOKEN> tokens = makeTokens(3);
+    using Use = void (*)(pANTLR3_BASE_TREE_ADAPTOR, const std::vector<pANTLR3_COMMON_TOKEN> &);
+    const Use uses[] = {
+        [](pANTLR3_BASE_TREE_ADAPTOR adaptor, const std::vector<pANTLR3_COMMON_TOKEN> &words) {
+            adaptor->create(adaptor, words[0]);
+        },
+        [](pANTLR3_BASE_TREE_ADAPTOR adaptor, const std::vector<pANTLR3_COMMON_TOKEN> &) { adaptor->nilNode(adaptor); },
+        [](pANTLR3_BASE_TREE_ADAPTOR adaptor, const std::vector<pANTLR3_COMMON_TOKEN> &) {
+            adaptor->createTypeText(adaptor, 5, reinterpret_cast<pANTLR3_UINT8>(const_cast<char *>("imaginary")));
+        },
+        [](pANTLR3_BASE_TREE_ADAPTOR adaptor, const std::vector<pANTLR3_COMMON_TOKEN> &words) {
+            auto root = static_cast<pANTLR3_BASE_TREE>(adaptor->create(adaptor, words[0]));
+            adaptor->addChild(adaptor, root, adaptor->create(adaptor, words[1]));
+        },
+    };
+    for (const bool direct : {false, true}) {
+        for (const Use use : uses) {
+            TreeSide side(strings, direct);
+            EXPECT_TRUE(sqlantlr::treeFactoriesUnused(side.adaptor));
+            use(side.adaptor, tokens);
+            EXPECT_FALSE(sqlantlr::treeFactoriesUnused(side.adaptor));
+        }
+    }
+    freeTokens(tokens);
+    strings->close(strings);
+}
+
 // Adds the tree of a parenthesised list of words, e.g. "1 (2 3 (4)) 5".
 pANTLR3_BASE_TREE buildTree(pANTLR3_BASE_TREE_ADAPTOR adaptor, const std::vector<pANTLR3_COMMON_TOKEN> &tokens,
                             std::mt19937 &random, int depth)
