@@ -218,6 +218,10 @@ bool isRemarkLine(const char16_t *begin, const char16_t *at, QuoteScanCache *cac
     while (p < at && (*p == u' ' || *p == u'\t')) {
         ++p;
     }
+    // Most lines start with no R or P, and so with no such command.
+    if (p == at || ((*p | 0x20) != u'r' && (*p | 0x20) != u'p')) {
+        return false;
+    }
     std::string word;
     for (; p < at && isAsciiLetter(*p) && word.size() < 8; ++p) {
         word += static_cast<char>(*p >= u'a' ? *p - (u'a' - u'A') : *p);

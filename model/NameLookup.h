@@ -4,6 +4,7 @@
 
 #include <SchemaModel/Names.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -22,6 +23,13 @@ std::string foldedName(std::string_view name);
 
 /// Whether `name` folds to `folded`; compares in place for ASCII names.
 bool foldsTo(std::string_view name, std::string_view folded);
+
+/// Whether `name` is ASCII: its folded form is its ASCII lower case.
+bool isAsciiName(std::string_view name);
+
+/// Whether `name` and the ASCII name `ascii` fold to the same name, told in
+/// place unless `name` is not ASCII.
+bool foldsLikeAscii(std::string_view name, std::string_view ascii);
 
 /// A folded name and its hash, made once per look-up.
 struct FoldedKey {
@@ -195,6 +203,13 @@ public:
         if (!object.hasName())
             return false;
         refresh(items);
+        // A short list and an ASCII name, as most columns' are: a free name
+        // is told without folding or hashing it.
+        if (!positions_ && isAsciiName(object.getName()) &&
+            std::none_of(items.begin(), items.end(), [&object](const std::unique_ptr<T> &item) {
+                return item->hasName() && foldsLikeAscii(item->getName(), object.getName());
+            }))
+            return false;
         FoldedKey key = FoldedKey::ofName(object.getName());
         if (!holds(items, key))
             return false;

@@ -149,6 +149,32 @@ bool foldsTo(std::string_view name, std::string_view folded)
     return true;
 }
 
+bool isAsciiName(std::string_view name)
+{
+    return isAscii(name);
+}
+
+bool foldsLikeAscii(std::string_view name, std::string_view ascii)
+{
+    // An ASCII character at either end of `name` folds on its own to the
+    // character at that end of the folded ASCII name.
+    if (name.empty() || ascii.empty())
+        return name.empty() && ascii.empty();
+    const auto first = static_cast<unsigned char>(name.front());
+    const auto last = static_cast<unsigned char>(name.back());
+    if ((first < 0x80 && asciiLower(name.front()) != asciiLower(ascii.front())) ||
+        (last < 0x80 && asciiLower(name.back()) != asciiLower(ascii.back())))
+        return false;
+    if (!isAscii(name))
+        return foldedName(name) == foldedName(ascii);
+    if (name.size() != ascii.size())
+        return false;
+    for (std::size_t i = 0; i < name.size(); ++i)
+        if (asciiLower(name[i]) != asciiLower(ascii[i]))
+            return false;
+    return true;
+}
+
 FoldedKey FoldedKey::ofFolded(std::string folded)
 {
     const std::size_t full = std::hash<std::string_view>()(folded);

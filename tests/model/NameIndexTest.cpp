@@ -133,6 +133,9 @@ TEST(NameIndexTest, FoldsUnicodeNamesLikeTheNameComparison)
         auto clash = SQLField::fieldWithName("KEY", "int");
         EXPECT_TRUE(fields.index.makeUnique(fields.items, *clash));
         EXPECT_EQ(clash->getName(), "KEY_1");
+        auto longer = SQLField::fieldWithName("STRASSE", "int");  // more bytes than its clash
+        EXPECT_TRUE(fields.index.makeUnique(fields.items, *longer));
+        EXPECT_EQ(longer->getName(), "STRASSE_1");
         auto free = SQLField::fieldWithName("keys", "int");
         EXPECT_FALSE(fields.index.makeUnique(fields.items, *free));
     }
