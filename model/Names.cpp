@@ -76,6 +76,17 @@ char asciiLower(char c)
     return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+// Two ASCII names equal but for case.
+bool asciiEqualIgnoringCase(std::string_view a, std::string_view b)
+{
+    if (a.size() != b.size())
+        return false;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (asciiLower(a[i]) != asciiLower(b[i]))
+            return false;
+    return true;
+}
+
 icu::UnicodeString fromUtf8(std::string_view text)
 {
     return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
@@ -101,14 +112,8 @@ bool namesEqualIgnoringCase(std::string_view a, std::string_view b)
 {
     if (a == b)
         return true;
-    if (isAscii(a) && isAscii(b)) {
-        if (a.size() != b.size())
-            return false;
-        for (std::size_t i = 0; i < a.size(); ++i)
-            if (asciiLower(a[i]) != asciiLower(b[i]))
-                return false;
-        return true;
-    }
+    if (isAscii(a) && isAscii(b))
+        return asciiEqualIgnoringCase(a, b);
     return fromUtf8(a).caseCompare(fromUtf8(b), U_FOLD_CASE_DEFAULT) == 0;
 }
 
@@ -165,14 +170,7 @@ bool foldsLikeAscii(std::string_view name, std::string_view ascii)
     if ((first < 0x80 && asciiLower(name.front()) != asciiLower(ascii.front())) ||
         (last < 0x80 && asciiLower(name.back()) != asciiLower(ascii.back())))
         return false;
-    if (!isAscii(name))
-        return foldedName(name) == foldedName(ascii);
-    if (name.size() != ascii.size())
-        return false;
-    for (std::size_t i = 0; i < name.size(); ++i)
-        if (asciiLower(name[i]) != asciiLower(ascii[i]))
-            return false;
-    return true;
+    return isAscii(name) ? asciiEqualIgnoringCase(name, ascii) : foldedName(name) == foldedName(ascii);
 }
 
 FoldedKey FoldedKey::ofFolded(std::string folded)
