@@ -232,11 +232,11 @@ bool isRemarkLine(const char16_t *begin, const char16_t *at, QuoteScanCache *cac
     return isRemarkWord(word);
 }
 
-bool isRemarkWord(const std::string &upperWord)
+bool isRemarkWord(std::string_view upperWord)
 {
     // SQL*Plus takes any abbreviation down to REM and PRO.
-    auto abbreviates = [&](const std::string &full) {
-        return upperWord.size() >= 3 && upperWord.size() <= full.size() && full.compare(0, upperWord.size(), upperWord) == 0;
+    auto abbreviates = [&](std::string_view full) {
+        return upperWord.size() >= 3 && upperWord.size() <= full.size() && full.substr(0, upperWord.size()) == upperWord;
     };
     return abbreviates("REMARK") || abbreviates("PROMPT");
 }

@@ -49,7 +49,7 @@ bool isRemarkLine(const char16_t *begin, const char16_t *at, QuoteScanCache *cac
 
 // True for REM[ARK] and PRO[MPT] in upper case, down to the three-letter
 // abbreviations SQL*Plus takes: the commands whose line is free text.
-bool isRemarkWord(const std::string &upperWord);
+bool isRemarkWord(std::string_view upperWord);
 
 // Units of the SQL*Plus substitution variable that prefixes a name at p
 // (&owner. in &owner.emp, &&owner.. in &&owner..emp, &1..emp), or 0. The

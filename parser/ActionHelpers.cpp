@@ -1083,6 +1083,19 @@ bool kp_skipIndexExpressionRest(pANTLR3_BASE_RECOGNIZER recognizer)
 
 // ---- Tree walker: texts and recovery ------------------------------------------
 
+ANTLR3_UINT32 kp_literalType(const char *word)
+{
+    const size_t length = std::strlen(word);
+    for (ANTLR3_UINT32 i = 4; i < kp_parserTokenCount; ++i) {
+        const auto *name = reinterpret_cast<const char *>(VellumGrammarCParserTokenNames[i]);
+        if (name != nullptr && name[0] == '\'' && std::strncmp(name + 1, word, length) == 0 &&
+            name[length + 1] == '\'' && name[length + 2] == '\0') {
+            return i;
+        }
+    }
+    return 0;
+}
+
 // ASCII input is copied unit by unit without a string of its own.
 void kp_appendTokenText(std::string &out, pANTLR3_COMMON_TOKEN token)
 {

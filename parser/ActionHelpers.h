@@ -124,6 +124,9 @@ bool kp_skipIndexExpressionRest(pANTLR3_BASE_RECOGNIZER recognizer);
 
 // ---- Tree walker -----------------------------------------------------------
 
+// The parser's token type of the keyword literal `word` ('CREATE'), or 0.
+ANTLR3_UINT32 kp_literalType(const char *word);
+
 // Appends a token's text (as kp_tokenText gives it) to `out`.
 void kp_appendTokenText(std::string &out, pANTLR3_COMMON_TOKEN token);
 

@@ -64,17 +64,7 @@ struct KnownTypes {
 
     KnownTypes()
     {
-        auto type = [](const char *word) -> ANTLR3_UINT32 {
-            const size_t length = std::strlen(word);
-            for (ANTLR3_UINT32 i = 4; i < kp_parserTokenCount; ++i) {
-                const auto *name = reinterpret_cast<const char *>(VellumGrammarCParserTokenNames[i]);
-                if (name != nullptr && name[0] == '\'' && std::strncmp(name + 1, word, length) == 0 &&
-                    name[length + 1] == '\'' && name[length + 2] == '\0') {
-                    return i;
-                }
-            }
-            return 0;
-        };
+        const auto type = kp_literalType;
         null = type("NULL");
         autoIncrement = type("AUTO_INCREMENT");
         autoincrement = type("AUTOINCREMENT");

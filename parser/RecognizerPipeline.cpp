@@ -1,5 +1,6 @@
 #include "RecognizerPipeline.h"
 
+#include "ActionHelpers.h"
 #include "Log.h"
 #include "RecognizerSupport.h"
 #include "RuntimeShortcuts.h"
@@ -11,6 +12,8 @@
 
 #include <SchemaModel/SchemaModel.h>
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 
 using sqlantlr::logf;
@@ -505,9 +508,6 @@ SQLSyntaxTree *RecognizerPipeline::parseStatement()
     static const StatementFollowSet follow;
     pVellumGrammarCParser parser = asParser(parser_);
     kp_resetRecognitionState(parser->pParser->rec);  // an error ends with its statement
-    if (session_.skipDataStatements && window_ != nullptr) {
-        window_->skipDataStatement();
-    }
     pANTLR3_STACK following = parser->pParser->rec->state->following;
     following->push(following, const_cast<ANTLR3_BITSET_LIST *>(&follow.list), nullptr);
     pANTLR3_TOKEN_STREAM tokens = parser->pParser->tstream;
@@ -515,6 +515,27 @@ SQLSyntaxTree *RecognizerPipeline::parseStatement()
     VellumGrammarCParser_schemaEntry_return entry = parser->schemaEntry(parser);
     following->pop(following);
     return treeHandle(entry.tree);
+}
+
+bool RecognizerPipeline::skipDataStatement(bool *leavesTree)
+{
+    *leavesTree = false;
+    if (parser_ == nullptr || window_ == nullptr || !session_.skipDataStatements || !window_->skipDataStatement()) {
+        return false;
+    }
+    pANTLR3_TOKEN_STREAM tokens = asParser(parser_)->pParser->tstream;
+    pANTLR3_COMMON_TOKEN first = tokens->_LT(tokens, 1);
+    pANTLR3_COMMON_TOKEN end = tokens->_LT(tokens, 2);
+    if (first == nullptr || end == nullptr || end->type != SEMI) {
+        return false;
+    }
+    // The grammar keeps INSERT and DROP statements in the tree (which the
+    // walker passes over); other statements it drops leave no tree.
+    static const std::array<ANTLR3_UINT32, 2> kept = {kp_literalType("INSERT"), kp_literalType("DROP")};
+    *leavesTree = std::find(kept.begin(), kept.end(), first->type) != kept.end();
+    tokens->istream->consume(tokens->istream);
+    tokens->istream->consume(tokens->istream);
+    return true;
 }
 
 bool RecognizerPipeline::importPlainStatement(SQLContainer &container)

@@ -93,6 +93,13 @@ public:
     // plain CREATE TABLE (kp_importPlainTable); false, with nothing read,
     // for any other statement, which parseStatement then parses.
     bool importPlainStatement(SQLContainer &container);
+    // Passes the next statement when it is a data or unknown statement whose
+    // text the script-line filter skips (TokenWindow::skipDataStatement) and
+    // that is then its first word and its ";": the grammar would make a
+    // tree of the two that the walker passes over (*leavesTree: whether that
+    // tree counts as one, as it does for INSERT and DROP). False when it is
+    // not so; parseStatement then parses what is left of it.
+    bool skipDataStatement(bool *leavesTree);
     // Walks one statement's tree into the container with the walker that
     // serves every statement of the call. False with *error set when the
     // walker cannot be made.

@@ -117,9 +117,13 @@ std::unique_ptr<SQLContainer> SQLParserC::parseStatements(RecognizerPipeline &pi
     auto container = std::make_unique<SQLContainer>();
     bool built = false;
     while (!pipeline.atEnd()) {
-        // A plain CREATE TABLE goes straight into the model.
+        // A plain CREATE TABLE goes straight into the model; a data
+        // statement leaves nothing in it.
+        bool leavesTree = false;
         if (pipeline.importPlainStatement(*container)) {
             built = true;
+        } else if (pipeline.skipDataStatement(&leavesTree)) {
+            built = built || leavesTree;
         } else if (SQLSyntaxTree *tree = pipeline.parseStatement()) {
             built = true;
             if (displayNodeList()) {

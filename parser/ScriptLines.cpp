@@ -52,19 +52,21 @@ std::string word(pANTLR3_COMMON_TOKEN token)
     const char16_t *units = nullptr;
     size_t count = 0;
     if (kp_tokenUnits(token, &units, &count)) {
-        if (count == 0 || units[0] >= 0x80 || !std::isalpha(static_cast<int>(units[0]))) {
+        const auto upper = [](char16_t unit) {
+            return static_cast<char>(unit >= u'a' && unit <= u'z' ? unit - (u'a' - u'A') : unit);
+        };
+        const char first = count > 0 && units[0] < 0x80 ? upper(units[0]) : '\0';
+        if (first < 'A' || first > 'Z') {
             return {};
         }
-        std::string text(count, ' ');
-        for (size_t i = 0; i < count; ++i) {
-            if (units[i] >= 0x80) {
-                text.clear();
-                break;
-            }
-            text[i] = static_cast<char>(std::toupper(static_cast<int>(units[i])));
+        char piece[32];
+        bool ascii = count <= sizeof piece;
+        for (size_t i = 0; ascii && i < count; ++i) {
+            ascii = units[i] < 0x80;
+            piece[i] = upper(units[i]);
         }
-        if (!text.empty()) {
-            return text;
+        if (ascii) {
+            return std::string(piece, count);
         }
     }
     std::string text = kp_tokenText(token);
@@ -288,12 +290,12 @@ bool ScriptLines::batchLine(size_t at)
     return true;
 }
 
-bool ScriptLines::lineCommand(size_t at)
+bool ScriptLines::lineCommand(size_t at, const std::string &w)
 {
     pANTLR3_COMMON_TOKEN first = raw(at);
-    const std::string w = word(first);
-    const bool sqlcmd = isText(first, ":") || isText(first, "!!");
-    const bool script = isText(first, "@") || isText(first, "@@");
+    // (a word is none of these punctuation commands)
+    const bool sqlcmd = w.empty() && (isText(first, ":") || isText(first, "!!"));
+    const bool script = w.empty() && (isText(first, "@") || isText(first, "@@"));
     const bool command = isClientCommand(w);
     if (!sqlcmd && !script && !command && !isClientStatement(w)) {
         return false;
@@ -335,16 +337,16 @@ bool ScriptLines::lineCommand(size_t at)
 }
 
 // IF <condition> before a statement, at the start of a statement.
-bool ScriptLines::guard(size_t at)
+bool ScriptLines::guard(size_t at, const std::string &w)
 {
-    if (word(raw(at)) == "ELSE") {
+    if (w == "ELSE") {
         // ELSE of a guard: what follows is read like the guarded statement.
         const size_t body = significant(at + 1);
         hide(at, body);
         emitUpTo(body);
         return guardedBlock(0);
     }
-    if (word(raw(at)) != "IF") {
+    if (w != "IF") {
         return false;
     }
     int depth = 0;
@@ -363,11 +365,11 @@ bool ScriptLines::guard(size_t at)
             --depth;
             continue;
         }
-        const std::string w = word(token);
-        if (w == "THEN" || w == "GO") {
+        const std::string next = word(token);
+        if (next == "THEN" || next == "GO") {
             return false;
         }
-        if (depth == 0 && i > at + 1 && isStatementWord(w) && w != "IF") {
+        if (depth == 0 && i > at + 1 && isStatementWord(next) && next != "IF") {
             break;
         }
         if (n + 1 == longestGuardCondition) {
@@ -447,9 +449,8 @@ void ScriptLines::reportUnendedBlock(pANTLR3_COMMON_TOKEN declare, pANTLR3_COMMO
                           declare->charPosition);
 }
 
-void ScriptLines::startStatement(size_t at)
+void ScriptLines::startStatement(size_t at, const std::string &w)
 {
-    const std::string w = word(raw(at));
     const std::string second = word(raw(significant(at + 1)));
     empty_ = false;
     if (w == "CREATE" || w == "ALTER") {
@@ -545,8 +546,10 @@ void ScriptLines::track(pANTLR3_COMMON_TOKEN token, size_t at)
     previousLine_ = token->line;
     previousPosition_ = token->charPosition;
     if (empty_) {
-        startStatement(at);
-        copy_ = word(token) == "COPY";
+        // (the token is raw(at))
+        const std::string w = word(token);
+        startStatement(at, w);
+        copy_ = w == "COPY";
         fromStdin_ = false;
     } else if (copy_ && word(token) == "STDIN") {
         fromStdin_ = true;
@@ -646,7 +649,11 @@ bool ScriptLines::step(pANTLR3_COMMON_TOKEN token)
     if (!empty_ && kind_ != Kind::Routine && breaksStatement(token)) {
         emitTerminator(token);
     }
-    return empty_ && (lineCommand(0) || guard(0));
+    if (!empty_) {
+        return false;
+    }
+    const std::string w = word(token);  // the token is raw(0)
+    return lineCommand(0, w) || guard(0, w);
 }
 
 // ")GO" at the end of a line: a batch separator written against the closing
@@ -800,12 +807,12 @@ bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANT
     if (second == nullptr) {
         return false;
     }
-    // The grammar consumes INSERT statements, and every statement whose first
-    // token opens no other rule, up to their ";" without looking at the tokens.
-    // COPY is read, to see whether data lines follow it, and DO may open a
-    // dollar-quoted block.
+    // The grammar consumes INSERT and DROP statements, and every statement
+    // whose first token opens no other rule, up to their ";" without looking
+    // at the tokens. COPY is read, to see whether data lines follow it, and DO
+    // may open a dollar-quoted block.
     const std::string w = word(first);
-    if ((w != "INSERT" && opensKnownStatement(first->type, w)) || isOneOf(w, {"DO", "COPY"})) {
+    if ((w != "INSERT" && w != "DROP" && opensKnownStatement(first->type, w)) || isOneOf(w, {"DO", "COPY"})) {
         return false;
     }
     if (w == "INSERT" ? kind_ != Kind::Insert

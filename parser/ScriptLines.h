@@ -140,8 +140,9 @@ private:
     void endStatement();
 
     bool batchLine(size_t at);
-    bool lineCommand(size_t at);
-    bool guard(size_t at);
+    // These take the word of the first token (at), which the caller has.
+    bool lineCommand(size_t at, const std::string &w);
+    bool guard(size_t at, const std::string &w);
     bool guardedBlock(size_t at);
     bool step(pANTLR3_COMMON_TOKEN token);
     bool gluedGo(pANTLR3_COMMON_TOKEN token);
@@ -155,7 +156,7 @@ private:
     bool blockBeginFollows(size_t at, pANTLR3_COMMON_TOKEN *until);
     // The record of a DECLARE whose BEGIN never comes, read up to until.
     void reportUnendedBlock(pANTLR3_COMMON_TOKEN declare, pANTLR3_COMMON_TOKEN until);
-    void startStatement(size_t at);
+    void startStatement(size_t at, const std::string &w);
     void track(pANTLR3_COMMON_TOKEN token, size_t at);
     void advanceInput(const char16_t *to);
     void skipCopyData(pANTLR3_COMMON_TOKEN semi);

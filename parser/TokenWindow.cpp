@@ -177,16 +177,18 @@ void TokenWindow::releaseConsumed()
     base_ += cut;
 }
 
-void TokenWindow::skipDataStatement()
+bool TokenWindow::skipDataStatement()
 {
     if (eof_ != nullptr || readCount() != p_ + 1) {
-        return;
+        return false;
     }
     pANTLR3_COMMON_TOKEN first = raw(p_);
     std::vector<pANTLR3_COMMON_TOKEN> dropped;
-    if (first != nullptr && lines_.skipDataStatement(first, dropped)) {
-        freeTokens_.insert(freeTokens_.end(), dropped.begin(), dropped.end());
+    if (first == nullptr || !lines_.skipDataStatement(first, dropped)) {
+        return false;
     }
+    freeTokens_.insert(freeTokens_.end(), dropped.begin(), dropped.end());
+    return true;
 }
 
 bool TokenWindow::startAhead(pANTLR3_COMMON_TOKEN *second)

@@ -38,8 +38,8 @@ public:
 
     // At the start of a statement whose first word is the current token and
     // the last one read: lets the script-line filter skip a data statement's
-    // text (ScriptLines::skipDataStatement).
-    void skipDataStatement();
+    // text (ScriptLines::skipDataStatement). True when it did.
+    bool skipDataStatement();
 
     // Reading a CREATE TABLE statement ahead from the lexer's fast path
     // (ScriptLines::startAhead and the rest), at the start of the statement

@@ -102,6 +102,14 @@ TEST(DataStatements, ImportsAreTheSameWithAndWithoutTheSkip)
         "COPY t FROM stdin;\nalice\tit's\n\\.\nCREATE TABLE q (x INT);\nGRANT ALL ON q TO u;\n",
         "LOCK TABLES `t` WRITE;\nSET @a = 'x;y', b = 2;\nUNLOCK TABLES;\nUPDATE t SET a = 1\nCREATE TABLE r (x INT);",
         "GRANT SELECT\nON t\nTO u;\nDECLARE @v INT\nCREATE TABLE s (x INT)\nGO\nREVOKE x ON y FROM z",
+        // DROP statements are skipped too, cut where the filter cuts them.
+        "DROP TABLE IF EXISTS `a`;\nCREATE TABLE a (id INT);\nDROP TABLE a CASCADE CONSTRAINTS\nCREATE TABLE b (x INT);\n"
+        "DROP INDEX i ON t\nGO\nDROP VIEW 'v;w';\ndrop table \"x;y\" /* ; */;\nCREATE TABLE c (x DECIMAL(10 2));",
+        "DROP TABLE t\n/\nDROP SEQUENCE s;\nDROP TABLE u -- ;\n;\nDROP",
+        // Scripts of skipped statements only: INSERT and DROP leave an empty
+        // model, statements the grammar drops leave none.
+        "DROP TABLE a;", "INSERT INTO t VALUES (1);\nDROP TABLE t;", "GRANT x ON y TO z;\nLOCK TABLES t WRITE;",
+        "GRANT x ON y TO z;\nINSERT INTO t VALUES (1);",
         // A Q right after a quoted string: the lexer reads on in its own way.
         "-O\"\"Q;\nSET\"",
         "INSERT INTO t VALUES (''Q;\nCREATE TABLE v (x INT);\nINSERT INTO t VALUES ('a'q'b');\n",
@@ -134,7 +142,8 @@ TEST(DataStatements, GeneratedScriptsImportTheSameWithAndWithoutTheSkip)
         const int statements = 1 + static_cast<int>(random() % 3);
         for (int s = 0; s < statements; ++s) {
             const char *const starts[] = {"INSERT INTO t VALUES (", "INSERT INTO t VALUES (", "REPLACE INTO t VALUES (",
-                                          "GRANT SELECT ON t TO u (", "SET x = (", "COPY t FROM stdin;\n1\t("};
+                                          "GRANT SELECT ON t TO u (", "SET x = (", "COPY t FROM stdin;\n1\t(",
+                                          "DROP TABLE t ("};
             sql += starts[random() % std::size(starts)];
             const int count = static_cast<int>(random() % 12);
             for (int i = 0; i < count; ++i) {
