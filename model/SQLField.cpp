@@ -58,9 +58,10 @@ void SQLField::setDefaultValueFromParsedString(std::string_view value)
     setTexts(getType(), value);
 }
 
-std::optional<std::string> SQLField::getDefaultValue() const
+const std::optional<std::string> &SQLField::getDefaultValue() const
 {
-    return texts_ != nullptr ? texts_->defaultValue : std::nullopt;
+    static const std::optional<std::string> none;
+    return texts_ != nullptr ? texts_->defaultValue : none;
 }
 
 SQLConstraint *SQLField::addCheckConstraint(std::unique_ptr<SQLConstraint> constraint)

@@ -34,6 +34,10 @@ void nameOrNull(JsonWriter &json, const SQLObject &object)
 void properties(JsonWriter &json, const SQLObject &object)
 {
     json.key("properties"_key);
+    if (object.getProperties().empty()) {
+        json.emptyObject();  // most objects have none
+        return;
+    }
     json.beginObject();
     for (const auto &[key, value] : object.getProperties()) {
         json.key(key);
@@ -49,6 +53,10 @@ void properties(JsonWriter &json, const SQLObject &object)
 void checks(JsonWriter &json, const std::vector<std::unique_ptr<SQLConstraint>> &constraints)
 {
     json.key("checks"_key);
+    if (constraints.empty()) {
+        json.emptyArray();
+        return;
+    }
     json.beginArray();
     for (const auto &check : constraints) {
         json.beginObject();

@@ -53,7 +53,7 @@ public:
 
     /// Default value text, stored exactly as given.
     void setDefaultValueFromParsedString(std::string_view value);
-    std::optional<std::string> getDefaultValue() const;
+    const std::optional<std::string> &getDefaultValue() const;
 
     /// Returns the added constraint, or nullptr when given nullptr.
     SQLConstraint *addCheckConstraint(std::unique_ptr<SQLConstraint> constraint);

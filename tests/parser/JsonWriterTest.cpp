@@ -147,6 +147,14 @@ std::string written(bool pretty)
         json.endArray();
         json.endObject();
         json.endArray();
+        // The one-step empty object and array, as members and as elements.
+        json.key("one step"_key);
+        json.emptyObject();
+        json.key("one-step list"_key);
+        json.beginArray();
+        json.emptyArray();
+        json.emptyObject();
+        json.endArray();
         json.endObject();
     }
     return out.str();
@@ -163,7 +171,9 @@ TEST(JsonWriter, LaysOutLikeDump)
                                                true,
                                                nullptr,
                                                {{"nested", nlohmann::ordered_json::array()},
-                                                {"needs \"escaping\"\n", {false}}}}}};
+                                                {"needs \"escaping\"\n", {false}}}}},
+                                             {"one step", nlohmann::ordered_json::object()},
+                                             {"one-step list", {nlohmann::ordered_json::array(), nlohmann::ordered_json::object()}}};
     EXPECT_EQ(written(false), document.dump());
     EXPECT_EQ(written(true), document.dump(2));
 }
