@@ -80,10 +80,10 @@ void dumpTable(int n, std::string &out)
     out += "LOCK TABLES " + name + " WRITE;\n/*!40000 ALTER TABLE " + name + " DISABLE KEYS */;\n";
 }
 
-void dumpInsert(std::mt19937 &random, int table, long &row, std::string &out)
+void dumpInsert(std::mt19937 &random, int table, int rows, long &row, std::string &out)
 {
     out += "INSERT INTO `data" + std::to_string(table) + "` VALUES ";
-    for (int i = 0; i < 200; ++i, ++row) {
+    for (int i = 0; i < rows; ++i, ++row) {
         out += (i == 0 ? "(" : ",(") + std::to_string(row) + ",'" + dumpStrings[random() % 8] + "'," +
                std::to_string(random() % 100000) + "." + std::to_string(random() % 90 + 10) + "," +
                (row % 7 == 0 ? std::string("NULL") : "'" + std::string(dumpStrings[random() % 8]) + "'") +
@@ -94,7 +94,7 @@ void dumpInsert(std::mt19937 &random, int table, long &row, std::string &out)
 
 } // namespace
 
-std::string generateDumpScript(size_t minimumBytes)
+std::string generateDumpScript(size_t minimumBytes, int rowsPerInsert)
 {
     std::mt19937 random(12345);
     std::string out;
@@ -107,7 +107,7 @@ std::string generateDumpScript(size_t minimumBytes)
         // Each table gets its share of the data, the last one the remainder.
         const size_t share = minimumBytes * static_cast<size_t>(n + 1) / tables;
         do {
-            dumpInsert(random, n, row, out);
+            dumpInsert(random, n, rowsPerInsert, row, out);
         } while (out.size() < share);
         out += "/*!40000 ALTER TABLE `data" + std::to_string(n) + "` ENABLE KEYS */;\nUNLOCK TABLES;\n\n";
     }

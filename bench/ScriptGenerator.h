@@ -11,7 +11,9 @@ namespace bench {
 std::string generateSchemaScript(size_t minimumBytes);
 
 // A mysqldump-style script of at least minimumBytes bytes: a few CREATE TABLE
-// statements, then multi-row INSERTs whose strings hold escapes and quotes.
-std::string generateDumpScript(size_t minimumBytes);
+// statements, then INSERTs of rowsPerInsert rows each whose strings hold
+// escapes and quotes (one row each is what mysqldump --skip-extended-insert
+// and pg_dump --inserts write).
+std::string generateDumpScript(size_t minimumBytes, int rowsPerInsert = 200);
 
 } // namespace bench

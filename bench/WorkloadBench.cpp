@@ -4,6 +4,9 @@
 //   cli-model   `sqlantlr model FILE` on the same script, JSON output included
 //   dump-import the library imports a dump file (parseFile): a few tables, many multi-row INSERTs
 //   cli-dump    `sqlantlr model FILE` on the same dump (the file parsed in place)
+//   rows-import the library imports a dump of one row per INSERT (pg_dump --inserts,
+//               mysqldump --skip-extended-insert)
+//   cli-rows    `sqlantlr model FILE` on the same dump
 //
 // MB/s is given per wall second and per CPU second of the child (user and
 // system time, process start and file reading included): on a shared
@@ -16,7 +19,7 @@
 //   sqlantlr_workload_bench [--short] [--sizes MB,MB,...] [--cli PATH]
 // The sizes default to 1,10,100 MB; SQLANTLR_BENCH_1GB=1 adds 1000 MB.
 // --short runs 0.2 MB of each workload once, to prove the benchmark still works.
-//   sqlantlr_workload_bench --write ddl|dump MB FILE
+//   sqlantlr_workload_bench --write ddl|dump|rows MB FILE
 // writes the script a workload would parse, for measuring other commands on it.
 //   sqlantlr_workload_bench --child FILE | --child-string FILE
 // imports FILE once with parseFile (as ddl-import and dump-import do) or
@@ -169,6 +172,15 @@ void report(const char *workload, double megabytes, size_t bytes, const Outcome 
     std::fflush(stdout);
 }
 
+// The script of a workload: ddl, dump or rows.
+std::string scriptOf(const std::string &kind, size_t bytes)
+{
+    if (kind == "ddl") {
+        return bench::generateSchemaScript(bytes);
+    }
+    return bench::generateDumpScript(bytes, kind == "rows" ? 1 : 200);
+}
+
 bool writeFile(const std::string &path, const std::string &text)
 {
     std::ofstream out(path, std::ios::binary);
@@ -193,12 +205,11 @@ int main(int argc, char **argv)
         } else if (arg == "--write" && i + 3 < argc) {
             const std::string kind = argv[i + 1];
             const auto bytes = static_cast<size_t>(std::stod(argv[i + 2]) * 1e6);
-            if (kind != "ddl" && kind != "dump") {
-                std::cerr << "sqlantlr_workload_bench: --write takes ddl or dump\n";
+            if (kind != "ddl" && kind != "dump" && kind != "rows") {
+                std::cerr << "sqlantlr_workload_bench: --write takes ddl, dump or rows\n";
                 return 2;
             }
-            if (!writeFile(argv[i + 3], kind == "dump" ? bench::generateDumpScript(bytes)
-                                                      : bench::generateSchemaScript(bytes))) {
+            if (!writeFile(argv[i + 3], scriptOf(kind, bytes))) {
                 std::perror(argv[i + 3]);
                 return 1;
             }
@@ -215,7 +226,7 @@ int main(int argc, char **argv)
             cli = argv[++i];
         } else {
             std::cerr << "usage: sqlantlr_workload_bench [--short] [--sizes MB,MB,...] [--cli PATH]\n"
-                         "       sqlantlr_workload_bench --write ddl|dump MB FILE\n";
+                         "       sqlantlr_workload_bench --write ddl|dump|rows MB FILE\n";
             return 2;
         }
     }
@@ -231,8 +242,8 @@ int main(int argc, char **argv)
     bool failed = false;
     for (const double megabytes : sizes) {
         const auto bytes = static_cast<size_t>(megabytes * 1e6);
-        for (const bool dump : {false, true}) {
-            std::string script = dump ? bench::generateDumpScript(bytes) : bench::generateSchemaScript(bytes);
+        for (const std::string kind : {"ddl", "dump", "rows"}) {
+            std::string script = scriptOf(kind, bytes);
             if (!writeFile(file, script)) {
                 std::perror(file.c_str());
                 return 1;
@@ -248,11 +259,11 @@ int main(int argc, char **argv)
             if (imported.ok && std::sscanf(output.c_str(), "%lf", &seconds) == 1 && seconds > 0) {
                 imported.seconds = seconds;
             }
-            report(dump ? "dump-import" : "ddl-import", megabytes, scriptBytes, imported);
+            report((kind + "-import").c_str(), megabytes, scriptBytes, imported);
             failed = failed || !imported.ok;
             std::string unused;
             const Outcome model = runProcess({cli, "model", file}, false, unused);
-            report(dump ? "cli-dump" : "cli-model", megabytes, scriptBytes, model);
+            report(kind == "ddl" ? "cli-model" : ("cli-" + kind).c_str(), megabytes, scriptBytes, model);
             failed = failed || !model.ok;
         }
     }
