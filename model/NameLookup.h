@@ -31,6 +31,22 @@ bool isAsciiName(std::string_view name);
 /// place unless `name` is not ASCII.
 bool foldsLikeAscii(std::string_view name, std::string_view ascii);
 
+/// The same, inline where most names of a list differ: an ASCII character at
+/// either end of `name` folds on its own to the character at that end of the
+/// folded ASCII name.
+inline bool foldsLikeAsciiName(std::string_view name, std::string_view ascii)
+{
+    const auto lower = [](unsigned char c) { return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c; };
+    if (!name.empty() && !ascii.empty()) {
+        const auto first = static_cast<unsigned char>(name.front());
+        const auto last = static_cast<unsigned char>(name.back());
+        if ((first < 0x80 && lower(first) != lower(static_cast<unsigned char>(ascii.front()))) ||
+            (last < 0x80 && lower(last) != lower(static_cast<unsigned char>(ascii.back()))))
+            return false;
+    }
+    return foldsLikeAscii(name, ascii);
+}
+
 /// A folded name and its hash, made once per look-up.
 struct FoldedKey {
     static FoldedKey ofName(std::string_view name) { return ofFolded(foldedName(name)); }
@@ -207,7 +223,7 @@ public:
         // is told without folding or hashing it.
         if (!positions_ && isAsciiName(object.getName()) &&
             std::none_of(items.begin(), items.end(), [&object](const std::unique_ptr<T> &item) {
-                return item->hasName() && foldsLikeAscii(item->getName(), object.getName());
+                return item->hasName() && foldsLikeAsciiName(item->getName(), object.getName());
             }))
             return false;
         FoldedKey key = FoldedKey::ofName(object.getName());

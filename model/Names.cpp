@@ -161,15 +161,8 @@ bool isAsciiName(std::string_view name)
 
 bool foldsLikeAscii(std::string_view name, std::string_view ascii)
 {
-    // An ASCII character at either end of `name` folds on its own to the
-    // character at that end of the folded ASCII name.
     if (name.empty() || ascii.empty())
         return name.empty() && ascii.empty();
-    const auto first = static_cast<unsigned char>(name.front());
-    const auto last = static_cast<unsigned char>(name.back());
-    if ((first < 0x80 && asciiLower(name.front()) != asciiLower(ascii.front())) ||
-        (last < 0x80 && asciiLower(name.back()) != asciiLower(ascii.back())))
-        return false;
     return isAscii(name) ? asciiEqualIgnoringCase(name, ascii) : foldedName(name) == foldedName(ascii);
 }
 
