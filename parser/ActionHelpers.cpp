@@ -1088,7 +1088,7 @@ ANTLR3_UINT32 kp_literalType(const char *word)
     const size_t length = std::strlen(word);
     for (ANTLR3_UINT32 i = 4; i < kp_parserTokenCount; ++i) {
         const auto *name = reinterpret_cast<const char *>(VellumGrammarCParserTokenNames[i]);
-        if (name != nullptr && name[0] == '\'' && std::strncmp(name + 1, word, length) == 0 &&
+        if (name != nullptr && name[0] == '\'' && name[1] == word[0] && std::strncmp(name + 1, word, length) == 0 &&
             name[length + 1] == '\'' && name[length + 2] == '\0') {
             return i;
         }
