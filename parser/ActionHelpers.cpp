@@ -1096,41 +1096,48 @@ ANTLR3_UINT32 kp_literalType(const char *word)
     return 0;
 }
 
-// ASCII input is copied unit by unit without a string of its own.
-void kp_appendTokenText(std::string &out, pANTLR3_COMMON_TOKEN token)
+namespace {
+
+// Appends the separator (unless it is '\0') and the token's text. A short
+// ASCII token is narrowed on the stack in one pass and appended with one
+// copy; anything else takes kp_tokenText's conversion.
+void appendToken(std::string &out, char separator, pANTLR3_COMMON_TOKEN token)
 {
     const char16_t *units = nullptr;
     size_t count = 0;
-    char16_t any = 0;
-    if (kp_tokenUnits(token, &units, &count)) {
+    char piece[64];
+    size_t used = 0;
+    if (separator != '\0') {
+        piece[used++] = separator;
+    }
+    if (kp_tokenUnits(token, &units, &count) && count <= sizeof piece - used) {
+        char16_t any = 0;
         for (size_t i = 0; i < count; ++i) {
             any |= units[i];
+            piece[used + i] = static_cast<char>(units[i]);
+        }
+        if (any < 0x80) {
+            out.append(piece, used + count);
+            return;
         }
     }
-    if (units == nullptr || any >= 0x80) {
-        out += kp_tokenText(token);
-        return;
+    if (separator != '\0') {
+        out += separator;
     }
-    // Narrowed in pieces on the stack, appended with one copy each.
-    char piece[64];
-    while (count > 0) {
-        const size_t n = std::min(count, sizeof piece);
-        for (size_t i = 0; i < n; ++i) {
-            piece[i] = static_cast<char>(units[i]);
-        }
-        out.append(piece, n);
-        units += n;
-        count -= n;
-    }
+    out += kp_tokenText(token);
+}
+
+} // namespace
+
+void kp_appendTokenText(std::string &out, pANTLR3_COMMON_TOKEN token)
+{
+    appendToken(out, '\0', token);
 }
 
 void kp_appendRunWord(std::string &text, bool first, pANTLR3_COMMON_TOKEN token)
 {
-    if (!first) {
-        text += ' ';
-    }
-    const size_t wordStart = text.size();
-    kp_appendTokenText(text, token);
+    const size_t wordStart = text.size() + (first ? 0 : 1);
+    appendToken(text, first ? '\0' : ' ', token);
     // A bracketed word is a quoted name of SQL Server: [int] is the type int.
     // PostgreSQL's array bounds keep their brackets: int [], int [3].
     if (token != nullptr && token->type != ARRAY_BOUNDS && text.size() - wordStart >= 2 && text[wordStart] == '[' &&

@@ -247,6 +247,13 @@ TEST(DataTypes, TypeTextKeepsTheCaseAndNormalisesBlanks)
         {"public.mood", "public . mood"},
         {"\"int\"", "\"int\""},
         {"CURSOR", "CURSOR"},
+        // Short ASCII words are narrowed in place (a word up to 64 units, 63
+        // after a blank); longer or non-ASCII ones are converted.
+        {"[int]", "int"},
+        {"ÉNUM_tÿpe(3)", "ÉNUM_tÿpe ( 3 )"},
+        {"t222222222222222222222222222222222222222222222222222222222222222(2)", "t222222222222222222222222222222222222222222222222222222222222222 ( 2 )"},
+        {"t2222222222222222222222222222222222222222222222222222222222222222(2)", "t2222222222222222222222222222222222222222222222222222222222222222 ( 2 )"},
+        {"ENUM('aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa', 'aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa')", "ENUM ( 'aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa' , 'aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa' )"},
     };
     for (const auto &[source, text] : types) {
         const ParseResult result = column(std::string("a ") + source);
