@@ -56,6 +56,7 @@ struct KnownTypes {
     ANTLR3_UINT32 references = 0, deleteWord = 0, noAction = 0, action = 0, restrict = 0, cascade = 0;
     ANTLR3_UINT32 deferrable = 0, initially = 0, immediate = 0, deferred = 0;
     ANTLR3_UINT32 create = 0, table = 0, ifWord = 0, exists = 0, index = 0, constraint = 0, engine = 0, typeWord = 0;
+    ANTLR3_UINT32 identity = 0, clustered = 0, nonclustered = 0, asc = 0, desc = 0, fillfactor = 0;
     // Oracle's state words after a table's CHECK.
     std::array<bool, kp_parserTokenCount> checkStates{};
     std::array<TypeForm, kp_parserTokenCount> forms{};
@@ -115,6 +116,12 @@ struct KnownTypes {
         constraint = type("CONSTRAINT");
         engine = type("ENGINE");
         typeWord = type("TYPE");
+        identity = type("IDENTITY");
+        clustered = type("CLUSTERED");
+        nonclustered = type("NONCLUSTERED");
+        asc = type("ASC");
+        desc = type("DESC");
+        fillfactor = type("FILLFACTOR");
         for (const char *word : {"ENABLE", "DISABLE", "VALIDATE", "NOVALIDATE", "RELY", "NORELY"}) {
             if (ANTLR3_UINT32 t = type(word)) {
                 checkStates[t] = true;
@@ -423,6 +430,24 @@ private:
         return at_.is(type);
     }
 
+    // Passes the current token; true when the next one is a number without
+    // a fraction, signed or not.
+    bool nextIsInteger()
+    {
+        at_.advance();
+        return at_.is(INT) || at_.is(SIGNED_INT);
+    }
+
+    // Passes SQL Server's CLUSTERED or NONCLUSTERED, if it is the current token.
+    bool clustering()
+    {
+        if (!at_.is(k_.clustered) && !at_.is(k_.nonclustered)) {
+            return false;
+        }
+        at_.advance();
+        return true;
+    }
+
     // CURRENT_TIMESTAMP [( [n] )]
     bool timestampCall(std::string *text)
     {
@@ -498,11 +523,25 @@ private:
         } else if (at_.is(k_.null) || at_.is(k_.enable)) {
             at_.advance();
         } else if (type == T_PRIMARY) {
+            // PRIMARY KEY [CLUSTERED | NONCLUSTERED] (SQL Server)
             if (!nextIs(T_KEY)) {
                 return false;
             }
             at_.advance();
+            if (clustering() && at_.is(T_HASH)) {
+                return false;
+            }
             step(column, Kind::PrimaryKey);
+        } else if (at_.is(k_.identity)) {
+            // SQL Server's IDENTITY [(seed, increment)]: it does not make the
+            // column auto-increment
+            at_.advance();
+            if (at_.is(OPENPAREN)) {
+                if (!nextIsInteger() || !nextIs(COMMA) || !nextIsInteger() || !nextIs(CLOSEPAREN)) {
+                    return false;
+                }
+                at_.advance();
+            }
         } else if (at_.is(k_.autoIncrement) || at_.is(k_.autoincrement)) {
             at_.advance();
             step(column, Kind::AutoIncrement);
@@ -924,19 +963,28 @@ private:
         }
         const ANTLR3_UINT32 type = at_.type();
         if (type == T_PRIMARY) {
-            // PRIMARY KEY [name] (a, b) [state]: the key's name is not used
+            // PRIMARY KEY [CLUSTERED | NONCLUSTERED] [name] (a [ASC | DESC], ...)
+            // [state] [WITH (options)] [ON file group]: the key's name, sort
+            // orders (taken only after SQL Server's clustering word) and
+            // storage leave nothing.
             entry.kind = PlainEntry::Kind::PrimaryKey;
             if (!nextIs(T_KEY)) {
                 return false;
             }
             at_.advance();
+            const bool clustered = clustering();
+            if (clustered && at_.is(T_HASH)) {
+                return false;
+            }
             if (at_.is(STRING) || at_.is(QUOTED_STRING)) {
                 at_.advance();
             }
-            if (!columnList(entry.columns)) {
+            if (!columnList(entry.columns, clustered)) {
                 return false;
             }
-            skipKeyState();
+            if (!skipPrimaryKeyState()) {
+                return false;
+            }
         } else if (at_.is(k_.unique) || type == T_KEY || at_.is(k_.index)) {
             // UNIQUE [KEY | INDEX] [name] (a, b), KEY | INDEX [name] (a, b), [state]
             entry.kind = at_.is(k_.unique) ? PlainEntry::Kind::Unique : PlainEntry::Kind::Index;
@@ -1036,9 +1084,70 @@ private:
         }
     }
 
+    // The state of a primary key: the state words of skipKeyState and SQL
+    // Server's WITH (name = value, ...) and ON file group, in any order.
+    // False where something else of the grammar's stands.
+    bool skipPrimaryKeyState()
+    {
+        for (;;) {
+            skipKeyState();
+            if (at_.is(T_WITH)) {
+                if (!storageOptions()) {
+                    return false;
+                }
+            } else if (at_.is(k_.on)) {
+                // ON name | [name] | PRIMARY; a partition scheme's (column) is the grammar's
+                const ANTLR3_UINT32 group = nextType();
+                if (group != T_PRIMARY && group != STRING && group != QUOTED_STRING) {
+                    return false;
+                }
+                if (nextType() == OPENPAREN || at_.is(k_.dot)) {
+                    return false;
+                }
+            } else {
+                return true;
+            }
+        }
+    }
+
+    // WITH ( name = value, ... ) of SQL Server's index options: values that
+    // are numbers, words or ON; lists and anything else are the grammar's.
+    bool storageOptions()
+    {
+        if (!nextIs(OPENPAREN)) {
+            return false;
+        }
+        for (;;) {
+            const ANTLR3_UINT32 name = nextType();
+            if ((name != STRING && name != k_.fillfactor) || !nextIs(EQUALS)) {
+                return false;
+            }
+            const ANTLR3_UINT32 value = nextType();
+            if (value != INT && value != STRING && value != k_.on) {
+                return false;
+            }
+            const ANTLR3_UINT32 after = nextType();
+            if (after == CLOSEPAREN) {
+                at_.advance();
+                return true;
+            }
+            if (after != COMMA) {
+                return false;
+            }
+        }
+    }
+
+    // Passes the current token; the type of the next one.
+    ANTLR3_UINT32 nextType()
+    {
+        at_.advance();
+        return at_.type();
+    }
+
     // ( a, b ): names that read as columns of a key, not as a type's size or
-    // values (KEY e (10) is a column called key).
-    bool columnList(std::vector<std::string> &columns)
+    // values (KEY e (10) is a column called key). With sorted, each may
+    // take ASC or DESC (which leaves nothing).
+    bool columnList(std::vector<std::string> &columns, bool sorted = false)
     {
         if (!at_.is(OPENPAREN)) {
             return false;
@@ -1051,6 +1160,9 @@ private:
             }
             columns.push_back(kp_tokenText(name));
             at_.advance();
+            if (sorted && (at_.is(k_.asc) || at_.is(k_.desc))) {
+                at_.advance();
+            }
             if (at_.is(CLOSEPAREN)) {
                 at_.advance();
                 return true;
@@ -1131,6 +1243,19 @@ private:
                 // A collation is read as an expression: nothing of one may follow.
                 if (collation && (at_.is(k_.dot) || at_.is(OPENPAREN) || at_.is(QUOTED_STRING) || at_.is(k_.cast) ||
                                   at_.is(k_.plus) || at_.is(k_.minus) || at_.is(k_.star) || at_.is(FORWARD_SLASH))) {
+                    return false;
+                }
+            } else if (at_.is(k_.on) || (at_.is(STRING) && kp_isAnyWord(at_.token(), "TEXTIMAGE_ON FILESTREAM_ON"))) {
+                // SQL Server's file groups: ON name | [name] | PRIMARY, TEXTIMAGE_ON
+                // and FILESTREAM_ON name. ON COMMIT and a partition scheme's
+                // (column) are the grammar's.
+                const ANTLR3_UINT32 group = nextType();
+                if ((group != T_PRIMARY && group != STRING && group != QUOTED_STRING) ||
+                    kp_isWord(at_.token(), "COMMIT")) {
+                    return false;
+                }
+                const ANTLR3_UINT32 after = nextType();
+                if (after == OPENPAREN || after == k_.dot) {
                     return false;
                 }
             } else {

@@ -94,6 +94,14 @@ TEST(PlainColumns, TheCommonTablesOfEachDialectAreReadWhole)
                               "CREATE TABLE \"HR\".\"T\" (\"ID\" NUMBER(10,0), CONSTRAINT \"T_PK\" PRIMARY KEY (\"ID\") ENABLE);\n"
                               "CREATE TABLE `m` (`id` int) CHARACTER SET `utf8` COLLATE `utf8_bin`;"),
               3u);
+    // SQL Server's tables as its tools write them, ended by GO lines or ";".
+    EXPECT_EQ(plainTablesRead("SET ANSI_NULLS ON\nGO\nCREATE TABLE [dbo].[T](\n\t[ID] [int] IDENTITY(1,1) NOT NULL,\n"
+                              "\t[N] [nvarchar](50) NULL,\n\t[D] [decimal](18, 2) NOT NULL,\n CONSTRAINT [PK_T] PRIMARY KEY"
+                              " CLUSTERED \n(\n\t[ID] ASC\n)WITH (PAD_INDEX = OFF, STATISTICS_NORECOMPUTE = OFF, FILLFACTOR = 90,"
+                              " ALLOW_ROW_LOCKS = ON) ON [PRIMARY]\n) ON [PRIMARY] TEXTIMAGE_ON [PRIMARY]\nGO\n"
+                              "CREATE TABLE u (a int IDENTITY PRIMARY KEY NONCLUSTERED, b int,"
+                              " PRIMARY KEY NONCLUSTERED (b DESC, a) ON PRIMARY);"),
+              2u);
     // The grammar's: another statement kind, a table option or entry not read here, no terminator.
     EXPECT_EQ(plainTablesRead("CREATE TEMPORARY TABLE t (a int);\nCREATE TABLE t (a int) ROW_FORMAT=DYNAMIC;\n"
                               "CREATE TABLE t (a int, FOREIGN KEY (a) REFERENCES u (id) MATCH FULL);\nCREATE TABLE t (a int)"),
@@ -176,6 +184,19 @@ TEST(PlainColumns, WholeTablesMakeTheGrammarsModel)
              "CREATE TABLE b (y int, z int, w int, v int, u int);\n"
              "CREATE TABLE c (y int DEFAULT 2 NOT NULL, z int, KEY k (y(10)));\n"
              "CREATE TABLE d (q int, r int, s int, t int, o int);",
+             // SQL Server's identity columns, clustered keys, index options and
+             // file groups, and the forms of them left to the grammar (a sort
+             // order without a clustering word is reported there).
+             "CREATE TABLE [dbo].[T] ([ID] [int] IDENTITY(1,1) NOT NULL, [N] [nvarchar](50) NULL, CONSTRAINT [PK_T]"
+             " PRIMARY KEY CLUSTERED ([ID] ASC, [N] DESC) WITH (PAD_INDEX = OFF, FILLFACTOR = 80, X = ON) ON [PRIMARY])"
+             " ON [PRIMARY] TEXTIMAGE_ON [PRIMARY]\nGO\nCREATE TABLE u (a int IDENTITY(-5, -1) PRIMARY KEY CLUSTERED,"
+             " b int IDENTITY, PRIMARY KEY NONCLUSTERED pk (b) ENABLE WITH (ONLINE = ON) ON fg) FILESTREAM_ON fs;",
+             "CREATE TABLE t (a int, PRIMARY KEY (a ASC));\nCREATE TABLE t (a int IDENTITY(1), b int IDENTITY (1, 2, 3));\n"
+             "CREATE TABLE t (a int IDENTITY(- 1, 1) NOT NULL, PRIMARY KEY CLUSTERED HASH (a));\n"
+             "CREATE TABLE t (a int, PRIMARY KEY CLUSTERED (a) WITH (DATA_COMPRESSION = PAGE ON PARTITIONS (1)));\n"
+             "CREATE TABLE t (a int, PRIMARY KEY (a) WITH (BUCKET_COUNT = (10)) ON ps (a)) ON ps(a);\n"
+             "CREATE TABLE t (a int) ON COMMIT PRESERVE ROWS;\nCREATE TABLE t (a int) ON [PRIMARY] (x);\n"
+             "CREATE TABLE t (a int PRIMARY KEY CLUSTERED WITH (FILLFACTOR = 1), b int) ON x.y TEXTIMAGE_ON;",
              // Records of the lexer and of later statements keep their order.
              "CREATE TABLE a (id INT);\nDECLARE v INT;\nCREATE TABLE b (x INT, x INT);\nDECLARE w INT;\n"
              "ALTER TABLE b ADD PRIMARY KEY (x);",
@@ -256,17 +277,23 @@ TEST(PlainColumns, GeneratedTablesMakeTheGrammarsModel)
         "REFERENCES u ON DELETE CASCADE", "REFERENCES u (id) DEFERRABLE", "REFERENCES",
         "CHECK ()", "CHECK (a <> 'x' OR f(a, 2) > 1)", "CONSTRAINT c CHECK (a IN (1, 2))", "CONSTRAINT nn NOT NULL",
         "CONSTRAINT pk PRIMARY KEY", "CONSTRAINT u UNIQUE", "CONSTRAINT d DEFAULT 5", "CONSTRAINT",
-        "CONSTRAINT f FOREIGN KEY REFERENCES u (id)", "CONSTRAINT r REFERENCES u ON DELETE SET NULL"};
+        "CONSTRAINT f FOREIGN KEY REFERENCES u (id)", "CONSTRAINT r REFERENCES u ON DELETE SET NULL",
+        "IDENTITY(1,1)", "IDENTITY", "IDENTITY(1)", "PRIMARY KEY CLUSTERED", "PRIMARY KEY NONCLUSTERED HASH"};
     const std::vector<std::string> entries = {"PRIMARY KEY (a)", "UNIQUE KEY uk (a)", "KEY (a)", "CONSTRAINT ck CHECK (1)",
                                               "", "FOREIGN KEY (a) REFERENCES u (id)", "INDEX i (a, `b`)",
                                               "CONSTRAINT fk FOREIGN KEY (a) REFERENCES u ON DELETE CASCADE",
                                               "CHECK (a > 0) ENABLE", "KEY kp (a(3))", "PRIMARY KEY (zz)",
                                               "CONSTRAINT pk PRIMARY KEY (a) ENABLE", "CONSTRAINT uq UNIQUE (a)",
                                               "UNIQUE (a) DEFERRABLE INITIALLY DEFERRED", "PRIMARY KEY pk (a, `b`)",
-                                              "CONSTRAINT ix INDEX i (a) NOT DEFERRABLE"};
+                                              "CONSTRAINT ix INDEX i (a) NOT DEFERRABLE",
+                                              "CONSTRAINT [PK] PRIMARY KEY CLUSTERED ([a] ASC) WITH (PAD_INDEX = OFF) ON [PRIMARY]",
+                                              "PRIMARY KEY NONCLUSTERED (a DESC, [d]) ON fg", "PRIMARY KEY (a DESC)",
+                                              "PRIMARY KEY CLUSTERED (a) WITH (FILLFACTOR = 70, ONLINE = ON,",
+                                              "PRIMARY KEY (a) WITH (X = (1)) ON PRIMARY"};
     const std::vector<std::string> tableOptions = {"", " ENGINE=InnoDB", " DEFAULT CHARSET=utf8", " COLLATE utf8_bin",
                                                    " COLLATE `utf8_bin`", " COLLATE='C'",
-                                                   " AUTO_INCREMENT=3,", " COMMENT='t'", " ROW_FORMAT=COMPACT", "X"};
+                                                   " AUTO_INCREMENT=3,", " COMMENT='t'", " ROW_FORMAT=COMPACT", "X",
+                                                   " ON [PRIMARY]", " TEXTIMAGE_ON [PRIMARY]", " ON ps(a)", " ON COMMIT DROP"};
     std::mt19937 random(20261124);
     auto pick = [&random](const std::vector<std::string> &list) {
         return list[std::uniform_int_distribution<size_t>(0, list.size() - 1)(random)];
