@@ -817,8 +817,13 @@ private:
     bool operand()
     {
         const ANTLR3_UINT32 type = at_.type();
-        if (at_.is(k_.null) || at_.is(k_.localtime) || at_.is(k_.localtimestamp) || type == T_TRUE ||
-            type == T_FALSE) {
+        if (type == OPENPAREN) {
+            // ( value ), as SQL Server writes defaults: skipped unread
+            if (!valueParentheses()) {
+                return false;
+            }
+        } else if (at_.is(k_.null) || at_.is(k_.localtime) || at_.is(k_.localtimestamp) || type == T_TRUE ||
+                   type == T_FALSE) {
             pass();
         } else if (at_.is(k_.currentTimestamp)) {
             if (!timestampCall(nullptr)) {

@@ -278,7 +278,8 @@ TEST(PlainColumns, GeneratedTablesMakeTheGrammarsModel)
         "CHECK ()", "CHECK (a <> 'x' OR f(a, 2) > 1)", "CONSTRAINT c CHECK (a IN (1, 2))", "CONSTRAINT nn NOT NULL",
         "CONSTRAINT pk PRIMARY KEY", "CONSTRAINT u UNIQUE", "CONSTRAINT d DEFAULT 5", "CONSTRAINT",
         "CONSTRAINT f FOREIGN KEY REFERENCES u (id)", "CONSTRAINT r REFERENCES u ON DELETE SET NULL",
-        "IDENTITY(1,1)", "IDENTITY", "IDENTITY(1)", "PRIMARY KEY CLUSTERED", "PRIMARY KEY NONCLUSTERED HASH"};
+        "IDENTITY(1,1)", "IDENTITY", "IDENTITY(1)", "PRIMARY KEY CLUSTERED", "PRIMARY KEY NONCLUSTERED HASH",
+        "DEFAULT (0)", "DEFAULT ((1) + 2)", "DEFAULT ('')::text", "DEFAULT (getdate())", "DEFAULT (1, b int"};
     const std::vector<std::string> entries = {"PRIMARY KEY (a)", "UNIQUE KEY uk (a)", "KEY (a)", "CONSTRAINT ck CHECK (1)",
                                               "", "FOREIGN KEY (a) REFERENCES u (id)", "INDEX i (a, `b`)",
                                               "CONSTRAINT fk FOREIGN KEY (a) REFERENCES u ON DELETE CASCADE",
