@@ -547,6 +547,10 @@ private:
             step(column, Kind::AutoIncrement);
         } else if (at_.is(k_.unique) || at_.is(k_.zerofill) || at_.is(k_.unsignedWord)) {
             at_.advance();
+            // UNIQUE [CLUSTERED | NONCLUSTERED] (SQL Server)
+            if (type == k_.unique && clustering() && at_.is(T_HASH)) {
+                return false;
+            }
             step(column, Kind::Flag, type == k_.unique ? "unique" : type == k_.zerofill ? "zerofill" : "unsigned");
         } else if (type == T_DEFAULT) {
             at_.advance();
@@ -984,27 +988,30 @@ private:
             if (at_.is(STRING) || at_.is(QUOTED_STRING)) {
                 at_.advance();
             }
-            if (!columnList(entry.columns, clustered)) {
-                return false;
-            }
-            if (!skipPrimaryKeyState()) {
+            if (!columnList(entry.columns, clustered) || !skipKeyStorage()) {
                 return false;
             }
         } else if (at_.is(k_.unique) || type == T_KEY || at_.is(k_.index)) {
-            // UNIQUE [KEY | INDEX] [name] (a, b), KEY | INDEX [name] (a, b), [state]
+            // UNIQUE [CLUSTERED | NONCLUSTERED] [KEY | INDEX] [name] (a [ASC | DESC], ...),
+            // KEY | INDEX [name] (a [ASC | DESC], ...), then the state and
+            // storage of a key: sort orders and storage leave nothing
             entry.kind = at_.is(k_.unique) ? PlainEntry::Kind::Unique : PlainEntry::Kind::Index;
             at_.advance();
-            if (entry.kind == PlainEntry::Kind::Unique && (at_.is(T_KEY) || at_.is(k_.index))) {
-                at_.advance();
+            if (entry.kind == PlainEntry::Kind::Unique) {
+                if (clustering() && at_.is(T_HASH)) {
+                    return false;
+                }
+                if (at_.is(T_KEY) || at_.is(k_.index)) {
+                    at_.advance();
+                }
             }
             if (at_.is(STRING) || at_.is(QUOTED_STRING)) {
                 entry.name = kp_tokenText(at_.token());
                 at_.advance();
             }
-            if (!columnList(entry.columns)) {
+            if (!columnList(entry.columns, true) || !skipKeyStorage()) {
                 return false;
             }
-            skipKeyState();
         } else if (type == T_CHECK || type == T_FOREIGN) {
             // [CONSTRAINT name] CHECK (...) | FOREIGN KEY ...
             entry.name = std::move(constraintName);
@@ -1089,10 +1096,10 @@ private:
         }
     }
 
-    // The state of a primary key: the state words of skipKeyState and SQL
+    // The state of a key or index: the state words of skipKeyState and SQL
     // Server's WITH (name = value, ...) and ON file group, in any order.
     // False where something else of the grammar's stands.
-    bool skipPrimaryKeyState()
+    bool skipKeyStorage()
     {
         for (;;) {
             skipKeyState();
@@ -1151,7 +1158,8 @@ private:
 
     // ( a, b ): names that read as columns of a key, not as a type's size or
     // values (KEY e (10) is a column called key). With sorted, each may
-    // take ASC or DESC (which leaves nothing).
+    // take ASC or DESC (which leaves nothing; a primary key's columns take
+    // them only after SQL Server's clustering word, else they are reported).
     bool columnList(std::vector<std::string> &columns, bool sorted = false)
     {
         if (!at_.is(OPENPAREN)) {

@@ -197,6 +197,11 @@ TEST(PlainColumns, WholeTablesMakeTheGrammarsModel)
              "CREATE TABLE t (a int, PRIMARY KEY (a) WITH (BUCKET_COUNT = (10)) ON ps (a)) ON ps(a);\n"
              "CREATE TABLE t (a int) ON COMMIT PRESERVE ROWS;\nCREATE TABLE t (a int) ON [PRIMARY] (x);\n"
              "CREATE TABLE t (a int PRIMARY KEY CLUSTERED WITH (FILLFACTOR = 1), b int) ON x.y TEXTIMAGE_ON;",
+             // Unique constraints and indexes take sort orders and storage too.
+             "CREATE TABLE t (a int UNIQUE NONCLUSTERED, b int, CONSTRAINT [UQ] UNIQUE NONCLUSTERED ([a] ASC, b DESC)"
+             " WITH (PAD_INDEX = OFF) ON [PRIMARY], UNIQUE CLUSTERED KEY k (b), KEY (a DESC) ON fg, INDEX i (b ASC));\n"
+             "CREATE TABLE t (a int UNIQUE CLUSTERED HASH, b int, UNIQUE NONCLUSTERED HASH (a), UNIQUE (a) INCLUDE (b),"
+             " UNIQUE (a DESC NULLS FIRST), KEY (a ASC DESC), UNIQUE NULLS NOT DISTINCT (b));",
              // Records of the lexer and of later statements keep their order.
              "CREATE TABLE a (id INT);\nDECLARE v INT;\nCREATE TABLE b (x INT, x INT);\nDECLARE w INT;\n"
              "ALTER TABLE b ADD PRIMARY KEY (x);",
@@ -279,7 +284,8 @@ TEST(PlainColumns, GeneratedTablesMakeTheGrammarsModel)
         "CONSTRAINT pk PRIMARY KEY", "CONSTRAINT u UNIQUE", "CONSTRAINT d DEFAULT 5", "CONSTRAINT",
         "CONSTRAINT f FOREIGN KEY REFERENCES u (id)", "CONSTRAINT r REFERENCES u ON DELETE SET NULL",
         "IDENTITY(1,1)", "IDENTITY", "IDENTITY(1)", "PRIMARY KEY CLUSTERED", "PRIMARY KEY NONCLUSTERED HASH",
-        "DEFAULT (0)", "DEFAULT ((1) + 2)", "DEFAULT ('')::text", "DEFAULT (getdate())", "DEFAULT (1, b int"};
+        "DEFAULT (0)", "DEFAULT ((1) + 2)", "DEFAULT ('')::text", "DEFAULT (getdate())", "DEFAULT (1, b int",
+        "UNIQUE NONCLUSTERED", "UNIQUE CLUSTERED HASH"};
     const std::vector<std::string> entries = {"PRIMARY KEY (a)", "UNIQUE KEY uk (a)", "KEY (a)", "CONSTRAINT ck CHECK (1)",
                                               "", "FOREIGN KEY (a) REFERENCES u (id)", "INDEX i (a, `b`)",
                                               "CONSTRAINT fk FOREIGN KEY (a) REFERENCES u ON DELETE CASCADE",
@@ -290,7 +296,9 @@ TEST(PlainColumns, GeneratedTablesMakeTheGrammarsModel)
                                               "CONSTRAINT [PK] PRIMARY KEY CLUSTERED ([a] ASC) WITH (PAD_INDEX = OFF) ON [PRIMARY]",
                                               "PRIMARY KEY NONCLUSTERED (a DESC, [d]) ON fg", "PRIMARY KEY (a DESC)",
                                               "PRIMARY KEY CLUSTERED (a) WITH (FILLFACTOR = 70, ONLINE = ON,",
-                                              "PRIMARY KEY (a) WITH (X = (1)) ON PRIMARY"};
+                                              "PRIMARY KEY (a) WITH (X = (1)) ON PRIMARY",
+                                              "CONSTRAINT [UQ] UNIQUE NONCLUSTERED ([a] ASC) WITH (PAD_INDEX = OFF) ON [PRIMARY]",
+                                              "KEY k (a DESC, `b` ASC)", "UNIQUE CLUSTERED (a DESC) INCLUDE (b)"};
     const std::vector<std::string> tableOptions = {"", " ENGINE=InnoDB", " DEFAULT CHARSET=utf8", " COLLATE utf8_bin",
                                                    " COLLATE `utf8_bin`", " COLLATE='C'",
                                                    " AUTO_INCREMENT=3,", " COMMENT='t'", " ROW_FORMAT=COMPACT", "X",
