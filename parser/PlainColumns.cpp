@@ -1108,12 +1108,7 @@ private:
                     return false;
                 }
             } else if (at_.is(k_.on)) {
-                // ON name | [name] | PRIMARY; a partition scheme's (column) is the grammar's
-                const ANTLR3_UINT32 group = nextType();
-                if (group != T_PRIMARY && group != STRING && group != QUOTED_STRING) {
-                    return false;
-                }
-                if (nextType() == OPENPAREN || at_.is(k_.dot)) {
+                if (!fileGroup()) {
                     return false;
                 }
             } else {
@@ -1147,6 +1142,19 @@ private:
                 return false;
             }
         }
+    }
+
+    // SQL Server's file group after ON, TEXTIMAGE_ON or FILESTREAM_ON (the
+    // cursor at that word): name, [name] or PRIMARY. A partition scheme's
+    // (column), a qualified name and ON COMMIT are the grammar's.
+    bool fileGroup()
+    {
+        const ANTLR3_UINT32 group = nextType();
+        if ((group != T_PRIMARY && group != STRING && group != QUOTED_STRING) || kp_isWord(at_.token(), "COMMIT")) {
+            return false;
+        }
+        const ANTLR3_UINT32 after = nextType();
+        return after != OPENPAREN && after != k_.dot;
     }
 
     // Passes the current token; the type of the next one.
@@ -1259,16 +1267,7 @@ private:
                     return false;
                 }
             } else if (at_.is(k_.on) || (at_.is(STRING) && kp_isAnyWord(at_.token(), "TEXTIMAGE_ON FILESTREAM_ON"))) {
-                // SQL Server's file groups: ON name | [name] | PRIMARY, TEXTIMAGE_ON
-                // and FILESTREAM_ON name. ON COMMIT and a partition scheme's
-                // (column) are the grammar's.
-                const ANTLR3_UINT32 group = nextType();
-                if ((group != T_PRIMARY && group != STRING && group != QUOTED_STRING) ||
-                    kp_isWord(at_.token(), "COMMIT")) {
-                    return false;
-                }
-                const ANTLR3_UINT32 after = nextType();
-                if (after == OPENPAREN || after == k_.dot) {
+                if (!fileGroup()) {
                     return false;
                 }
             } else {
