@@ -1,6 +1,6 @@
 #include "QuotedText.h"
-#include "InputMoves.h"
 
+#include "InputMoves.h"
 #include "ParseSession.h"
 #include "RecognizerSupport.h"
 #include "UnitScan.h"

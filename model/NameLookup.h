@@ -4,7 +4,6 @@
 
 #include <SchemaModel/Names.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -21,39 +20,35 @@ namespace SchemaModel::detail {
 /// when their folded forms are equal.
 std::string foldedName(std::string_view name);
 
+/// foldsTo past its check of the ends.
+bool foldsToAfterEnds(std::string_view name, std::string_view folded);
+
 /// Whether `name` folds to `folded`; compares in place for ASCII names.
-bool foldsTo(std::string_view name, std::string_view folded);
-
-/// Whether `name` is ASCII: its folded form is its ASCII lower case.
-bool isAsciiName(std::string_view name);
-
-/// Whether `name` and the ASCII name `ascii` fold to the same name, told in
-/// place unless `name` is not ASCII.
-bool foldsLikeAscii(std::string_view name, std::string_view ascii);
-
-/// The same, inline where most names of a list differ: an ASCII character at
-/// either end of `name` folds on its own to the character at that end of the
-/// folded ASCII name.
-inline bool foldsLikeAsciiName(std::string_view name, std::string_view ascii)
+/// Folding maps each character on its own, so an ASCII character at either
+/// end of the name must stand folded at that end: most names of a list
+/// differ there, and are told apart inline without a scan.
+inline bool foldsTo(std::string_view name, std::string_view folded)
 {
-    const auto lower = [](unsigned char c) { return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c; };
-    if (!name.empty() && !ascii.empty()) {
+    if (!name.empty()) {
+        const auto lower = [](unsigned char c) { return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c; };
         const auto first = static_cast<unsigned char>(name.front());
         const auto last = static_cast<unsigned char>(name.back());
-        if ((first < 0x80 && lower(first) != lower(static_cast<unsigned char>(ascii.front()))) ||
-            (last < 0x80 && lower(last) != lower(static_cast<unsigned char>(ascii.back()))))
+        if (folded.empty() || (first < 0x80 && lower(first) != static_cast<unsigned char>(folded.front())) ||
+            (last < 0x80 && lower(last) != static_cast<unsigned char>(folded.back())))
             return false;
     }
-    return foldsLikeAscii(name, ascii);
+    return foldsToAfterEnds(name, folded);
 }
 
-/// A folded name and its hash, made once per look-up.
+/// A folded name, made once per look-up, and its hash, made only where a
+/// hashed list asks for it (a short list is searched in place).
 struct FoldedKey {
     static FoldedKey ofName(std::string_view name) { return ofFolded(foldedName(name)); }
-    static FoldedKey ofFolded(std::string folded);
+    static FoldedKey ofFolded(std::string folded) { return FoldedKey{std::move(folded)}; }
+
+    std::uint32_t hash() const;
 
     std::string folded;
-    std::uint32_t hash = 0;
 };
 
 /// Ties an object to the rename count of the index that holds it.
@@ -219,13 +214,6 @@ public:
         if (!object.hasName())
             return false;
         refresh(items);
-        // A short list and an ASCII name, as most columns' are: a free name
-        // is told without folding or hashing it.
-        if (!positions_ && isAsciiName(object.getName()) &&
-            std::none_of(items.begin(), items.end(), [&object](const std::unique_ptr<T> &item) {
-                return item->hasName() && foldsLikeAsciiName(item->getName(), object.getName());
-            }))
-            return false;
         FoldedKey key = FoldedKey::ofName(object.getName());
         if (!holds(items, key))
             return false;
@@ -263,7 +251,7 @@ private:
     bool visit(const Items &items, const FoldedKey &key, Visit &&action) const
     {
         if (positions_)
-            return positions_->visit(key.hash, action);
+            return positions_->visit(key.hash(), action);
         for (std::size_t position = 0; position < items.size(); ++position)
             if (items[position]->hasName() && action(static_cast<std::uint32_t>(position)))
                 return true;
@@ -302,7 +290,7 @@ private:
     {
         const T &item = *items[position];
         if (item.hasName())
-            positions_->add(FoldedKey::ofName(item.getName()).hash, static_cast<std::uint32_t>(position));
+            positions_->add(FoldedKey::ofName(item.getName()).hash(), static_cast<std::uint32_t>(position));
     }
 
     void rebuild(const Items &items)

@@ -76,17 +76,6 @@ char asciiLower(char c)
     return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-// Two ASCII names equal but for case.
-bool asciiEqualIgnoringCase(std::string_view a, std::string_view b)
-{
-    if (a.size() != b.size())
-        return false;
-    for (std::size_t i = 0; i < a.size(); ++i)
-        if (asciiLower(a[i]) != asciiLower(b[i]))
-            return false;
-    return true;
-}
-
 icu::UnicodeString fromUtf8(std::string_view text)
 {
     return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
@@ -112,8 +101,14 @@ bool namesEqualIgnoringCase(std::string_view a, std::string_view b)
 {
     if (a == b)
         return true;
-    if (isAscii(a) && isAscii(b))
-        return asciiEqualIgnoringCase(a, b);
+    if (isAscii(a) && isAscii(b)) {
+        if (a.size() != b.size())
+            return false;
+        for (std::size_t i = 0; i < a.size(); ++i)
+            if (asciiLower(a[i]) != asciiLower(b[i]))
+                return false;
+        return true;
+    }
     return fromUtf8(a).caseCompare(fromUtf8(b), U_FOLD_CASE_DEFAULT) == 0;
 }
 
@@ -132,18 +127,8 @@ std::string foldedName(std::string_view name)
     return folded;
 }
 
-bool foldsTo(std::string_view name, std::string_view folded)
+bool foldsToAfterEnds(std::string_view name, std::string_view folded)
 {
-    // Folding maps each character on its own, so an ASCII character at
-    // either end of the name must stand folded at that end: most names of a
-    // list differ there, and are told apart without a scan.
-    if (!name.empty()) {
-        const auto first = static_cast<unsigned char>(name.front());
-        const auto last = static_cast<unsigned char>(name.back());
-        if (folded.empty() || (first < 0x80 && asciiLower(name.front()) != folded.front()) ||
-            (last < 0x80 && asciiLower(name.back()) != folded.back()))
-            return false;
-    }
     if (!isAscii(name))
         return foldedName(name) == folded;
     if (name.size() != folded.size())
@@ -154,23 +139,10 @@ bool foldsTo(std::string_view name, std::string_view folded)
     return true;
 }
 
-bool isAsciiName(std::string_view name)
-{
-    return isAscii(name);
-}
-
-bool foldsLikeAscii(std::string_view name, std::string_view ascii)
-{
-    if (name.empty() || ascii.empty())
-        return name.empty() && ascii.empty();
-    return isAscii(name) ? asciiEqualIgnoringCase(name, ascii) : foldedName(name) == foldedName(ascii);
-}
-
-FoldedKey FoldedKey::ofFolded(std::string folded)
+std::uint32_t FoldedKey::hash() const
 {
     const std::size_t full = std::hash<std::string_view>()(folded);
-    const auto hash = static_cast<std::uint32_t>(full ^ (full >> 16 >> 16));
-    return FoldedKey{std::move(folded), hash};
+    return static_cast<std::uint32_t>(full ^ (full >> 16 >> 16));
 }
 
 } // namespace detail

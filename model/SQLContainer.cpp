@@ -85,7 +85,7 @@ void index(std::unique_ptr<SchemaModel::detail::ContainerNameIndexes> &names,
         return;
     if (!names)
         names = std::make_unique<SchemaModel::detail::ContainerNameIndexes>();
-    ((*names).*list).add(SchemaModel::detail::FoldedKey::ofName(added.getName()).hash,
+    ((*names).*list).add(SchemaModel::detail::FoldedKey::ofName(added.getName()).hash(),
                          static_cast<std::uint32_t>(items.size() - 1));
 }
 
@@ -148,7 +148,7 @@ Result *SQLContainer::lookUp(std::string_view name, std::optional<std::string_vi
     // Only objects of the same folded name can match; search them with the
     // rules of a full search, then fall back to one for renamed objects.
     using SchemaModel::detail::ContainerNameIndexes;
-    const std::uint32_t hash = SchemaModel::detail::FoldedKey::ofName(SchemaModel::trim(name)).hash;
+    const std::uint32_t hash = SchemaModel::detail::FoldedKey::ofName(SchemaModel::trim(name)).hash();
     const ContainerNameIndexes *names = names_.get();
     if constexpr (std::is_same_v<Result, SQLTable>) {
         if (SQLTable *found = findWithSchema<SQLTable>(

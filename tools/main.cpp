@@ -142,7 +142,6 @@ LoadedModel loadModel(const InputOptions &input, bool stopOnFailure)
 void keepUntilExit(std::unique_ptr<SQLContainer> model)
 {
     static std::unique_ptr<SQLContainer> *const kept = new std::unique_ptr<SQLContainer>;
-    kept->reset();
     *kept = std::move(model);
 }
 
