@@ -73,7 +73,7 @@ public:
                 continue;
             }
             const KeywordEntry &entry = keywordEntries[candidate.entry - 1];
-            if (std::memcmp(entry.word, text, length) == 0) {
+            if (sameText(entry.word, text, length)) {
                 (entry.trailingBlank ? types.withBlank : types.alone) = entry.type;
             }
         }
@@ -86,6 +86,17 @@ private:
     static_assert(entryCount * 4 <= slotCount, "the keyword table must stay sparse");
 
     static size_t spread(uint32_t hash) { return hash ^ (hash >> 15); }
+
+    // Most words compared are a few letters long: a loop beats a call.
+    static bool sameText(const char *word, const char *text, size_t length)
+    {
+        for (size_t i = 0; i < length; ++i) {
+            if (word[i] != text[i]) {
+                return false;
+            }
+        }
+        return true;
+    }
 
     struct Slot {
         uint32_t hash = 0;
@@ -143,6 +154,65 @@ void kp_matchNameRest(pANTLR3_LEXER lexer)
     input->nextChar = const_cast<uint16_t *>(next);
 }
 
+namespace {
+
+// The type of a word from its keyword types: one with a trailing blank takes
+// the blank at the stream's next unit into the token.
+ANTLR3_UINT32 wordType(pANTLR3_INPUT_STREAM input, const KeywordTable::Types &types)
+{
+    if (types.withBlank != 0) {
+        pANTLR3_INT_STREAM stream = input->istream;
+        if (stream->_LA(stream, 1) == ' ') {
+            stream->consume(stream);
+            return types.withBlank;
+        }
+    }
+    return types.alone != 0 ? types.alone : static_cast<ANTLR3_UINT32>(STRING);
+}
+
+} // namespace
+
+ANTLR3_UINT32 kp_matchWordRest(pANTLR3_LEXER lexer)
+{
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    const auto *end = static_cast<const uint16_t *>(input->data) + input->sizeBuf / 2;
+    const auto *start = reinterpret_cast<const uint16_t *>(lexer->rec->state->tokenStartCharIndex);
+    // One pass over the name, from its first letter: each unit upper-cased
+    // once, for the name's extent and the word's hash alike. A word longer
+    // than any keyword, or with a unit that is not ASCII upper-cased, is a
+    // plain name.
+    std::array<char, KeywordTable::maxLength> word;
+    uint32_t hash = KeywordTable::hashStart;
+    size_t length = 0;
+    bool candidate = true;
+    const uint16_t *p = start;
+    char16_t unit = foldTable.uppercaseCharacter(*p);
+    for (;;) {
+        if (candidate) {
+            if (unit >= 0x80 || length == KeywordTable::maxLength) {
+                candidate = false;
+            } else {
+                word[length++] = static_cast<char>(unit);
+                hash = KeywordTable::hashStep(hash, static_cast<char>(unit));
+            }
+        }
+        if (++p >= end) {
+            break;
+        }
+        unit = foldTable.uppercaseCharacter(*p);
+        if (!isNameRest(unit)) {
+            break;
+        }
+    }
+    // No line ends among these characters: only the column moves.
+    input->charPositionInLine += static_cast<ANTLR3_INT32>(p - static_cast<const uint16_t *>(input->nextChar));
+    input->nextChar = const_cast<uint16_t *>(p);
+    if (!candidate) {
+        return STRING;
+    }
+    return wordType(input, keywordTable.find(word.data(), length, hash));
+}
+
 ANTLR3_UINT32 kp_keywordType(pANTLR3_LEXER lexer)
 {
     pANTLR3_INPUT_STREAM input = lexer->input;
@@ -162,13 +232,5 @@ ANTLR3_UINT32 kp_keywordType(pANTLR3_LEXER lexer)
         word[i] = static_cast<char>(unit);
         hash = KeywordTable::hashStep(hash, word[i]);
     }
-    const KeywordTable::Types types = keywordTable.find(word.data(), length, hash);
-    if (types.withBlank != 0) {
-        pANTLR3_INT_STREAM stream = input->istream;
-        if (stream->_LA(stream, 1) == ' ') {
-            stream->consume(stream);
-            return types.withBlank;
-        }
-    }
-    return types.alone != 0 ? types.alone : static_cast<ANTLR3_UINT32>(STRING);
+    return wordType(input, keywordTable.find(word.data(), length, hash));
 }

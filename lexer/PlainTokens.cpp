@@ -20,21 +20,16 @@ namespace {
 
 const KpAntlrStringOperations &foldTable = KpAntlrStringOperations::sharedManager();
 
-// What the generated lexer sets up before it runs its rules for a token.
+// Where the token starts, as the generated lexer notes it before it runs its
+// rules. The rest of the state it resets there is read only by those rules
+// (and reset again before they run), so the fast path leaves it; user1 counts
+// the unclosed pieces of a quoted string (see kp_matchQuotedBody).
 void startToken(pANTLR3_RECOGNIZER_SHARED_STATE state, pANTLR3_INPUT_STREAM input)
 {
-    state->token = nullptr;
-    state->error = ANTLR3_FALSE;
-    state->failed = ANTLR3_FALSE;
-    state->channel = ANTLR3_TOKEN_DEFAULT_CHANNEL;
     state->tokenStartCharIndex = reinterpret_cast<ANTLR3_MARKER>(input->nextChar);
     state->tokenStartCharPositionInLine = input->charPositionInLine;
     state->tokenStartLine = input->line;
-    state->text = nullptr;
-    state->custom = nullptr;
     state->user1 = 0;
-    state->user2 = 0;
-    state->user3 = 0;
 }
 
 // Moves the stream to `to`, on the same line.
@@ -57,12 +52,12 @@ void moveToNextLine(pANTLR3_INPUT_STREAM input, const uint16_t *next)
 // The token from the start set by startToken to the stream's next unit, as
 // the runtime's emit makes it, without its calls through the lexer's
 // function pointers: the stream's index is the address of its next unit.
+// The fast path's rules set no text and no user fields: the token carries
+// none (a quoted string's count is read and cleared before its token).
 pANTLR3_COMMON_TOKEN emitToken(pANTLR3_LEXER lexer, ANTLR3_UINT32 type, ANTLR3_UINT32 channel)
 {
     pANTLR3_RECOGNIZER_SHARED_STATE state = lexer->rec->state;
     pANTLR3_INPUT_STREAM input = lexer->input;
-    state->type = type;
-    state->channel = channel;
     pANTLR3_COMMON_TOKEN token = state->tokFactory->newToken(state->tokFactory);
     token->type = type;
     token->channel = channel;
@@ -70,18 +65,11 @@ pANTLR3_COMMON_TOKEN emitToken(pANTLR3_LEXER lexer, ANTLR3_UINT32 type, ANTLR3_U
     token->stop = reinterpret_cast<ANTLR3_MARKER>(input->nextChar) - 1;
     token->line = state->tokenStartLine;
     token->charPosition = state->tokenStartCharPositionInLine;
-    if (state->text != nullptr) {
-        token->textState = ANTLR3_TEXT_STRING;
-        token->tokText.text = state->text;
-    } else {
-        token->textState = ANTLR3_TEXT_NONE;
-    }
+    token->textState = ANTLR3_TEXT_NONE;
     token->lineStart = input->currentLine;
-    token->user1 = state->user1;
-    token->user2 = state->user2;
-    token->user3 = state->user3;
-    token->custom = state->custom;
-    state->token = token;
+    token->user1 = 0;
+    token->user3 = 0;
+    token->custom = nullptr;
     return token;
 }
 
@@ -293,6 +281,30 @@ bool isNameStart(char16_t folded)
 
 } // namespace
 
+bool kp_passBlanks(pANTLR3_LEXER lexer)
+{
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    const auto *end = static_cast<const uint16_t *>(input->data) + input->sizeBuf / 2;
+    const auto *p = static_cast<const uint16_t *>(input->nextChar);
+    bool passedLineEnd = false;
+    for (;;) {
+        const uint16_t *q = p;
+        while (q < end && (*q == ' ' || *q == '\t')) {
+            ++q;
+        }
+        if (q != p) {
+            moveWithinLine(input, q);
+        }
+        const uint16_t *next = afterLineEnd(q, end);
+        if (next == nullptr) {
+            return passedLineEnd;
+        }
+        moveToNextLine(input, next);
+        passedLineEnd = true;
+        p = next;
+    }
+}
+
 pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
 {
     pANTLR3_INPUT_STREAM input = lexer->input;
@@ -371,9 +383,7 @@ pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
             // STRING: the first letter, the rest of the name, and the type
             // of the word (a keyword, a one-word rule such as T_NOT, or STRING).
             startToken(state, input);
-            moveWithinLine(input, p + 1);
-            kp_matchNameRest(lexer);
-            return emitToken(lexer, kp_keywordType(lexer), ANTLR3_TOKEN_DEFAULT_CHANNEL);
+            return emitToken(lexer, kp_matchWordRest(lexer), ANTLR3_TOKEN_DEFAULT_CHANNEL);
         }
         return nullptr;
     }

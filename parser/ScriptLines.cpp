@@ -911,7 +911,11 @@ pANTLR3_COMMON_TOKEN ScriptLines::nextAhead()
     // The filter changes nothing in a statement that neither a GO, "/" or
     // DELIMITER line nor a statement word opening a line outside parentheses
     // cuts; "/" and anything else the fast path does not cut stop the reading.
-    while ((token = kp_scanPlainToken(lexer)) != nullptr) {
+    for (;;) {
+        aheadLineStart_ = kp_passBlanks(lexer) || aheadLineStart_;
+        if ((token = kp_scanPlainToken(lexer)) == nullptr) {
+            break;
+        }
         if (token->channel != ANTLR3_TOKEN_DEFAULT_CHANNEL) {
             aheadLineStart_ = aheadLineStart_ || endsLine(token);
             continue;
