@@ -266,6 +266,25 @@ void JsonWriter::value(std::string_view text)
     used_ += static_cast<size_t>(writeJsonString(start, text) - start);
 }
 
+void JsonWriter::member(JsonKey name, std::string_view text)
+{
+    if (char *at = compactMember(name, escapedBound(text.size()))) {
+        finishMember(writeJsonString(at, text));
+        return;
+    }
+    key(name);
+    value(text);
+}
+
+void JsonWriter::member(JsonKey name, const std::optional<std::string> &text)
+{
+    if (text) {
+        member(name, std::string_view(*text));
+    } else {
+        nullMember(name);
+    }
+}
+
 void JsonWriter::value(int64_t number)
 {
     beforeValue();

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <ostream>
 #include <stdexcept>
 #include <string>
@@ -87,6 +88,25 @@ public:
         place_ = Place::afterKey;
     }
 
+    // A member in one step, name and value: the same bytes as key() then
+    // value(), with a compact writer's separator, name and value placed at
+    // once (an object of many members, such as a column's, is mostly these).
+    void member(JsonKey name, std::string_view text);
+    void member(JsonKey name, const std::string &text) { member(name, std::string_view(text)); }
+    // The text, or null when it is unset.
+    void member(JsonKey name, const std::optional<std::string> &text);
+    void member(JsonKey name, bool flag)
+    {
+        if (flag) {
+            literalMember(name, "true");
+        } else {
+            literalMember(name, "false");
+        }
+    }
+    void nullMember(JsonKey name) { literalMember(name, "null"); }
+    void emptyObjectMember(JsonKey name) { literalMember(name, "{}"); }
+    void emptyArrayMember(JsonKey name) { literalMember(name, "[]"); }
+
     void value(std::string_view text);
     void value(const char *text) { value(std::string_view(text)); }
     void value(bool flag)
@@ -119,6 +139,44 @@ private:
         return buffer_.size() - used_ >= size ? buffer_.data() + used_ : makeRoom(size);
     }
     char *makeRoom(size_t size);
+    // A compact writer's separator and `"name":`, written where the member's
+    // value gets `valueRoom` bytes of room after them; the caller writes the
+    // value there and hands its end to finishMember. nullptr when pretty: the
+    // caller takes key() and value(), which break lines and indent.
+    char *compactMember(JsonKey name, size_t valueRoom)
+    {
+        if (pretty_) {
+            return nullptr;
+        }
+        const std::string_view text = name.text();
+        char *at = room(text.size() + 4 + valueRoom);
+        if (place_ == Place::next) {
+            *at++ = ',';
+        }
+        *at++ = '"';
+        std::memcpy(at, text.data(), text.size());
+        at += text.size();
+        *at++ = '"';
+        *at++ = ':';
+        place_ = Place::next;
+        return at;
+    }
+    void finishMember(const char *end) { used_ = static_cast<size_t>(end - buffer_.data()); }
+    // A member whose value is a literal of N - 1 bytes (true, null, {}).
+    template <size_t N>
+    void literalMember(JsonKey name, const char (&text)[N])
+    {
+        if (char *at = compactMember(name, N - 1)) {
+            for (size_t i = 0; i + 1 < N; ++i) {
+                at[i] = text[i];
+            }
+            finishMember(at + N - 1);
+            return;
+        }
+        key(name);
+        beforeValue();
+        appendLiteral(text);
+    }
     void append(std::string_view text);
     // Writes a literal of N - 1 bytes (true, false, null).
     template <size_t N>

@@ -33,11 +33,11 @@ void nameOrNull(JsonWriter &json, const SQLObject &object)
 
 void properties(JsonWriter &json, const SQLObject &object)
 {
-    json.key("properties"_key);
     if (object.getProperties().empty()) {
-        json.emptyObject();  // most objects have none
+        json.emptyObjectMember("properties"_key);  // most objects have none
         return;
     }
+    json.key("properties"_key);
     json.beginObject();
     for (const auto &[key, value] : object.getProperties()) {
         json.key(key);
@@ -52,11 +52,11 @@ void properties(JsonWriter &json, const SQLObject &object)
 
 void checks(JsonWriter &json, const std::vector<std::unique_ptr<SQLConstraint>> &constraints)
 {
-    json.key("checks"_key);
     if (constraints.empty()) {
-        json.emptyArray();
+        json.emptyArrayMember("checks"_key);
         return;
     }
+    json.key("checks"_key);
     json.beginArray();
     for (const auto &check : constraints) {
         json.beginObject();
@@ -94,24 +94,18 @@ void reference(JsonWriter &json, const SQLFieldReference &reference)
 void field(JsonWriter &json, const SQLField &field)
 {
     json.beginObject();
-    json.key("name"_key);
-    json.value(field.getName());
-    json.key("type"_key);
-    json.value(field.getType());
-    json.key("notNull"_key);
-    json.value(field.isNotNull());
-    json.key("autoIncrement"_key);
-    json.value(field.isAutoIncrement());
-    json.key("primaryKey"_key);
-    json.value(field.isPrimaryKey());
-    json.key("defaultValue"_key);
-    optionalText(json, field.getDefaultValue());
+    json.member("name"_key, field.getName());
+    json.member("type"_key, field.getType());
+    json.member("notNull"_key, field.isNotNull());
+    json.member("autoIncrement"_key, field.isAutoIncrement());
+    json.member("primaryKey"_key, field.isPrimaryKey());
+    json.member("defaultValue"_key, field.getDefaultValue());
     properties(json, field);
-    json.key("references"_key);
     if (const SQLFieldReference *target = field.getReferences()) {
+        json.key("references"_key);
         reference(json, *target);
     } else {
-        json.null();
+        json.nullMember("references"_key);
     }
     checks(json, field.checkConstraints());
     json.endObject();
@@ -178,14 +172,10 @@ void foreignKey(JsonWriter &json, const SQLForeignKey &key)
 void table(JsonWriter &json, const SQLTable &table)
 {
     json.beginObject();
-    json.key("name"_key);
-    json.value(table.getName());
-    json.key("schemaName"_key);
-    optionalText(json, table.getSchemaName());
-    json.key("baseName"_key);
-    optionalText(json, table.getBaseName());
-    json.key("tableType"_key);
-    optionalText(json, table.getTableType());
+    json.member("name"_key, table.getName());
+    json.member("schemaName"_key, table.getSchemaName());
+    json.member("baseName"_key, table.getBaseName());
+    json.member("tableType"_key, table.getTableType());
     properties(json, table);
     json.key("fields"_key);
     json.beginArray();
