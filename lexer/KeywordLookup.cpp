@@ -6,6 +6,7 @@
 #include "RecognizerSupport.h"
 #include "VellumGrammarCLexer.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -53,8 +54,14 @@ public:
                 slot = (slot + 1) & mask;
             }
             slots_[slot] = {hash, static_cast<uint16_t>(i + 1), static_cast<uint16_t>(length)};
+            std::memcpy(heads_[i].data(), word, std::min(length, headLength));
         }
     }
+
+    // A word's first headLength characters, zero-padded, are compared as two
+    // machine words; the rest, when there is more, character by character.
+    static constexpr size_t headLength = 16;
+    using Head = std::array<char, headLength>;
 
     // The types of a word: alone, and with a trailing blank (0 when the list
     // has no such keyword). UNION and MAX_ROWS are listed both ways.
@@ -63,7 +70,8 @@ public:
         ANTLR3_UINT32 withBlank = 0;
     };
 
-    // text holds length upper-cased characters whose hash (see hashStep) is hash.
+    // text holds length upper-cased characters whose hash (see hashStep) is
+    // hash, and zeros after them up to headLength.
     Types find(const char *text, size_t length, uint32_t hash) const
     {
         Types types;
@@ -73,7 +81,9 @@ public:
                 continue;
             }
             const KeywordEntry &entry = keywordEntries[candidate.entry - 1];
-            if (sameText(entry.word, text, length)) {
+            if (sameHead(heads_[candidate.entry - 1].data(), text) &&
+                (length <= headLength ||
+                 sameText(entry.word + headLength, text + headLength, length - headLength))) {
                 (entry.trailingBlank ? types.withBlank : types.alone) = entry.type;
             }
         }
@@ -87,7 +97,16 @@ private:
 
     static size_t spread(uint32_t hash) { return hash ^ (hash >> 15); }
 
-    // Most words compared are a few letters long: a loop beats a call.
+    static bool sameHead(const char *head, const char *text)
+    {
+        uint64_t a[2];
+        uint64_t b[2];
+        std::memcpy(a, head, sizeof a);
+        std::memcpy(b, text, sizeof b);
+        return a[0] == b[0] && a[1] == b[1];
+    }
+
+    // The rest of a long word: a loop beats a call.
     static bool sameText(const char *word, const char *text, size_t length)
     {
         for (size_t i = 0; i < length; ++i) {
@@ -104,6 +123,7 @@ private:
         uint16_t length = 0;
     };
     std::array<Slot, slotCount> slots_{};
+    std::array<Head, entryCount> heads_{};
 };
 
 // Made when the library is loaded, like the fold table.
@@ -137,6 +157,17 @@ bool isNameRest(char16_t c)
 {
     return c < 0x80 ? asciiNameRest[c] : kp_isNameLetter(c);
 }
+
+// An ASCII unit as it stands upper-cased in a name after its first letter,
+// or 0 for a unit that ends the name.
+constexpr std::array<char, 0x80> asciiNameUpper = [] {
+    std::array<char, 0x80> upper{};
+    for (char16_t c = 0; c < 0x80; ++c) {
+        const char16_t folded = c >= 'a' && c <= 'z' ? c - ('a' - 'A') : c;
+        upper[c] = asciiNameRest[folded] ? static_cast<char>(folded) : '\0';
+    }
+    return upper;
+}();
 
 } // namespace
 
@@ -176,33 +207,39 @@ ANTLR3_UINT32 kp_matchWordRest(pANTLR3_LEXER lexer)
 {
     pANTLR3_INPUT_STREAM input = lexer->input;
     const auto *end = static_cast<const uint16_t *>(input->data) + input->sizeBuf / 2;
-    const auto *start = reinterpret_cast<const uint16_t *>(lexer->rec->state->tokenStartCharIndex);
+    const auto *p = reinterpret_cast<const uint16_t *>(lexer->rec->state->tokenStartCharIndex);
     // One pass over the name, from its first letter: each unit upper-cased
     // once, for the name's extent and the word's hash alike. A word longer
     // than any keyword, or with a unit that is not ASCII upper-cased, is a
     // plain name.
-    std::array<char, KeywordTable::maxLength> word;
+    std::array<char, KeywordTable::maxLength> word{};
     uint32_t hash = KeywordTable::hashStart;
     size_t length = 0;
     bool candidate = true;
-    const uint16_t *p = start;
-    char16_t unit = foldTable.uppercaseCharacter(*p);
-    for (;;) {
-        if (candidate) {
-            if (unit >= 0x80 || length == KeywordTable::maxLength) {
-                candidate = false;
-            } else {
-                word[length++] = static_cast<char>(unit);
-                hash = KeywordTable::hashStep(hash, static_cast<char>(unit));
+    while (p < end) {
+        const uint16_t raw = *p;
+        if (raw < 0x80 && length < KeywordTable::maxLength) {
+            // Most names are ASCII: one table look-up per unit.
+            const char upper = asciiNameUpper[raw];
+            if (upper == '\0') {
+                break;
             }
+            word[length++] = upper;
+            hash = KeywordTable::hashStep(hash, upper);
+            ++p;
+            continue;
         }
-        if (++p >= end) {
-            break;
-        }
-        unit = foldTable.uppercaseCharacter(*p);
+        const char16_t unit = foldTable.uppercaseCharacter(raw);
         if (!isNameRest(unit)) {
             break;
         }
+        if (unit >= 0x80 || length == KeywordTable::maxLength) {
+            candidate = false;
+        } else if (candidate) {
+            word[length++] = static_cast<char>(unit);
+            hash = KeywordTable::hashStep(hash, static_cast<char>(unit));
+        }
+        ++p;
     }
     // No line ends among these characters: only the column moves.
     input->charPositionInLine += static_cast<ANTLR3_INT32>(p - static_cast<const uint16_t *>(input->nextChar));
@@ -222,7 +259,7 @@ ANTLR3_UINT32 kp_keywordType(pANTLR3_LEXER lexer)
     if (length > KeywordTable::maxLength) {
         return STRING;
     }
-    std::array<char, KeywordTable::maxLength> word;
+    std::array<char, KeywordTable::maxLength> word{};
     uint32_t hash = KeywordTable::hashStart;
     for (size_t i = 0; i < length; ++i) {
         const char16_t unit = foldTable.uppercaseCharacter(start[i]);

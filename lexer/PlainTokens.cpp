@@ -316,6 +316,12 @@ pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
             return nullptr;
         }
         const char16_t c = foldTable.uppercaseCharacter(*p);
+        if (c >= 'A' && c <= 'Z' && c != 'N' && c != 'Q') {
+            // Most tokens are names and keywords; one of these letters
+            // starts nothing else (N and Q may open a quoted string).
+            startToken(state, input);
+            return emitToken(lexer, kp_matchWordRest(lexer), ANTLR3_TOKEN_DEFAULT_CHANNEL);
+        }
         switch (c) {
         case ' ':
         case '\t': {

@@ -55,6 +55,15 @@ TEST(TokenFastPath, EdgesOfTheCommonTokens)
         "N'abc' n'x' NQ'[a]' nq'{b}' Q'(c)' q'x' N\"n\" N`b` NO'x' NOT'x' Nx'y' QQ'z' N",
         // One-word rules against longer words and keywords.
         "NOT NOTE NO NONE NOT-NULL KEY KEYS CHAR CHARACTER CHARACTERS CHARSET TRUE TRUE_ false$ default#1",
+        // The longest keywords against words that differ from them only in
+        // their last letters, one letter shorter or longer, in any case;
+        // words that upper-case to a keyword only through letters beyond
+        // ASCII; names around the longest word a keyword look-up reads.
+        "CURRENT_TIMESTAMP current_timestamp CURRENT_TIMESTAMQ CURRENT_TIMESTAM CURRENT_TIMESTAMPS "
+        "SUBSTRING_INDEX SUBSTRING_INDEY DELAY_KEY_WRITE_ LOCALTIMESTAMP(3) KEY_BLOCK_SIZE=8 "
+        "current_t\xC4\xB1mestamp CURRENT_TIMESTAMP\xC5\xBF pr\xC4\xB1mary_ PR\xC4\xB1MARY "
+        "a234567890123456789012345678901234567890 a2345678901234567890123456789012345678901 "
+        "a23456789012345678901234567890123456789\xC4\xB1 b23456789012345678901234567890123456789012\xC3\xA9x",
         // Keywords with a trailing blank, with and without the blank.
         "MAX_ROWS =1 MAX_ROWS=1 max_rows\t=1 UNION ALL union\nall",
         // Punctuation of lists and its longer neighbours.
