@@ -310,6 +310,10 @@ private:
     std::size_t indexed_ = 0;        // items followed, named or not
 };
 
+/// What trim() gives, as a view into `name` when it is one: unless a quote
+/// doubled inside a quoted name has to be undoubled (nullopt then).
+std::optional<std::string_view> trimmedView(std::string_view name);
+
 /// Trimmed text, or nullopt when nothing is left.
 inline std::optional<std::string> trimmedOrNone(std::string_view text)
 {

@@ -85,17 +85,34 @@ icu::UnicodeString fromUtf8(std::string_view text)
 
 std::string trim(std::string_view name)
 {
+    if (const std::optional<std::string_view> view = detail::trimmedView(name))
+        return std::string(*view);
+    // A quoted name with a doubled quote inside.
+    const std::string_view stripped = stripWhiteSpace(name);
+    std::string body;
+    if (unquoteBody(stripped.substr(1, stripped.size() - 2), closingQuoteFor(stripped.front()), body))
+        return std::string(stripWhiteSpace(body));
+    return std::string(stripped);
+}
+
+namespace detail {
+
+std::optional<std::string_view> trimmedView(std::string_view name)
+{
     const std::string_view stripped = stripWhiteSpace(name);
     if (stripped.size() >= 2) {
         const char close = closingQuoteFor(stripped.front());
         if (close != '\0' && stripped.back() == close) {
-            std::string body;
-            if (unquoteBody(stripped.substr(1, stripped.size() - 2), close, body))
-                return std::string(stripWhiteSpace(body));
+            const std::string_view body = stripped.substr(1, stripped.size() - 2);
+            if (body.find(close) != std::string_view::npos)
+                return std::nullopt;
+            return stripWhiteSpace(body);
         }
     }
-    return std::string(stripped);
+    return stripped;
 }
+
+} // namespace detail
 
 bool namesEqualIgnoringCase(std::string_view a, std::string_view b)
 {

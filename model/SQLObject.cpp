@@ -17,6 +17,12 @@ SQLObject::~SQLObject() = default;
 
 void SQLObject::setName(std::string_view name)
 {
+    if (const std::optional<std::string_view> trimmed = SchemaModel::detail::trimmedView(name)) {
+        if (ownerRenames_ != nullptr && *trimmed != name_)
+            ++*ownerRenames_;
+        name_.assign(trimmed->data(), trimmed->size());
+        return;
+    }
     std::string trimmed = SchemaModel::trim(name);
     if (ownerRenames_ != nullptr && trimmed != name_)
         ++*ownerRenames_;

@@ -45,6 +45,20 @@ TEST(TrimTest, LeavesUnbalancedOrCompoundQuotingAlone)
     EXPECT_EQ(trim("MixedCase"), "MixedCase");
 }
 
+TEST(TrimTest, ObjectNamesAreSetTrimmed)
+{
+    // Names are set through a shortcut for the names trim keeps or only
+    // unquotes; every kind must end as trim leaves it.
+    const char *const names[] = {"plain",   "  padded\t", "\"quoted\"",  "` spaced `", "[bracketed]",
+                                 "'it''s'", "\"a\"\"b\"",    "\"s\".\"t\"",  "\"abc",       "abc`",
+                                 "\"",      "",           " \t ",        "\"\"",         "[a]]b]"};
+    SQLField field;
+    for (const char *name : names) {
+        field.setName(name);
+        EXPECT_EQ(field.getName(), trim(name)) << name;
+    }
+}
+
 TEST(NamesEqualIgnoringCaseTest, FoldsAsciiAndUnicode)
 {
     EXPECT_TRUE(namesEqualIgnoringCase("Customer", "CUSTOMER"));
