@@ -78,12 +78,11 @@ std::string word(pANTLR3_COMMON_TOKEN token)
     return text;
 }
 
-// Line and statement starts ask this for every line; most words differ from
-// every listed one in their first letter.
-bool isOneOf(const std::string &text, std::initializer_list<const char *> words)
+// Line and statement starts ask this for every line; the words' lengths are
+// known where they are listed, and most differ from the text's.
+bool isOneOf(std::string_view text, std::initializer_list<std::string_view> words)
 {
-    const char first = text.empty() ? '\0' : text[0];
-    return std::any_of(words.begin(), words.end(), [&](const char *w) { return w[0] == first && text == w; });
+    return std::any_of(words.begin(), words.end(), [&](std::string_view w) { return w == text; });
 }
 
 #include "StatementStartExclusions.inc"

@@ -8,6 +8,7 @@
 
 #include <iterator>
 #include <limits>
+#include <optional>
 #include <sstream>
 #include <utility>
 
@@ -155,6 +156,23 @@ std::string written(bool pretty)
         json.emptyArray();
         json.emptyObject();
         json.endArray();
+        // Members in one step, first in their object and after others.
+        json.key("members"_key);
+        json.beginArray();
+        json.beginObject();
+        json.member("text"_key, std::string_view("needs \"escaping\"\n"));
+        json.member("set"_key, std::optional<std::string>("x"));
+        json.member("unset"_key, std::optional<std::string>());
+        json.member("yes"_key, true);
+        json.member("no"_key, false);
+        json.nullMember("none"_key);
+        json.emptyObjectMember("object"_key);
+        json.emptyArrayMember("array"_key);
+        json.endObject();
+        json.beginObject();
+        json.emptyArrayMember("alone"_key);
+        json.endObject();
+        json.endArray();
         json.endObject();
     }
     return out.str();
@@ -173,7 +191,17 @@ TEST(JsonWriter, LaysOutLikeDump)
                                                {{"nested", nlohmann::ordered_json::array()},
                                                 {"needs \"escaping\"\n", {false}}}}},
                                              {"one step", nlohmann::ordered_json::object()},
-                                             {"one-step list", {nlohmann::ordered_json::array(), nlohmann::ordered_json::object()}}};
+                                             {"one-step list", {nlohmann::ordered_json::array(), nlohmann::ordered_json::object()}},
+                                             {"members",
+                                              {{{"text", "needs \"escaping\"\n"},
+                                                {"set", "x"},
+                                                {"unset", nullptr},
+                                                {"yes", true},
+                                                {"no", false},
+                                                {"none", nullptr},
+                                                {"object", nlohmann::ordered_json::object()},
+                                                {"array", nlohmann::ordered_json::array()}},
+                                               {{"alone", nlohmann::ordered_json::array()}}}}};
     EXPECT_EQ(written(false), document.dump());
     EXPECT_EQ(written(true), document.dump(2));
 }
