@@ -169,28 +169,88 @@ constexpr std::array<char, 0x80> asciiNameUpper = [] {
     return upper;
 }();
 
-} // namespace
+// A name read from its first letter: where it ends, and, while it may still
+// be a keyword (ASCII when upper-cased, no longer than any keyword), its
+// upper-cased letters, zero-padded, and their hash.
+struct WordScan {
+    const uint16_t *end = nullptr;
+    std::array<char, KeywordTable::maxLength> word{};
+    size_t length = 0;
+    uint32_t hash = KeywordTable::hashStart;
+    bool candidate = true;
+};
 
-void kp_matchNameRest(pANTLR3_LEXER lexer)
+// One pass over the name at p (up to end): each unit upper-cased once, for
+// the name's extent and the word's hash alike.
+WordScan scanWord(const uint16_t *p, const uint16_t *end)
 {
-    pANTLR3_INPUT_STREAM input = lexer->input;
-    const auto *end = static_cast<const uint16_t *>(input->data) + input->sizeBuf / 2;
-    const auto *start = static_cast<const uint16_t *>(input->nextChar);
-    const uint16_t *next = start;
-    while (next < end && isNameRest(foldTable.uppercaseCharacter(*next))) {
-        ++next;
+    // The counts stay in locals: the letters' stores could alias the
+    // result's fields, which the loop would then reload at every unit.
+    WordScan scan;
+    size_t length = 0;
+    uint32_t hash = KeywordTable::hashStart;
+    bool candidate = true;
+    while (p < end) {
+        const uint16_t raw = *p;
+        if (raw < 0x80 && length < KeywordTable::maxLength) {
+            // Most names are ASCII: one table look-up per unit.
+            const char upper = asciiNameUpper[raw];
+            if (upper == '\0') {
+                break;
+            }
+            scan.word[length++] = upper;
+            hash = KeywordTable::hashStep(hash, upper);
+            ++p;
+            continue;
+        }
+        const char16_t unit = foldTable.uppercaseCharacter(raw);
+        if (!isNameRest(unit)) {
+            break;
+        }
+        if (unit >= 0x80 || length == KeywordTable::maxLength) {
+            candidate = false;
+        } else if (candidate) {
+            scan.word[length++] = static_cast<char>(unit);
+            hash = KeywordTable::hashStep(hash, static_cast<char>(unit));
+        }
+        ++p;
     }
-    // No line ends among these characters: only the column moves.
-    input->charPositionInLine += static_cast<ANTLR3_INT32>(next - start);
-    input->nextChar = const_cast<uint16_t *>(next);
+    scan.end = p;
+    scan.length = length;
+    scan.hash = hash;
+    scan.candidate = candidate;
+    return scan;
 }
 
-namespace {
-
-// The type of a word from its keyword types: one with a trailing blank takes
-// the blank at the stream's next unit into the token.
-ANTLR3_UINT32 wordType(pANTLR3_INPUT_STREAM input, const KeywordTable::Types &types)
+const uint16_t *textEnd(pANTLR3_INPUT_STREAM input)
 {
+    return static_cast<const uint16_t *>(input->data) + input->sizeBuf / 2;
+}
+
+const uint16_t *tokenStart(pANTLR3_LEXER lexer)
+{
+    return reinterpret_cast<const uint16_t *>(lexer->rec->state->tokenStartCharIndex);
+}
+
+// Moves the stream to the end of a name, never behind where it stands: a
+// name holds no line ends, so only the column moves.
+void moveToNameEnd(pANTLR3_INPUT_STREAM input, const uint16_t *end)
+{
+    const auto *next = static_cast<const uint16_t *>(input->nextChar);
+    if (end > next) {
+        input->charPositionInLine += static_cast<ANTLR3_INT32>(end - next);
+        input->nextChar = const_cast<uint16_t *>(end);
+    }
+}
+
+// The type of a scanned word: a keyword's, or STRING. A keyword listed with
+// a trailing blank takes the blank at the stream's next unit into the token.
+ANTLR3_UINT32 wordType(pANTLR3_INPUT_STREAM input, const WordScan &scan)
+{
+    if (!scan.candidate) {
+        return STRING;
+    }
+    const KeywordTable::Types types = keywordTable.find(scan.word.data(), scan.length, scan.hash);
     if (types.withBlank != 0) {
         pANTLR3_INT_STREAM stream = input->istream;
         if (stream->_LA(stream, 1) == ' ') {
@@ -203,71 +263,22 @@ ANTLR3_UINT32 wordType(pANTLR3_INPUT_STREAM input, const KeywordTable::Types &ty
 
 } // namespace
 
-ANTLR3_UINT32 kp_matchWordRest(pANTLR3_LEXER lexer)
+void kp_matchNameRest(pANTLR3_LEXER lexer)
 {
-    pANTLR3_INPUT_STREAM input = lexer->input;
-    const auto *end = static_cast<const uint16_t *>(input->data) + input->sizeBuf / 2;
-    const auto *p = reinterpret_cast<const uint16_t *>(lexer->rec->state->tokenStartCharIndex);
-    // One pass over the name, from its first letter: each unit upper-cased
-    // once, for the name's extent and the word's hash alike. A word longer
-    // than any keyword, or with a unit that is not ASCII upper-cased, is a
-    // plain name.
-    std::array<char, KeywordTable::maxLength> word{};
-    uint32_t hash = KeywordTable::hashStart;
-    size_t length = 0;
-    bool candidate = true;
-    while (p < end) {
-        const uint16_t raw = *p;
-        if (raw < 0x80 && length < KeywordTable::maxLength) {
-            // Most names are ASCII: one table look-up per unit.
-            const char upper = asciiNameUpper[raw];
-            if (upper == '\0') {
-                break;
-            }
-            word[length++] = upper;
-            hash = KeywordTable::hashStep(hash, upper);
-            ++p;
-            continue;
-        }
-        const char16_t unit = foldTable.uppercaseCharacter(raw);
-        if (!isNameRest(unit)) {
-            break;
-        }
-        if (unit >= 0x80 || length == KeywordTable::maxLength) {
-            candidate = false;
-        } else if (candidate) {
-            word[length++] = static_cast<char>(unit);
-            hash = KeywordTable::hashStep(hash, static_cast<char>(unit));
-        }
-        ++p;
-    }
-    // No line ends among these characters: only the column moves.
-    input->charPositionInLine += static_cast<ANTLR3_INT32>(p - static_cast<const uint16_t *>(input->nextChar));
-    input->nextChar = const_cast<uint16_t *>(p);
-    if (!candidate) {
-        return STRING;
-    }
-    return wordType(input, keywordTable.find(word.data(), length, hash));
+    moveToNameEnd(lexer->input, scanWord(tokenStart(lexer), textEnd(lexer->input)).end);
 }
 
 ANTLR3_UINT32 kp_keywordType(pANTLR3_LEXER lexer)
 {
+    // The name runs from the token's start to the stream: all of it is read.
     pANTLR3_INPUT_STREAM input = lexer->input;
-    const auto *start = reinterpret_cast<const uint16_t *>(lexer->rec->state->tokenStartCharIndex);
-    const auto *end = static_cast<const uint16_t *>(input->nextChar);
-    const auto length = static_cast<size_t>(end - start);
-    if (length > KeywordTable::maxLength) {
-        return STRING;
-    }
-    std::array<char, KeywordTable::maxLength> word{};
-    uint32_t hash = KeywordTable::hashStart;
-    for (size_t i = 0; i < length; ++i) {
-        const char16_t unit = foldTable.uppercaseCharacter(start[i]);
-        if (unit >= 0x80) {
-            return STRING;
-        }
-        word[i] = static_cast<char>(unit);
-        hash = KeywordTable::hashStep(hash, word[i]);
-    }
-    return wordType(input, keywordTable.find(word.data(), length, hash));
+    return wordType(input, scanWord(tokenStart(lexer), static_cast<const uint16_t *>(input->nextChar)));
+}
+
+ANTLR3_UINT32 kp_matchWordRest(pANTLR3_LEXER lexer)
+{
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    const WordScan scan = scanWord(tokenStart(lexer), textEnd(input));
+    moveToNameEnd(input, scan.end);
+    return wordType(input, scan);
 }

@@ -316,9 +316,18 @@ pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
             return nullptr;
         }
         const char16_t c = foldTable.uppercaseCharacter(*p);
-        if (c >= 'A' && c <= 'Z' && c != 'N' && c != 'Q') {
-            // Most tokens are names and keywords; one of these letters
-            // starts nothing else (N and Q may open a quoted string).
+        if (isNameStart(c)) {
+            // Most tokens are names and keywords, told first: a letter starts
+            // nothing else but N'...' (read here) and Q'...' pieces (left to
+            // the generated lexer).
+            if (c == 'N' && p + 1 < end && isQuote(p[1])) {
+                return scanQuotedString(lexer, p, end);
+            }
+            if (opensQPiece(c, p, end)) {
+                return nullptr;
+            }
+            // STRING: the name and the type of the word (a keyword, a
+            // one-word rule such as T_NOT, or STRING).
             startToken(state, input);
             return emitToken(lexer, kp_matchWordRest(lexer), ANTLR3_TOKEN_DEFAULT_CHANNEL);
         }
@@ -381,15 +390,6 @@ pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
             startToken(state, input);
             moveWithinLine(input, q);
             return emitToken(lexer, INT, ANTLR3_TOKEN_DEFAULT_CHANNEL);
-        }
-        if (c == 'N' && p + 1 < end && isQuote(p[1])) {
-            return scanQuotedString(lexer, p, end);
-        }
-        if (isNameStart(c) && !opensQPiece(c, p, end)) {
-            // STRING: the first letter, the rest of the name, and the type
-            // of the word (a keyword, a one-word rule such as T_NOT, or STRING).
-            startToken(state, input);
-            return emitToken(lexer, kp_matchWordRest(lexer), ANTLR3_TOKEN_DEFAULT_CHANNEL);
         }
         return nullptr;
     }

@@ -17,16 +17,19 @@ SQLObject::~SQLObject() = default;
 
 void SQLObject::setName(std::string_view name)
 {
-    if (const std::optional<std::string_view> trimmed = SchemaModel::detail::trimmedView(name)) {
-        if (ownerRenames_ != nullptr && *trimmed != name_)
-            ++*ownerRenames_;
-        name_.assign(trimmed->data(), trimmed->size());
-        return;
+    // Most names are trimmed in place; only one with a doubled quote inside
+    // its quotes needs a new text.
+    std::string undoubled;
+    std::string_view trimmed;
+    if (const std::optional<std::string_view> view = SchemaModel::detail::trimmedView(name)) {
+        trimmed = *view;
+    } else {
+        undoubled = SchemaModel::trim(name);
+        trimmed = undoubled;
     }
-    std::string trimmed = SchemaModel::trim(name);
     if (ownerRenames_ != nullptr && trimmed != name_)
         ++*ownerRenames_;
-    name_ = std::move(trimmed);
+    name_.assign(trimmed.data(), trimmed.size());
 }
 
 namespace {

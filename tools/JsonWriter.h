@@ -167,10 +167,7 @@ private:
     void literalMember(JsonKey name, const char (&text)[N])
     {
         if (char *at = compactMember(name, N - 1)) {
-            for (size_t i = 0; i + 1 < N; ++i) {
-                at[i] = text[i];
-            }
-            finishMember(at + N - 1);
+            finishMember(copyLiteral(at, text));
             return;
         }
         key(name);
@@ -182,11 +179,17 @@ private:
     template <size_t N>
     void appendLiteral(const char (&text)[N])
     {
-        char *at = room(N - 1);
+        copyLiteral(room(N - 1), text);
+        used_ += N - 1;
+    }
+    // Copies a literal of N - 1 bytes to `at`; returns its end.
+    template <size_t N>
+    static char *copyLiteral(char *at, const char (&text)[N])
+    {
         for (size_t i = 0; i + 1 < N; ++i) {
             at[i] = text[i];
         }
-        used_ += N - 1;
+        return at + N - 1;
     }
     // What goes before a member or element: nothing after a key or at the
     // top, else a comma unless it is the first, and when pretty a line break

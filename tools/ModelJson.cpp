@@ -13,15 +13,6 @@ namespace sqlantlr {
 
 namespace {
 
-void optionalText(JsonWriter &json, const std::optional<std::string> &value)
-{
-    if (value) {
-        json.value(*value);
-    } else {
-        json.null();
-    }
-}
-
 void nameOrNull(JsonWriter &json, const SQLObject &object)
 {
     if (object.hasName()) {
@@ -74,10 +65,8 @@ void reference(JsonWriter &json, const SQLFieldReference &reference)
     json.beginObject();
     json.key("table"_key);
     json.value(reference.table);
-    json.key("field"_key);
-    optionalText(json, reference.field);
-    json.key("referenceId"_key);
-    optionalText(json, reference.referenceId);
+    json.member("field"_key, reference.field);
+    json.member("referenceId"_key, reference.referenceId);
     json.key("onDelete"_key);
     json.value(int64_t{reference.onDelete});
     json.key("onUpdate"_key);
@@ -118,18 +107,15 @@ void index(JsonWriter &json, const SQLIndex &index)
     json.value(index.isConstraint() ? "unique" : "index");
     json.key("name"_key);
     nameOrNull(json, index);
-    json.key("indexType"_key);
-    optionalText(json, index.getIndexType());
-    json.key("fieldName"_key);
-    optionalText(json, index.getFieldName());
+    json.member("indexType"_key, index.getIndexType());
+    json.member("fieldName"_key, index.getFieldName());
     json.key("entries"_key);
     json.beginArray();
     for (const auto &entry : index.entries()) {
         json.beginObject();
         json.key("name"_key);
         json.value(entry->getName());
-        json.key("prefixSize"_key);
-        optionalText(json, entry->getPrefixSize());
+        json.member("prefixSize"_key, entry->getPrefixSize());
         json.endObject();
     }
     json.endArray();
@@ -150,8 +136,7 @@ void foreignKey(JsonWriter &json, const SQLForeignKey &key)
         json.beginObject();
         json.key("field"_key);
         json.value(entry->getSource() != nullptr ? std::string_view(entry->getSource()->getName()) : std::string_view());
-        json.key("target"_key);
-        optionalText(json, entry->getTargetName());
+        json.member("target"_key, entry->getTargetName());
         json.endObject();
     }
     json.endArray();
@@ -214,12 +199,9 @@ void view(JsonWriter &json, const SQLView &view)
     json.beginObject();
     json.key("name"_key);
     json.value(view.getName());
-    json.key("schemaName"_key);
-    optionalText(json, view.getSchemaName());
-    json.key("baseName"_key);
-    optionalText(json, view.getBaseName());
-    json.key("queryString"_key);
-    optionalText(json, view.getQueryString());
+    json.member("schemaName"_key, view.getSchemaName());
+    json.member("baseName"_key, view.getBaseName());
+    json.member("queryString"_key, view.getQueryString());
     textList(json, "columns"_key, view.columns());
     textList(json, "selectColumns"_key, view.selectColumns());
     json.key("tables"_key);
