@@ -4,6 +4,7 @@
 
 #include <SchemaModel/Names.h>
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -153,13 +154,56 @@ private:
     std::size_t used_ = 0;  // slots in use
 };
 
+/// The ends of the names of a short list, as bits of a 256-bit set: names
+/// equal ignoring case have the same ASCII first and last characters,
+/// lower-cased, so a name whose ends have no bit is none of the list's, and
+/// most new names are told free without folding them. A name with an end
+/// beyond ASCII (which may fold to ASCII) fills the set.
+class NameEnds {
+public:
+    void add(std::string_view name)
+    {
+        const int bit = bitOf(name);
+        if (bit < 0) {
+            bits_.fill(~std::uint64_t{0});
+            return;
+        }
+        bits_[static_cast<std::size_t>(bit) >> 6] |= std::uint64_t{1} << (bit & 63);
+    }
+
+    /// False when no name added has the same ends as `name`.
+    bool mayHold(std::string_view name) const
+    {
+        const int bit = bitOf(name);
+        return bit < 0 || ((bits_[static_cast<std::size_t>(bit) >> 6] >> (bit & 63)) & 1) != 0;
+    }
+
+    void clear() { bits_.fill(0); }
+
+private:
+    static int bitOf(std::string_view name)
+    {
+        if (name.empty())
+            return -1;
+        const auto first = static_cast<unsigned char>(name.front());
+        const auto last = static_cast<unsigned char>(name.back());
+        if (first >= 0x80 || last >= 0x80)
+            return -1;
+        const auto lower = [](unsigned c) { return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c; };
+        return static_cast<int>((lower(first) * 31 + lower(last)) & 255);
+    }
+
+    std::array<std::uint64_t, 4> bits_{};
+};
+
 /// The items of one owner's list by case-folded name, for look-ups and
 /// renaming in constant time per name tried. It follows the list as items
 /// are added through it and rebuilds itself when one of its items has been
 /// renamed since (renames after adding are rare). Items point at it, so it
 /// never moves. It holds list positions by the hash of the folded name and
 /// compares candidates by folding the items' own names; a list of up to
-/// kScanLimit items, as most tables' are, is searched in place instead.
+/// kScanLimit items, as most tables' are, is searched in place instead,
+/// after a look at its names' ends (NameEnds).
 template <typename T>
 class NameIndex {
 public:
@@ -189,6 +233,8 @@ public:
         if (name.empty())
             return nullptr;
         refresh(items);
+        if (!positions_ && !ends_.mayHold(name))
+            return nullptr;
         const FoldedKey key = FoldedKey::ofName(name);
         T *first = nullptr;
         T *exact = nullptr;
@@ -214,6 +260,8 @@ public:
         if (!object.hasName())
             return false;
         refresh(items);
+        if (!positions_ && !ends_.mayHold(object.getName()))
+            return false;
         FoldedKey key = FoldedKey::ofName(object.getName());
         if (!holds(items, key))
             return false;
@@ -277,7 +325,10 @@ private:
         ++indexed_;
         if (positions_) {
             hash(items, position);
-        } else if (indexed_ > kScanLimit) {
+        } else if (indexed_ <= kScanLimit) {
+            if (items[position]->hasName())
+                ends_.add(items[position]->getName());
+        } else {
             // Too many to search in place from now on: hash them all.
             positions_ = std::make_unique<PositionsByHash>();
             positions_->clear(indexed_);
@@ -296,6 +347,7 @@ private:
     void rebuild(const Items &items)
     {
         positions_.reset();
+        ends_.clear();
         nextSuffix_.reset();
         indexed_ = 0;
         renamesSeen_ = renames_;
@@ -304,6 +356,7 @@ private:
     }
 
     std::unique_ptr<PositionsByHash> positions_;  // made past kScanLimit items
+    NameEnds ends_;                               // of the names, until positions_ is made
     std::unique_ptr<std::unordered_map<std::string, std::size_t>> nextSuffix_;
     std::uint64_t renames_ = 0;      // bumped by items renamed after adding
     std::uint64_t renamesSeen_ = 0;  // as of the last rebuild

@@ -25,6 +25,15 @@ std::unique_ptr<SQLField> SQLField::fieldWithName(std::string_view name, std::st
     return field;
 }
 
+std::unique_ptr<SQLField> SQLField::fieldWithName(std::string_view name, std::string_view type,
+                                                  std::optional<std::string_view> defaultValue)
+{
+    auto field = std::make_unique<SQLField>();
+    field->setName(name);
+    field->setTexts(type, defaultValue);
+    return field;
+}
+
 SQLField::Rare &SQLField::rare()
 {
     if (!rare_)

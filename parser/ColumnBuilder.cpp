@@ -17,9 +17,9 @@ namespace {
 // Adds the field, renamed when its name is taken; a rename is reported at
 // the name's line and position.
 SQLField *addField(ParseSession *session, SQLTable *table, const std::string &name, const std::string &type,
-                   int line, int position)
+                   std::optional<std::string_view> defaultValue, int line, int position)
 {
-    std::unique_ptr<SQLField> field = SQLField::fieldWithName(name, type);
+    std::unique_ptr<SQLField> field = SQLField::fieldWithName(name, type, defaultValue);
     const std::string nameBeforeAdding = field->getName();
     bool didRename = false;
     SQLField *added = table->addWithRenaming(std::move(field), &didRename);
@@ -37,15 +37,15 @@ SQLField *kp_addField(pANTLR3_BASE_RECOGNIZER recognizer, SQLTable *table, pANTL
     if (!accepted || table == nullptr || nameNode == nullptr) {
         return nullptr;
     }
-    return addField(kp_session(recognizer), table, kp_nodeText(nameNode), type,
+    return addField(kp_session(recognizer), table, kp_nodeText(nameNode), type, std::nullopt,
                     static_cast<int>(nameNode->getLine(nameNode)),
                     static_cast<int>(nameNode->getCharPositionInLine(nameNode)));
 }
 
 SQLField *kp_addFieldAt(ParseSession *session, SQLTable *table, const std::string &name, const std::string &type,
-                        int line, int position)
+                        std::optional<std::string_view> defaultValue, int line, int position)
 {
-    return table != nullptr ? addField(session, table, name, type, line, position) : nullptr;
+    return table != nullptr ? addField(session, table, name, type, defaultValue, line, position) : nullptr;
 }
 
 void kp_traceRejectedType(pANTLR3_BASE_RECOGNIZER, pANTLR3_BASE_TREE typeWord)

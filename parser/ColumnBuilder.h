@@ -6,16 +6,20 @@
 
 #include "RecognizerSupport.h"
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 // Creates the field and adds it to the table, renaming it when its name is
 // taken; a rename is reported at the name's position. A type the walker did
 // not accept (accepted false) builds no field. Returns the added field.
 SQLField *kp_addField(pANTLR3_BASE_RECOGNIZER recognizer, SQLTable *table, pANTLR3_BASE_TREE nameNode,
                       const std::string &type, bool accepted);
-// The same for a column of the name, which stands at line and position.
+// The same for a column of the name, which stands at line and position,
+// with its default value when it has one (set with the type, in one step).
 SQLField *kp_addFieldAt(sqlantlr::ParseSession *session, SQLTable *table, const std::string &name,
-                        const std::string &type, int line, int position);
+                        const std::string &type, std::optional<std::string_view> defaultValue, int line,
+                        int position);
 // Traces a data type that the walker does not take.
 void kp_traceRejectedType(pANTLR3_BASE_RECOGNIZER recognizer, pANTLR3_BASE_TREE typeWord);
 

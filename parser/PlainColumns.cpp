@@ -1385,7 +1385,15 @@ namespace {
 void applyColumn(ParseSession *session, SQLTable *table, const PlainColumn &column)
 {
     using Kind = PlainColumnStep::Kind;
-    SQLField *field = kp_addFieldAt(session, table, column.name, column.type, column.line, column.position);
+    // The last DEFAULT is the one that stays: it is set with the type.
+    std::optional<std::string_view> defaultValue;
+    for (const PlainColumnStep &step : column.steps) {
+        if (step.kind == Kind::Default) {
+            defaultValue = step.text;
+        }
+    }
+    SQLField *field =
+        kp_addFieldAt(session, table, column.name, column.type, defaultValue, column.line, column.position);
     if (field == nullptr) {
         // Without a table the column's reference is still reported.
         for (const PlainColumnStep &step : column.steps) {
@@ -1412,8 +1420,7 @@ void applyColumn(ParseSession *session, SQLTable *table, const PlainColumn &colu
             field->setPropertyAsBoolean(step.text, true);
             break;
         case Kind::Default:
-            field->setDefaultValueFromParsedString(step.text);
-            break;
+            break;  // set with the field
         case Kind::OnUpdate:
             field->setProperty("onUpdateFieldValue", step.text);
             break;

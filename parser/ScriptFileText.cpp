@@ -156,22 +156,32 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
     Pieces pieces(in.fd);
     std::size_t units = 0;
     bool first = true;
+    // Each piece is decoded into the same buffer, which is never filled
+    // before it is written.
+    std::unique_ptr<char16_t[]> decoded;
+    std::size_t decodedRoom = 0;
     while (pieces.next(piece)) {
         std::string converted;
         const std::string_view bytes = utf8 ? piece : std::string_view(converted = macRomanToUtf8(piece));
-        std::u16string text = utf8ToUtf16(bytes);
-        if (first && !text.empty() && text.front() == u'\uFEFF') {
-            text.erase(0, 1);  // as the driver drops the byte order mark
+        if (bytes.size() > decodedRoom) {
+            decodedRoom = std::max(bytes.size(), 2 * decodedRoom);
+            decoded.reset(new char16_t[decodedRoom]);
+        }
+        char16_t *text = decoded.get();
+        char16_t *textEnd = text + utf8ToUtf16(bytes, text);
+        if (first && text != textEnd && *text == u'\uFEFF') {
+            ++text;  // as the driver drops the byte order mark
         }
         first = false;
         // A NUL unit comes only from a NUL byte (UTF-8 has no other form of it).
         if (std::memchr(bytes.data(), 0, bytes.size()) != nullptr) {
-            text.erase(std::remove(text.begin(), text.end(), u'\0'), text.end());
+            textEnd = std::remove(text, textEnd, u'\0');
         }
-        if (!writeAll(out.fd, text.data(), text.size() * sizeof(char16_t))) {
+        const auto count = static_cast<std::size_t>(textEnd - text);
+        if (!writeAll(out.fd, text, count * sizeof(char16_t))) {
             return nullptr;
         }
-        units += text.size();
+        units += count;
     }
     if (pieces.failed()) {
         return nullptr;

@@ -70,31 +70,29 @@ const uint8_t *bytesOf(std::string_view text) { return reinterpret_cast<const ui
 
 // An ASCII start widened, then ICU from the first other byte on (beyond
 // 2 GB ICU's lengths fail, as they always did here).
-std::u16string utf8ToUtf16ByIcu(std::string_view text, std::u16string result)
+size_t utf8ToUtf16ByIcu(std::string_view text, char16_t *out)
 {
-    const size_t ascii = widenAsciiRun(bytesOf(text), bytesOf(text) + text.size(), result.data());
+    const size_t ascii = widenAsciiRun(bytesOf(text), bytesOf(text) + text.size(), out);
     if (ascii == text.size()) {
-        return result;
+        return ascii;
     }
     const std::string_view rest = text.substr(ascii);
     int32_t length = 0;
     UErrorCode status = U_ZERO_ERROR;
-    u_strFromUTF8WithSub(reinterpret_cast<UChar *>(result.data() + ascii), static_cast<int32_t>(rest.size()), &length,
+    u_strFromUTF8WithSub(reinterpret_cast<UChar *>(out + ascii), static_cast<int32_t>(rest.size()), &length,
                          rest.data(), static_cast<int32_t>(rest.size()), 0xFFFD, nullptr, &status);
     if (U_FAILURE(status)) {
-        return {};
+        return 0;
     }
-    result.resize(ascii + static_cast<size_t>(length));
-    return result;
+    return ascii + static_cast<size_t>(length);
 }
 
 } // namespace
 
-std::u16string utf8ToUtf16(std::string_view text)
+size_t utf8ToUtf16(std::string_view text, char16_t *out)
 {
-    std::u16string result(text.size(), u'\0');  // never more units than bytes
     if (text.size() > static_cast<size_t>(INT32_MAX)) {
-        return utf8ToUtf16ByIcu(text, std::move(result));
+        return utf8ToUtf16ByIcu(text, out);
     }
     // Well-formed UTF-8 has one decoding, so it is decoded here: ASCII runs
     // sixteen bytes at a time, other characters one by one. From the first
@@ -102,7 +100,6 @@ std::u16string utf8ToUtf16(std::string_view text)
     // with its substitutions, as it did the whole text before.
     const uint8_t *bytes = bytesOf(text);
     const auto length = static_cast<int32_t>(text.size());
-    char16_t *out = result.data();
     int32_t i = 0;
     size_t o = 0;
     while (i < length) {
@@ -118,10 +115,10 @@ std::u16string utf8ToUtf16(std::string_view text)
         if (c < 0) {
             int32_t written = 0;
             UErrorCode status = U_ZERO_ERROR;
-            u_strFromUTF8WithSub(reinterpret_cast<UChar *>(out + o), static_cast<int32_t>(result.size() - o), &written,
+            u_strFromUTF8WithSub(reinterpret_cast<UChar *>(out + o), static_cast<int32_t>(text.size() - o), &written,
                                  text.data() + start, length - start, 0xFFFD, nullptr, &status);
             if (U_FAILURE(status)) {
-                return {};
+                return 0;
             }
             o += static_cast<size_t>(written);
             break;
@@ -133,7 +130,13 @@ std::u16string utf8ToUtf16(std::string_view text)
             out[o++] = static_cast<char16_t>(U16_TRAIL(c));
         }
     }
-    result.resize(o);
+    return o;
+}
+
+std::u16string utf8ToUtf16(std::string_view text)
+{
+    std::u16string result(text.size(), u'\0');  // never more units than bytes
+    result.resize(utf8ToUtf16(text, result.data()));
     return result;
 }
 

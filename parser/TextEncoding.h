@@ -9,6 +9,9 @@
 namespace sqlantlr {
 
 std::u16string utf8ToUtf16(std::string_view text);
+// Decodes into out, which has room for text.size() units (never more units
+// than bytes): the number of units written, 0 when ICU fails.
+size_t utf8ToUtf16(std::string_view text, char16_t *out);
 std::string utf16ToUtf8(const char16_t *text, size_t length);
 inline std::string utf16ToUtf8(std::u16string_view text) { return utf16ToUtf8(text.data(), text.size()); }
 

@@ -38,6 +38,10 @@ public:
     ~SQLField() override;
 
     static std::unique_ptr<SQLField> fieldWithName(std::string_view name, std::string_view type);
+    /// A field with its type and default set at once (as setType, then
+    /// setDefaultValueFromParsedString), for importers that know both.
+    static std::unique_ptr<SQLField> fieldWithName(std::string_view name, std::string_view type,
+                                                   std::optional<std::string_view> defaultValue);
 
     /// Type text as written. The reference stays valid until the field's
     /// type or default value is set again, or the field is destroyed.

@@ -79,3 +79,35 @@ TEST(FieldTextsTest, ChecksAndAReferenceShareTheColumnsRareObject)
     EXPECT_EQ(field->getReferences()->table, "u");
     EXPECT_LE(sizeof(SQLField), 88u);
 }
+
+// Freeing pairs moves others back along their probe runs: every pair left
+// must still be found (shared by a new column of the same texts) and freed.
+TEST(FieldTextsTest, PairsLeftAfterOthersAreFreedAreStillShared)
+{
+    const std::size_t before = sharedFieldTextsCount();
+    {
+        std::vector<std::unique_ptr<SQLField>> columns;
+        for (int i = 0; i < 3000; ++i)
+            columns.push_back(SQLField::fieldWithName("c", "t" + std::to_string(i), std::to_string(i % 5)));
+        for (int i = 0; i < 3000; i += 3)
+            columns[static_cast<std::size_t>(i)].reset();
+        EXPECT_EQ(sharedFieldTextsCount(), before + 2000);
+        for (int i = 0; i < 3000; ++i) {
+            auto again = SQLField::fieldWithName("d", "t" + std::to_string(i), std::to_string(i % 5));
+            const auto &kept = columns[static_cast<std::size_t>(i)];
+            if (kept != nullptr) {
+                EXPECT_EQ(&again->getType(), &kept->getType()) << i;
+            }
+            EXPECT_EQ(again->getDefaultValue(), std::to_string(i % 5));
+        }
+        EXPECT_EQ(sharedFieldTextsCount(), before + 2000);
+        // The same type without a default, or with an empty one, is another pair.
+        auto bare = SQLField::fieldWithName("e", "t1", std::nullopt);
+        auto empty = SQLField::fieldWithName("f", "t1", std::string_view());
+        EXPECT_NE(&bare->getType(), &columns[1]->getType());
+        EXPECT_NE(&bare->getType(), &empty->getType());
+        EXPECT_EQ(empty->getDefaultValue(), "");
+        EXPECT_EQ(sharedFieldTextsCount(), before + 2002);
+    }
+    EXPECT_EQ(sharedFieldTextsCount(), before);
+}
