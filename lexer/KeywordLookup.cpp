@@ -35,26 +35,29 @@ class KeywordTable {
 public:
     static constexpr size_t maxLength = 40;
 
-    // FNV-1a over the upper-cased ASCII word, one character at a time, so the
-    // lexer can hash a word while it folds it.
-    static constexpr uint32_t hashStart = 2166136261u;
-    static uint32_t hashStep(uint32_t hash, char c) { return (hash ^ static_cast<unsigned char>(c)) * 16777619u; }
+    // A word's hash from its length and its first headLength characters
+    // (zero-padded): two multiplies a word, with no chain of them through
+    // its characters. Longer keywords are few; they differ in their text.
+    static uint32_t hashOf(const char *head, size_t length)
+    {
+        uint64_t words[2];
+        std::memcpy(words, head, sizeof words);
+        const uint64_t mixed = words[0] * 0x9E3779B97F4A7C15ULL ^ words[1] * 0xC2B2AE3D27D4EB4FULL ^ length;
+        return static_cast<uint32_t>(mixed >> 32) ^ static_cast<uint32_t>(mixed);
+    }
 
     KeywordTable()
     {
         for (size_t i = 0; i < entryCount; ++i) {
             const char *word = keywordEntries[i].word;
             const size_t length = std::strlen(word);
-            uint32_t hash = hashStart;
-            for (size_t k = 0; k < length; ++k) {
-                hash = hashStep(hash, word[k]);
-            }
+            std::memcpy(heads_[i].data(), word, std::min(length, headLength));
+            const uint32_t hash = hashOf(heads_[i].data(), length);
             size_t slot = spread(hash) & mask;
             while (slots_[slot].entry != 0) {
                 slot = (slot + 1) & mask;
             }
             slots_[slot] = {hash, static_cast<uint16_t>(i + 1), static_cast<uint16_t>(length)};
-            std::memcpy(heads_[i].data(), word, std::min(length, headLength));
         }
     }
 
@@ -70,7 +73,7 @@ public:
         ANTLR3_UINT32 withBlank = 0;
     };
 
-    // text holds length upper-cased characters whose hash (see hashStep) is
+    // text holds length upper-cased characters whose hash (see hashOf) is
     // hash, and zeros after them up to headLength.
     Types find(const char *text, size_t length, uint32_t hash) const
     {
@@ -171,53 +174,59 @@ constexpr std::array<char, 0x80> asciiNameUpper = [] {
 
 // A name read from its first letter: where it ends, and, while it may still
 // be a keyword (ASCII when upper-cased, no longer than any keyword), its
-// upper-cased letters, zero-padded, and their hash.
+// upper-cased letters, zero-padded up to the keyword heads' length, and
+// their hash.
 struct WordScan {
     const uint16_t *end = nullptr;
-    std::array<char, KeywordTable::maxLength> word{};
+    std::array<char, KeywordTable::maxLength> word;
     size_t length = 0;
-    uint32_t hash = KeywordTable::hashStart;
+    uint32_t hash = 0;
     bool candidate = true;
 };
 
 // One pass over the name at p (up to end): each unit upper-cased once, for
-// the name's extent and the word's hash alike.
+// the name's extent and the keyword look-up alike.
 WordScan scanWord(const uint16_t *p, const uint16_t *end)
 {
     // The counts stay in locals: the letters' stores could alias the
     // result's fields, which the loop would then reload at every unit.
     WordScan scan;
-    size_t length = 0;
-    uint32_t hash = KeywordTable::hashStart;
+    char *const word = scan.word.data();
+    std::memset(word, 0, KeywordTable::headLength);
     bool candidate = true;
+    // Most names are ASCII and short: one table look-up per unit.
+    const size_t asciiLimit = std::min(static_cast<size_t>(end - p), KeywordTable::maxLength);
+    size_t length = 0;
+    for (; length < asciiLimit; ++length) {
+        const uint16_t raw = p[length];
+        if (raw >= 0x80) {
+            break;
+        }
+        const char upper = asciiNameUpper[raw];
+        if (upper == '\0') {
+            break;
+        }
+        word[length] = upper;
+    }
+    p += length;
+    // Past a unit beyond ASCII or the longest keyword: the rest unit by unit.
     while (p < end) {
         const uint16_t raw = *p;
-        if (raw < 0x80 && length < KeywordTable::maxLength) {
-            // Most names are ASCII: one table look-up per unit.
-            const char upper = asciiNameUpper[raw];
-            if (upper == '\0') {
-                break;
-            }
-            scan.word[length++] = upper;
-            hash = KeywordTable::hashStep(hash, upper);
-            ++p;
-            continue;
-        }
-        const char16_t unit = foldTable.uppercaseCharacter(raw);
-        if (!isNameRest(unit)) {
+        const char16_t unit = raw < 0x80 ? static_cast<char16_t>(static_cast<unsigned char>(asciiNameUpper[raw]))
+                                         : foldTable.uppercaseCharacter(raw);
+        if (raw < 0x80 ? unit == 0 : !isNameRest(unit)) {
             break;
         }
         if (unit >= 0x80 || length == KeywordTable::maxLength) {
             candidate = false;
         } else if (candidate) {
-            scan.word[length++] = static_cast<char>(unit);
-            hash = KeywordTable::hashStep(hash, static_cast<char>(unit));
+            word[length++] = static_cast<char>(unit);
         }
         ++p;
     }
     scan.end = p;
     scan.length = length;
-    scan.hash = hash;
+    scan.hash = candidate ? KeywordTable::hashOf(word, length) : 0;
     scan.candidate = candidate;
     return scan;
 }

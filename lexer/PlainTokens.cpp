@@ -10,6 +10,7 @@
 // whose first characters could also start another rule (N'...', Q'...',
 // '..', '=='), is left to the generated lexer at the same position.
 #include "InputMoves.h"
+#include "PlainTokens.h"
 #include "KpAntlrStringOperations.h"
 #include "RecognizerSupport.h"
 #include "VellumGrammarCLexer.h"
@@ -281,31 +282,13 @@ bool isNameStart(char16_t folded)
 
 } // namespace
 
-bool kp_passBlanks(pANTLR3_LEXER lexer)
-{
-    pANTLR3_INPUT_STREAM input = lexer->input;
-    const auto *end = static_cast<const uint16_t *>(input->data) + input->sizeBuf / 2;
-    const auto *p = static_cast<const uint16_t *>(input->nextChar);
-    bool passedLineEnd = false;
-    for (;;) {
-        const uint16_t *q = p;
-        while (q < end && (*q == ' ' || *q == '\t')) {
-            ++q;
-        }
-        if (q != p) {
-            moveWithinLine(input, q);
-        }
-        const uint16_t *next = afterLineEnd(q, end);
-        if (next == nullptr) {
-            return passedLineEnd;
-        }
-        moveToNextLine(input, next);
-        passedLineEnd = true;
-        p = next;
-    }
-}
+namespace {
 
-pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
+// The scan of both entry points. Passing blanks, blanks and line ends are
+// passed without tokens, as scanning them into hidden WS and NEWLINE tokens
+// would move the stream, and lineEnded is set when a line ended.
+template <bool PassingBlanks>
+pANTLR3_COMMON_TOKEN scanToken(pANTLR3_LEXER lexer, bool *lineEnded)
 {
     pANTLR3_INPUT_STREAM input = lexer->input;
     pANTLR3_RECOGNIZER_SHARED_STATE state = lexer->rec->state;
@@ -338,6 +321,10 @@ pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
             while (q < end && (*q == ' ' || *q == '\t')) {
                 ++q;
             }
+            if (PassingBlanks) {
+                moveWithinLine(input, q);
+                continue;
+            }
             startToken(state, input);
             moveWithinLine(input, q);
             if (kp_dropsBlanks(state)) {
@@ -349,6 +336,11 @@ pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
         case '\r':
             // LF, CRLF (the carriage return moves the column, the line feed
             // ends the line) or a lone CR.
+            if (PassingBlanks) {
+                moveToNextLine(input, afterLineEnd(p, end));
+                *lineEnded = true;
+                continue;
+            }
             startToken(state, input);
             moveToNextLine(input, afterLineEnd(p, end));
             return emitToken(lexer, NEWLINE, HIDDEN);
@@ -393,4 +385,16 @@ pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
         }
         return nullptr;
     }
+}
+
+} // namespace
+
+pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer)
+{
+    return scanToken<false>(lexer, nullptr);
+}
+
+pANTLR3_COMMON_TOKEN kp_scanPlainTokenPassingBlanks(pANTLR3_LEXER lexer, bool &lineEnded)
+{
+    return scanToken<true>(lexer, &lineEnded);
 }

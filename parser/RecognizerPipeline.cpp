@@ -2,6 +2,7 @@
 
 #include "ActionHelpers.h"
 #include "Log.h"
+#include "PlainTokens.h"
 #include "RecognizerSupport.h"
 #include "RuntimeShortcuts.h"
 #include "ScriptFileText.h"

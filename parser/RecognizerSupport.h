@@ -74,18 +74,6 @@ ANTLR3_UINT32 kp_keywordType(pANTLR3_LEXER lexer);
 ANTLR3_UINT32 kp_matchWordRest(pANTLR3_LEXER lexer);
 // NAME_LETTER of the lexer grammar: letters of other scripts (an upper-cased unit).
 bool kp_isNameLetter(char16_t unit);
-// The next token when it is a blank run, a line end, a name or keyword, a
-// quoted string or name, a line comment, an unsigned number or one of
-// ( ) , ; = . made without the generated lexer's
-// prediction (see lexer/PlainTokens.cpp); nullptr, with nothing consumed,
-// when the generated lexer is to make it. Blanks a parse drops are skipped.
-pANTLR3_COMMON_TOKEN kp_scanPlainToken(pANTLR3_LEXER lexer);
-
-// Moves the stream past the blanks and line ends at its next unit, as
-// scanning them into hidden WS and NEWLINE tokens would, without making the
-// tokens: for a reading that only needs to know whether a line ended (true).
-bool kp_passBlanks(pANTLR3_LEXER lexer);
-
 // True when the lexer of this parse leaves blanks out of the token stream.
 bool kp_dropsBlanks(pANTLR3_RECOGNIZER_SHARED_STATE state);
 

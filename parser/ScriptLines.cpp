@@ -5,6 +5,7 @@
 #include "DataStatements.h"
 #include "InputMoves.h"
 #include "ParseSession.h"
+#include "PlainTokens.h"
 #include "RecognizerSupport.h"
 #include "QuotedText.h"
 #include "TokenWindow.h"
@@ -911,8 +912,10 @@ pANTLR3_COMMON_TOKEN ScriptLines::nextAhead()
     // DELIMITER line nor a statement word opening a line outside parentheses
     // cuts; "/" and anything else the fast path does not cut stop the reading.
     for (;;) {
-        aheadLineStart_ = kp_passBlanks(lexer) || aheadLineStart_;
-        if ((token = kp_scanPlainToken(lexer)) == nullptr) {
+        bool lineEnded = false;
+        token = kp_scanPlainTokenPassingBlanks(lexer, lineEnded);
+        aheadLineStart_ = aheadLineStart_ || lineEnded;
+        if (token == nullptr) {
             break;
         }
         if (token->channel != ANTLR3_TOKEN_DEFAULT_CHANNEL) {
