@@ -4,7 +4,6 @@
 
 #include <SchemaModel/Names.h>
 
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -154,7 +153,7 @@ private:
     std::size_t used_ = 0;  // slots in use
 };
 
-/// The ends of the names of a short list, as bits of a 256-bit set: names
+/// The ends of the names of a short list, as bits of a 64-bit set: names
 /// equal ignoring case have the same ASCII first and last characters,
 /// lower-cased, so a name whose ends have no bit is none of the list's, and
 /// most new names are told free without folding them. A name with an end
@@ -164,21 +163,17 @@ public:
     void add(std::string_view name)
     {
         const int bit = bitOf(name);
-        if (bit < 0) {
-            bits_.fill(~std::uint64_t{0});
-            return;
-        }
-        bits_[static_cast<std::size_t>(bit) >> 6] |= std::uint64_t{1} << (bit & 63);
+        bits_ |= bit < 0 ? ~std::uint64_t{0} : std::uint64_t{1} << bit;
     }
 
     /// False when no name added has the same ends as `name`.
     bool mayHold(std::string_view name) const
     {
         const int bit = bitOf(name);
-        return bit < 0 || ((bits_[static_cast<std::size_t>(bit) >> 6] >> (bit & 63)) & 1) != 0;
+        return bit < 0 || ((bits_ >> bit) & 1) != 0;
     }
 
-    void clear() { bits_.fill(0); }
+    void clear() { bits_ = 0; }
 
 private:
     static int bitOf(std::string_view name)
@@ -190,10 +185,10 @@ private:
         if (first >= 0x80 || last >= 0x80)
             return -1;
         const auto lower = [](unsigned c) { return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c; };
-        return static_cast<int>((lower(first) * 31 + lower(last)) & 255);
+        return static_cast<int>((lower(first) * 31 + lower(last)) & 63);
     }
 
-    std::array<std::uint64_t, 4> bits_{};
+    std::uint64_t bits_ = 0;
 };
 
 /// The items of one owner's list by case-folded name, for look-ups and

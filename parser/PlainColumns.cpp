@@ -1502,6 +1502,8 @@ void applyTable(ParseSession *session, SQLContainer &container, const PlainTable
         return;
     }
     using Kind = PlainEntry::Kind;
+    table->reserveFields(static_cast<size_t>(std::count_if(
+        plain.entries().begin(), plain.entries().end(), [](const PlainEntry &entry) { return entry.kind == Kind::Column; })));
     for (const PlainEntry &entry : plain.entries()) {
         switch (entry.kind) {
         case Kind::Column:

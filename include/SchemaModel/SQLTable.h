@@ -5,6 +5,7 @@
 #include <SchemaModel/SQLIndex.h>
 #include <SchemaModel/SQLObject.h>
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -62,6 +63,10 @@ public:
                                      std::string_view type);
     /// Makes exactly the named fields the primary key.
     void setPrimaryKeyToFieldNames(const std::vector<std::string> &names);
+
+    /// Makes room for `count` more fields, for an importer that knows how
+    /// many it is about to add.
+    void reserveFields(std::size_t count) { fields_.reserve(fields_.size() + count); }
 
     const std::vector<std::unique_ptr<SQLField>> &fields() const { return fields_; }
     const std::vector<std::unique_ptr<SQLIndex>> &indexes() const { return indexes_; }
