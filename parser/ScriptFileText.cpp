@@ -36,20 +36,6 @@ struct Descriptor {
     }
 };
 
-bool writeAll(int fd, const void *data, std::size_t size)
-{
-    const auto *bytes = static_cast<const char *>(data);
-    while (size > 0) {
-        const ssize_t written = ::write(fd, bytes, size);
-        if (written < 0) {
-            return false;
-        }
-        bytes += written;
-        size -= static_cast<std::size_t>(written);
-    }
-    return true;
-}
-
 // Reads a file in pieces that end just after an ASCII byte (or at the end
 // of the file). No UTF-8 sequence, well-formed or not, runs past an ASCII
 // byte, so converting or checking the pieces one by one gives what the
@@ -153,21 +139,45 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
         return nullptr;
     }
     ::unlink(name.c_str());  // gone with the descriptor and the mapping
+    // The text is decoded straight into the file's pages through a shared
+    // mapping (no copy through write()): room for a unit per byte of the
+    // file, which no decoding exceeds, cut to the units written at the end.
+    const auto capacity = static_cast<std::size_t>(status.st_size);
+    std::unique_ptr<ScriptFileText> result(new ScriptFileText);
+    if (capacity == 0) {
+        return result;
+    }
+    const std::size_t room = capacity * sizeof(char16_t);
+    if (::ftruncate(out.fd, static_cast<off_t>(room)) != 0) {
+        return nullptr;
+    }
+    void *mapping = ::mmap(nullptr, room, PROT_READ | PROT_WRITE, MAP_SHARED, out.fd, 0);
+    if (mapping == MAP_FAILED) {
+        return nullptr;
+    }
+    // Owned by result from here on, so that every failure unmaps it.
+    auto *const units = static_cast<char16_t *>(mapping);
+    result->data_ = units;
+    result->mapped_ = room;
     Pieces pieces(in.fd);
-    std::size_t units = 0;
+    std::size_t used = 0;
     bool first = true;
-    // Each piece is decoded into the same buffer, which is never filled
-    // before it is written.
-    std::unique_ptr<char16_t[]> decoded;
-    std::size_t decodedRoom = 0;
+    // A piece whose decoding needs more room than is left (Mac OS Roman,
+    // converted through UTF-8) is decoded aside first.
+    std::unique_ptr<char16_t[]> aside;
+    std::size_t asideRoom = 0;
     while (pieces.next(piece)) {
         std::string converted;
         const std::string_view bytes = utf8 ? piece : std::string_view(converted = macRomanToUtf8(piece));
-        if (bytes.size() > decodedRoom) {
-            decodedRoom = std::max(bytes.size(), 2 * decodedRoom);
-            decoded.reset(new char16_t[decodedRoom]);
+        char16_t *const at = units + used;
+        char16_t *text = at;
+        if (bytes.size() > capacity - used) {
+            if (bytes.size() > asideRoom) {
+                asideRoom = std::max(bytes.size(), 2 * asideRoom);
+                aside.reset(new char16_t[asideRoom]);
+            }
+            text = aside.get();
         }
-        char16_t *text = decoded.get();
         char16_t *textEnd = text + utf8ToUtf16(bytes, text);
         if (first && text != textEnd && *text == u'\uFEFF') {
             ++text;  // as the driver drops the byte order mark
@@ -178,25 +188,33 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
             textEnd = std::remove(text, textEnd, u'\0');
         }
         const auto count = static_cast<std::size_t>(textEnd - text);
-        if (!writeAll(out.fd, text, count * sizeof(char16_t))) {
-            return nullptr;
+        if (count > capacity - used) {
+            return nullptr;  // the file grew while it was read: it is read whole instead
         }
-        units += count;
+        if (text != at) {
+            std::memmove(at, text, count * sizeof(char16_t));
+        }
+        used += count;
     }
     if (pieces.failed()) {
         return nullptr;
     }
-    std::unique_ptr<ScriptFileText> result(new ScriptFileText);
-    if (units == 0) {
-        return result;
+    // The pages past the text are unmapped and cut from the file; the rest
+    // stays mapped, read-only.
+    const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    const std::size_t kept = (used * sizeof(char16_t) + page - 1) / page * page;
+    if (kept < room) {
+        ::munmap(reinterpret_cast<char *>(mapping) + kept, room - kept);
+        result->mapped_ = kept;
+        if (kept == 0) {
+            result->data_ = nullptr;
+        }
     }
-    void *mapping = ::mmap(nullptr, units * sizeof(char16_t), PROT_READ, MAP_SHARED, out.fd, 0);
-    if (mapping == MAP_FAILED) {
+    if (::ftruncate(out.fd, static_cast<off_t>(used * sizeof(char16_t))) != 0 ||
+        (kept != 0 && ::mprotect(mapping, kept, PROT_READ) != 0)) {
         return nullptr;
     }
-    result->data_ = static_cast<const char16_t *>(mapping);
-    result->size_ = units;
-    result->mapped_ = units * sizeof(char16_t);
+    result->size_ = used;
     return result;
 }
 

@@ -70,6 +70,9 @@ TEST(ScriptFile, EveryEncodingGivesTheModelAndRecordsOfTheWholeText)
     expectSameAsWholeText("\xEF\xBB\xBF" + utf8, "UTF-8 byte order mark");
     expectSameAsWholeText(std::string("CREATE TABLE a (x\0y INT);\n", 26) + std::string("\0", 1) + table, "NULs");
     expectSameAsWholeText("CREATE TABLE caf\xE9 (id INT);\n" + std::string(table), "not UTF-8: Mac OS Roman");
+    // Nothing left once the mark or the NULs are dropped.
+    expectSameAsWholeText("\xEF\xBB\xBF", "a byte order mark alone");
+    expectSameAsWholeText(std::string(5, '\0'), "NULs alone");
     std::string utf16 = "\xFF\xFE";
     for (const char c : std::string("CREATE TABLE w (id INT);\n") + table) {
         utf16 += c;
@@ -95,6 +98,15 @@ TEST(ScriptFile, StatementsAcrossTheDecodedPiecesKeepTheirPositions)
     script += std::string("CREATE TABLE after (a INT REFERENCES big(id), b ÷÷);\n") + table;
     expectSameAsWholeText(script, "several pieces");
     expectSameAsWholeText(script.substr(0, script.size() / 2), "cut in a statement");
+
+    // Mac OS Roman over several pieces: each piece's characters take more
+    // bytes in UTF-8 than in the file, up to the file's last piece.
+    std::string roman;
+    for (int i = 0; i < 60000; ++i) {
+        roman += "CREATE TABLE caf\xE9" + std::to_string(i) + " (\x8A INT, b VARCHAR(9) DEFAULT '\xE9\xE9');\n";
+    }
+    roman += table;
+    expectSameAsWholeText(roman, "Mac OS Roman in several pieces");
 }
 
 TEST(ScriptFile, PagesReleasedFromMemoryReadBackTheSameText)
