@@ -159,6 +159,7 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
     auto *const units = static_cast<char16_t *>(mapping);
     result->data_ = units;
     result->mapped_ = room;
+    const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
     Pieces pieces(in.fd);
     std::size_t used = 0;
     bool first = true;
@@ -195,13 +196,18 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
             std::memmove(at, text, count * sizeof(char16_t));
         }
         used += count;
+        // Decoded pages leave the process's memory as the parse's do: they
+        // stay in the file and are read back when the parse gets there.
+        const std::size_t decodedPages = used * sizeof(char16_t) / page * page;
+        if (decodedPages != 0) {
+            ::madvise(mapping, decodedPages, MADV_DONTNEED);
+        }
     }
     if (pieces.failed()) {
         return nullptr;
     }
     // The pages past the text are unmapped and cut from the file; the rest
     // stays mapped, read-only.
-    const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
     const std::size_t kept = (used * sizeof(char16_t) + page - 1) / page * page;
     if (kept < room) {
         ::munmap(reinterpret_cast<char *>(mapping) + kept, room - kept);

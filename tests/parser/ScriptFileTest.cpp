@@ -17,6 +17,8 @@
 #include <sstream>
 #include <string>
 
+#include <unistd.h>
+
 namespace {
 
 struct TempFile {
@@ -122,6 +124,36 @@ TEST(ScriptFile, PagesReleasedFromMemoryReadBackTheSameText)
     text->releaseAllBefore(text->units().data() + text->units().size());
     EXPECT_EQ(std::u16string(text->units()), before);
     EXPECT_EQ(before.size(), script.size() - 100000);  // each ß is two bytes and one unit
+}
+
+// Resident pages of the process, from /proc/self/statm.
+long residentPages()
+{
+    std::ifstream statm("/proc/self/statm");
+    long size = 0;
+    long resident = 0;
+    statm >> size >> resident;
+    return resident;
+}
+
+TEST(ScriptFile, DecodingAFileKeepsLittleOfItsTextInMemory)
+{
+    // 24 MB of text decoded into 48 MB of UTF-16: the decoded pages leave
+    // the process's memory piece by piece, as the parse's pages do.
+    std::string script;
+    const std::string line = "INSERT INTO t VALUES (1, 'some text of a row', 2.5);\n";
+    while (script.size() < (24U << 20U)) {
+        script += line;
+    }
+    const TempFile file(script);
+    script = std::string();
+    const long before = residentPages();
+    const std::unique_ptr<sqlantlr::ScriptFileText> text = sqlantlr::ScriptFileText::open(file.path);
+    ASSERT_NE(text, nullptr);
+    const long grown = (residentPages() - before) * ::sysconf(_SC_PAGESIZE);
+    EXPECT_LT(grown, 12L << 20) << "bytes resident after decoding";
+    EXPECT_EQ(text->units().size() % line.size(), 0U);
+    EXPECT_EQ(text->units().substr(0, 6), u"INSERT");
 }
 
 TEST(ScriptFile, UnreadableFilesThrowAsBefore)
