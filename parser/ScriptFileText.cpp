@@ -147,8 +147,12 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
     if (capacity == 0) {
         return result;
     }
+    // The room is allocated on the disk first: a page of a shared mapping
+    // that the file system cannot store would stop the process with SIGBUS
+    // where write() would have failed. Without the room (a full disk, or a
+    // file system that cannot allocate ahead), the file is read whole.
     const std::size_t room = capacity * sizeof(char16_t);
-    if (::ftruncate(out.fd, static_cast<off_t>(room)) != 0) {
+    if (::fallocate(out.fd, 0, 0, static_cast<off_t>(room)) != 0) {
         return nullptr;
     }
     void *mapping = ::mmap(nullptr, room, PROT_READ | PROT_WRITE, MAP_SHARED, out.fd, 0);

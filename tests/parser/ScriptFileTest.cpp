@@ -11,12 +11,14 @@
 #include <gtest/gtest.h>
 #include <unicode/ustring.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
 
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace {
@@ -154,6 +156,30 @@ TEST(ScriptFile, DecodingAFileKeepsLittleOfItsTextInMemory)
     EXPECT_LT(grown, 12L << 20) << "bytes resident after decoding";
     EXPECT_EQ(text->units().size() % line.size(), 0U);
     EXPECT_EQ(text->units().substr(0, 6), u"INSERT");
+}
+
+TEST(ScriptFile, WithoutRoomForTheDecodedTextTheFileIsReadWhole)
+{
+    // A temporary file may not grow past 1 MB: the 3 MB of decoded text
+    // find no room, and the file is read whole, to the same model.
+    std::string script;
+    for (int i = 0; i < 20000; ++i) {
+        script += "CREATE TABLE t" + std::to_string(i) + " (id INT, s TEXT);\n";
+    }
+    const TempFile file(script + table);
+    rlimit before{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    void (*const previous)(int) = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit small = before;
+    small.rlim_cur = 1U << 20U;
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    EXPECT_EQ(sqlantlr::ScriptFileText::open(file.path), nullptr);
+    SQLParser inPlace;
+    const std::string fromFile = modelText(inPlace, inPlace.parseFile(file.path));
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, previous);
+    SQLParser whole;
+    EXPECT_EQ(fromFile, modelText(whole, whole.parseString(script + table)));
 }
 
 TEST(ScriptFile, UnreadableFilesThrowAsBefore)
