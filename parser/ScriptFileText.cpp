@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -127,7 +128,37 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
             return nullptr;
         }
     }
-    // Without a usable temporary directory the file is read whole instead.
+    Pieces pieces(in.fd);
+    std::unique_ptr<ScriptFileText> result =
+        decode(static_cast<std::size_t>(status.st_size), [&pieces](std::string_view &next) { return pieces.next(next); },
+               utf8);
+    return pieces.failed() ? nullptr : std::move(result);
+}
+
+std::unique_ptr<ScriptFileText> ScriptFileText::fromUtf8(std::string_view text)
+{
+    // Pieces end just after an ASCII byte, as a file's do.
+    std::string_view rest = text;
+    const auto next = [&rest](std::string_view &piece) {
+        if (rest.empty()) {
+            return false;
+        }
+        std::size_t cut = std::min(rest.size(), blockBytes);
+        while (cut < rest.size() && static_cast<unsigned char>(rest[cut - 1]) >= 0x80) {
+            ++cut;
+        }
+        piece = rest.substr(0, cut);
+        rest.remove_prefix(cut);
+        return true;
+    };
+    return decode(text.size(), next, true);
+}
+
+std::unique_ptr<ScriptFileText> ScriptFileText::decode(std::size_t capacity,
+                                                       const std::function<bool(std::string_view &)> &nextPiece,
+                                                       bool utf8)
+{
+    // Without a usable temporary directory the text is held in memory instead.
     std::error_code noDirectory;
     const std::filesystem::path directory = std::filesystem::temp_directory_path(noDirectory);
     if (noDirectory) {
@@ -140,9 +171,8 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
     }
     ::unlink(name.c_str());  // gone with the descriptor and the mapping
     // The text is decoded straight into the file's pages through a shared
-    // mapping (no copy through write()): room for a unit per byte of the
-    // file, which no decoding exceeds, cut to the units written at the end.
-    const auto capacity = static_cast<std::size_t>(status.st_size);
+    // mapping (no copy through write()): room for a unit per byte, which no
+    // decoding exceeds, cut to the units written at the end.
     std::unique_ptr<ScriptFileText> result(new ScriptFileText);
     if (capacity == 0) {
         return result;
@@ -150,7 +180,7 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
     // The room is allocated on the disk first: a page of a shared mapping
     // that the file system cannot store would stop the process with SIGBUS
     // where write() would have failed. Without the room (a full disk, or a
-    // file system that cannot allocate ahead), the file is read whole.
+    // file system that cannot allocate ahead), the text is held in memory.
     const std::size_t room = capacity * sizeof(char16_t);
     if (::fallocate(out.fd, 0, 0, static_cast<off_t>(room)) != 0) {
         return nullptr;
@@ -164,14 +194,14 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
     result->data_ = units;
     result->mapped_ = room;
     const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-    Pieces pieces(in.fd);
     std::size_t used = 0;
     bool first = true;
     // A piece whose decoding needs more room than is left (Mac OS Roman,
     // converted through UTF-8) is decoded aside first.
     std::unique_ptr<char16_t[]> aside;
     std::size_t asideRoom = 0;
-    while (pieces.next(piece)) {
+    std::string_view piece;
+    while (nextPiece(piece)) {
         std::string converted;
         const std::string_view bytes = utf8 ? piece : std::string_view(converted = macRomanToUtf8(piece));
         char16_t *const at = units + used;
@@ -194,7 +224,7 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
         }
         const auto count = static_cast<std::size_t>(textEnd - text);
         if (count > capacity - used) {
-            return nullptr;  // the file grew while it was read: it is read whole instead
+            return nullptr;  // a file that grew while it was read: it is read whole instead
         }
         if (text != at) {
             std::memmove(at, text, count * sizeof(char16_t));
@@ -206,9 +236,6 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
         if (decodedPages != 0) {
             ::madvise(mapping, decodedPages, MADV_DONTNEED);
         }
-    }
-    if (pieces.failed()) {
-        return nullptr;
     }
     // The pages past the text are unmapped and cut from the file; the rest
     // stays mapped, read-only.

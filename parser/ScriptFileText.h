@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -21,6 +22,11 @@ public:
     // not a regular file that can be read, or starts with a UTF-16 byte
     // order mark: those are read whole, as before.
     static std::unique_ptr<ScriptFileText> open(const std::string &path);
+    // The text of a UTF-8 string as the driver prepares it (invalid
+    // sequences as U+FFFD, no leading byte order mark, no NUL characters),
+    // held the same way, so that a parse of a long string need not hold it
+    // twice in memory. nullptr without a usable temporary file.
+    static std::unique_ptr<ScriptFileText> fromUtf8(std::string_view text);
 
     ~ScriptFileText();
     ScriptFileText(const ScriptFileText &) = delete;
@@ -36,6 +42,12 @@ public:
 
 private:
     ScriptFileText() = default;
+    // Decodes the pieces nextPiece gives (UTF-8 or, with utf8 false, Mac OS
+    // Roman; at most `capacity` bytes in all, each piece ending after an
+    // ASCII byte) into a mapped temporary file.
+    static std::unique_ptr<ScriptFileText> decode(std::size_t capacity,
+                                                  const std::function<bool(std::string_view &)> &nextPiece,
+                                                  bool utf8);
 
     const char16_t *data_ = nullptr;
     std::size_t size_ = 0;      // units

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 #include <unicode/ustring.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -180,6 +181,43 @@ TEST(ScriptFile, WithoutRoomForTheDecodedTextTheFileIsReadWhole)
     std::signal(SIGXFSZ, previous);
     SQLParser whole;
     EXPECT_EQ(fromFile, modelText(whole, whole.parseString(script + table)));
+}
+
+TEST(ScriptFile, LongStringsAreHeldAsTheirDecodedText)
+{
+    // A long string is decoded in pieces into a mapped file: the units must
+    // be those of decoding it whole, byte order mark and NULs dropped, with
+    // ill-formed sequences at and across the pieces' ends.
+    std::string text = "\xEF\xBB\xBF" + std::string("CREATE TABLE \"caf\xC3\xA9\" (a INT);\n");
+    while (text.size() < (1U << 20U) - 3) {
+        text += "x\xF0\x9D\x84\x9E \xC3 \xE2\x82;\x80\xFF";
+        text += std::string(1, '\0');
+    }
+    for (int i = 0; i < 700000; ++i) {
+        text += "\xC3\xBC";  // 1.4 MB without an ASCII byte, past a piece's length
+    }
+    text += "\xE2\x82\n-- end \xF0\x9D";
+    std::u16string expected = sqlantlr::utf8ToUtf16(text);
+    expected.erase(0, 1);
+    expected.erase(std::remove(expected.begin(), expected.end(), u'\0'), expected.end());
+    const std::unique_ptr<sqlantlr::ScriptFileText> held = sqlantlr::ScriptFileText::fromUtf8(text);
+    ASSERT_NE(held, nullptr);
+    EXPECT_TRUE(std::u16string(held->units()) == expected);
+    EXPECT_EQ(held->units().size(), expected.size());
+
+    // Parsed so, a long string gives the records of its last lines.
+    std::string script;
+    for (int i = 0; i < 30000; ++i) {
+        script += "CREATE TABLE t" + std::to_string(i) + " (id INT, s TEXT);\n";
+    }
+    script += "CREATE TABLE last (x BROKEN(;\n";
+    SQLParser parser;
+    const std::unique_ptr<SQLContainer> model = parser.parseString(script);
+    ASSERT_NE(model, nullptr);
+    EXPECT_EQ(model->tables().size(), 30001U);
+    ASSERT_FALSE(parser.getExceptionList().empty());
+    EXPECT_EQ(parser.getExceptionList().front().reason.rfind("[30001:", 0), 0U)
+        << parser.getExceptionList().front().reason;
 }
 
 TEST(ScriptFile, UnreadableFilesThrowAsBefore)
