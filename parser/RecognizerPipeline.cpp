@@ -15,6 +15,8 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
+#include <cstdint>
 #include <cstring>
 
 using sqlantlr::logf;
@@ -354,13 +356,38 @@ RecognizerPipeline::~RecognizerPipeline()
     driver_.session_ = previousSession_;
 }
 
+namespace {
+
+// The runtime's limit: the most units whose bytes a 32-bit size holds.
+constexpr std::size_t runtimeWindowUnits = UINT32_MAX / sizeof(char16_t);
+std::atomic<std::size_t> windowUnits{runtimeWindowUnits};
+
+} // namespace
+
+std::size_t RecognizerPipeline::textWindowUnits()
+{
+    return windowUnits.load(std::memory_order_relaxed);
+}
+
+void RecognizerPipeline::setTextWindowUnits(std::size_t units)
+{
+    windowUnits.store(units == 0 ? runtimeWindowUnits : std::min(units, runtimeWindowUnits),
+                      std::memory_order_relaxed);
+}
+
 bool RecognizerPipeline::openTokens(std::u16string_view text, KpError *error)
 {
+    text_ = text;
     input_ = driver_.inputStreamFromString(text);
     if (input_ == nullptr) {
         KpError::handleErrorWithLocalizedString("Failed to create parser input stream (out of memory?)",
                                                 KpErrorInputStream, error);
         return false;
+    }
+    // A long text is read through a window at its start (see textWindowUnits).
+    pANTLR3_INPUT_STREAM input = asInput(input_);
+    if (text.size() > textWindowUnits() && input->data == text.data()) {
+        input->sizeBuf = static_cast<ANTLR3_UINT32>(textWindowUnits() * sizeof(char16_t));
     }
     lexer_ = driver_.lexerForInputStream(input_);
     if (lexer_ == nullptr) {
@@ -472,6 +499,10 @@ void RecognizerPipeline::streamTokens(const std::function<void(const SQLToken &)
         if (session_.mappedText != nullptr && index % TokenRing::size == 0) {
             session_.mappedText->releaseBefore(static_cast<const char16_t *>(asInput(input_)->nextChar));
         }
+        // No token before the next one is read again.
+        if (text_.size() > textWindowUnits()) {
+            moveTextWindow(asInput(input_)->nextChar);
+        }
     }
 }
 
@@ -486,14 +517,17 @@ SQLParseProgress RecognizerPipeline::progress() const
     // A token's start is a pointer into its input's text.
     pANTLR3_TOKEN_STREAM stream = asParser(parser_)->pParser->tstream;
     pANTLR3_COMMON_TOKEN next = stream->_LT(stream, 1);
+    // Of the whole text, not of the window the runtime reads; at the end of
+    // input all of it is done.
     SQLParseProgress progress;
-    if (next != nullptr && next->input != nullptr && next->input->data != nullptr) {
-        const auto *data = static_cast<const char *>(next->input->data);
+    progress.total = text_.size() * sizeof(char16_t);
+    progress.done = progress.total;
+    if (next != nullptr && next->type != ANTLR3_TOKEN_EOF) {
+        const auto *data = reinterpret_cast<const char *>(text_.data());
         const auto *start = reinterpret_cast<const char *>(next->start);
-        progress.total = next->input->sizeBuf;
-        progress.done = next->type == ANTLR3_TOKEN_EOF || start < data || start > data + progress.total
-                            ? progress.total
-                            : static_cast<std::size_t>(start - data);
+        if (start >= data && start <= data + progress.total) {
+            progress.done = static_cast<std::size_t>(start - data);
+        }
     }
     return progress;
 }
@@ -581,6 +615,40 @@ void RecognizerPipeline::releaseFinishedStatements()
     if (session_.mappedText != nullptr) {
         session_.mappedText->releaseBefore(static_cast<const char16_t *>(asInput(input_)->nextChar));
     }
+    if (text_.size() > textWindowUnits()) {
+        // The statements to come are read from the next token on; the last
+        // one consumed may still be asked for its text.
+        pANTLR3_TOKEN_STREAM stream = asParser(parser_)->pParser->tstream;
+        const void *from = asInput(input_)->nextChar;
+        for (const ANTLR3_INT32 k : {-1, 1}) {
+            pANTLR3_COMMON_TOKEN token = stream->_LT(stream, k);
+            if (token != nullptr && token->type != ANTLR3_TOKEN_EOF &&
+                reinterpret_cast<const void *>(token->start) < from) {
+                from = reinterpret_cast<const void *>(token->start);
+            }
+        }
+        moveTextWindow(from);
+    }
+}
+
+void RecognizerPipeline::moveTextWindow(const void *from)
+{
+    pANTLR3_INPUT_STREAM input = asInput(input_);
+    const auto *data = static_cast<const char16_t *>(input->data);
+    const auto *at = static_cast<const char16_t *>(from);
+    const char16_t *const textEnd = text_.data() + text_.size();
+    const std::size_t window = textWindowUnits();
+    if (at < data || at > textEnd || static_cast<std::size_t>(at - data) < window / 2) {
+        return;
+    }
+    // From the start of the line, which the look-back of line decisions
+    // (REM and PROMPT lines) reads.
+    while (at > data && at[-1] != u'\n' && at[-1] != u'\r') {
+        --at;
+    }
+    input->data = const_cast<char16_t *>(at);
+    input->sizeBuf =
+        static_cast<ANTLR3_UINT32>(std::min(static_cast<std::size_t>(textEnd - at), window) * sizeof(char16_t));
 }
 
 } // namespace sqlantlr

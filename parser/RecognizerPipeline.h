@@ -106,13 +106,28 @@ public:
     bool walkStatement(SQLSyntaxTree *tree, SQLContainer &container, KpError *error);
     // Releases the trees and tokens of the statements already walked, so that
     // memory follows the largest statement rather than the whole script.
+    // Also moves the input's text window on (see textWindowUnits).
     void releaseFinishedStatements();
 
+    // The runtime keeps its input's size in 32 bits, so a text of more units
+    // than this (2 GiB of them, 4 GiB of UTF-16) is read through a window of
+    // this many units, which a parse moves on between statements: to the
+    // line of the next statement once it has passed half of the window. A
+    // statement must then fit in half a window from its line's start.
+    static std::size_t textWindowUnits();
+    // Another window for the parses that follow (0: the runtime's limit),
+    // for the tests, which cannot use texts of 4 GiB.
+    static void setTextWindowUnits(std::size_t units);
+
 private:
+    // Moves the window to the line of `from` once `from` is past half of it.
+    void moveTextWindow(const void *from);
+
     SQLParserC &driver_;
     ParseSession session_;
     ParseSession *previousSession_;
     Use use_;
+    std::u16string_view text_;  // all of it, whatever the window shows
     SQLInputStream *input_ = nullptr;
     SQLLexer *lexer_ = nullptr;
     SQLTokenStream *tokens_ = nullptr;
