@@ -386,8 +386,10 @@ bool RecognizerPipeline::openTokens(std::u16string_view text, KpError *error)
     }
     // A long text is read through a window at its start (see textWindowUnits).
     pANTLR3_INPUT_STREAM input = asInput(input_);
-    if (text.size() > textWindowUnits() && input->data == text.data()) {
-        input->sizeBuf = static_cast<ANTLR3_UINT32>(textWindowUnits() * sizeof(char16_t));
+    windowUnits_ = textWindowUnits();
+    windowed_ = text.size() > windowUnits_ && input->data == text.data();
+    if (windowed_) {
+        input->sizeBuf = static_cast<ANTLR3_UINT32>(windowUnits_ * sizeof(char16_t));
     }
     lexer_ = driver_.lexerForInputStream(input_);
     if (lexer_ == nullptr) {
@@ -500,7 +502,7 @@ void RecognizerPipeline::streamTokens(const std::function<void(const SQLToken &)
             session_.mappedText->releaseBefore(static_cast<const char16_t *>(asInput(input_)->nextChar));
         }
         // No token before the next one is read again.
-        if (text_.size() > textWindowUnits()) {
+        if (windowed_) {
             moveTextWindow(asInput(input_)->nextChar);
         }
     }
@@ -615,7 +617,7 @@ void RecognizerPipeline::releaseFinishedStatements()
     if (session_.mappedText != nullptr) {
         session_.mappedText->releaseBefore(static_cast<const char16_t *>(asInput(input_)->nextChar));
     }
-    if (text_.size() > textWindowUnits()) {
+    if (windowed_) {
         // The statements to come are read from the next token on; the last
         // one consumed may still be asked for its text.
         pANTLR3_TOKEN_STREAM stream = asParser(parser_)->pParser->tstream;
@@ -637,7 +639,7 @@ void RecognizerPipeline::moveTextWindow(const void *from)
     const auto *data = static_cast<const char16_t *>(input->data);
     const auto *at = static_cast<const char16_t *>(from);
     const char16_t *const textEnd = text_.data() + text_.size();
-    const std::size_t window = textWindowUnits();
+    const std::size_t window = windowUnits_;
     if (at < data || at > textEnd || static_cast<std::size_t>(at - data) < window / 2) {
         return;
     }

@@ -128,6 +128,8 @@ private:
     ParseSession *previousSession_;
     Use use_;
     std::u16string_view text_;  // all of it, whatever the window shows
+    bool windowed_ = false;     // read through a window that moves on
+    std::size_t windowUnits_ = 0;
     SQLInputStream *input_ = nullptr;
     SQLLexer *lexer_ = nullptr;
     SQLTokenStream *tokens_ = nullptr;

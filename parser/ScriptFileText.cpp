@@ -195,6 +195,7 @@ std::unique_ptr<ScriptFileText> ScriptFileText::decode(std::size_t capacity,
     result->mapped_ = room;
     const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
     std::size_t used = 0;
+    std::size_t released = 0;  // bytes from the start already dropped from memory
     bool first = true;
     // A piece whose decoding needs more room than is left (Mac OS Roman,
     // converted through UTF-8) is decoded aside first.
@@ -233,8 +234,9 @@ std::unique_ptr<ScriptFileText> ScriptFileText::decode(std::size_t capacity,
         // Decoded pages leave the process's memory as the parse's do: they
         // stay in the file and are read back when the parse gets there.
         const std::size_t decodedPages = used * sizeof(char16_t) / page * page;
-        if (decodedPages != 0) {
-            ::madvise(mapping, decodedPages, MADV_DONTNEED);
+        if (decodedPages > released) {
+            ::madvise(static_cast<char *>(mapping) + released, decodedPages - released, MADV_DONTNEED);
+            released = decodedPages;
         }
     }
     // The pages past the text are unmapped and cut from the file; the rest
