@@ -179,10 +179,11 @@ std::unique_ptr<ScriptFileText> ScriptFileText::decode(std::size_t capacity,
     }
     // The room is allocated on the disk first: a page of a shared mapping
     // that the file system cannot store would stop the process with SIGBUS
-    // where write() would have failed. Without the room (a full disk, or a
-    // file system that cannot allocate ahead), the text is held in memory.
+    // where write() would have failed. (A file system that cannot allocate
+    // ahead has it written block by block.) Without the room, on a full
+    // disk, the text is held in memory.
     const std::size_t room = capacity * sizeof(char16_t);
-    if (::fallocate(out.fd, 0, 0, static_cast<off_t>(room)) != 0) {
+    if (::posix_fallocate(out.fd, 0, static_cast<off_t>(room)) != 0) {
         return nullptr;
     }
     void *mapping = ::mmap(nullptr, room, PROT_READ | PROT_WRITE, MAP_SHARED, out.fd, 0);
