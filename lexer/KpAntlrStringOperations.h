@@ -1,6 +1,7 @@
 // Upper-casing of single UTF-16 units for the lexer's case-insensitive
-// matching. The fold table is computed once per process and then only read,
-// so any number of parses may use it at the same time.
+// matching. The fold table is made at build time (lexer/CaseFoldTableGen.cpp),
+// set up once per process and then only read, so any number of parses may
+// use it at the same time.
 #pragma once
 
 class KpAntlrStringOperations {

@@ -8,6 +8,9 @@
 
 #include <SQLAntlrParser/SQLParserC.h>
 
+#include <unicode/uchar.h>
+#include <unicode/ustring.h>
+
 #include <algorithm>
 #include <cctype>
 #include <chrono>
@@ -181,6 +184,23 @@ TEST(FoldTable, UpperCasesLowerCaseLettersWithSingleUnitForms)
         EXPECT_EQ(fold.uppercaseCharacter(c), c) << static_cast<int>(c);
     }
     EXPECT_EQ(SQLParserC::uppercaseCharacter(u'ß'), u'S');  // the driver's one-off helper takes the first unit
+}
+
+TEST(FoldTable, TheTableMadeAtBuildTimeIsIcusUpperCaseOfEveryUnit)
+{
+    const KpAntlrStringOperations &fold = KpAntlrStringOperations::sharedManager();
+    for (unsigned c = 0; c < 0x10000; ++c) {
+        auto unit = static_cast<UChar>(c);
+        auto expected = static_cast<char16_t>(c);
+        if (u_charType(static_cast<UChar32>(c)) == U_LOWERCASE_LETTER) {
+            UChar upper[4];
+            UErrorCode status = U_ZERO_ERROR;
+            if (u_strToUpper(upper, 4, &unit, 1, "", &status) == 1 && U_SUCCESS(status)) {
+                expected = static_cast<char16_t>(upper[0]);
+            }
+        }
+        ASSERT_EQ(fold.uppercaseCharacter(static_cast<char16_t>(c)), expected) << c;
+    }
 }
 
 TEST(FoldTable, SharpSIsALetterOfAWordAndDoesNotFold)
