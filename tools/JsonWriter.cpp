@@ -11,13 +11,9 @@ namespace {
 // The buffer's size: it goes to the stream each time it fills up.
 constexpr size_t bufferSize = 1 << 16;
 
-// The most bytes one byte of a string becomes: a control character as \u00XX.
-constexpr size_t maxEscapedByte = 6;
-
-// Room a string needs in the worst case, quotes included.
 constexpr size_t escapedBound(size_t length)
 {
-    return length * maxEscapedByte + 2;
+    return JsonWriter::stringBound(length);
 }
 
 // Bytes copied as they are without a further look: ASCII other than control
@@ -266,23 +262,9 @@ void JsonWriter::value(std::string_view text)
     used_ += static_cast<size_t>(writeJsonString(start, text) - start);
 }
 
-void JsonWriter::member(JsonKey name, std::string_view text)
+char *JsonWriter::writeString(char *dest, std::string_view text)
 {
-    if (char *at = compactMember(name, escapedBound(text.size()))) {
-        finishMember(writeJsonString(at, text));
-        return;
-    }
-    key(name);
-    value(text);
-}
-
-void JsonWriter::member(JsonKey name, const std::optional<std::string> &text)
-{
-    if (text) {
-        member(name, std::string_view(*text));
-    } else {
-        nullMember(name);
-    }
+    return writeJsonString(dest, text);
 }
 
 void JsonWriter::value(int64_t number)

@@ -91,10 +91,26 @@ public:
     // A member in one step, name and value: the same bytes as key() then
     // value(), with a compact writer's separator, name and value placed at
     // once (an object of many members, such as a column's, is mostly these).
-    void member(JsonKey name, std::string_view text);
+    // Inline, so that each member's name is copied as the constant it is.
+    void member(JsonKey name, std::string_view text)
+    {
+        if (char *at = compactMember(name, stringBound(text.size()))) {
+            finishMember(writeString(at, text));
+            return;
+        }
+        key(name);
+        value(text);
+    }
     void member(JsonKey name, const std::string &text) { member(name, std::string_view(text)); }
     // The text, or null when it is unset.
-    void member(JsonKey name, const std::optional<std::string> &text);
+    void member(JsonKey name, const std::optional<std::string> &text)
+    {
+        if (text) {
+            member(name, std::string_view(*text));
+        } else {
+            nullMember(name);
+        }
+    }
     void member(JsonKey name, bool flag)
     {
         if (flag) {
@@ -128,7 +144,15 @@ public:
     // Writes the buffered text to the stream.
     void flush();
 
+    // Room a string needs in the worst case, quotes included: a control
+    // character becomes six bytes (\u00XX).
+    static constexpr size_t stringBound(size_t length) { return length * 6 + 2; }
+
 private:
+    // Writes `text` as a JSON string literal at `dest`, which has room for
+    // stringBound(text.size()) bytes; returns the end.
+    static char *writeString(char *dest, std::string_view text);
+
     // Where the writer stands: what goes before the next value.
     enum class Place { first, next, afterKey };
 
