@@ -212,27 +212,12 @@ void JsonWriter::key(std::string_view name)
     place_ = Place::afterKey;
 }
 
-void JsonWriter::begin(char bracket)
+void JsonWriter::endOnNewLine(char bracket)
 {
-    beforeValue();
-    *room(1) = bracket;
-    ++used_;
-    place_ = Place::first;
-    ++depth_;
-}
-
-void JsonWriter::end(char bracket)
-{
-    const bool hadItems = place_ != Place::first;
-    --depth_;
     char *const start = room(2 + depth_ * 2);
-    char *at = start;
-    if (pretty_ && hadItems) {
-        at = lineBreak(at, depth_);
-    }
+    char *at = lineBreak(start, depth_);
     *at++ = bracket;
     used_ += static_cast<size_t>(at - start);
-    place_ = Place::next;
 }
 
 void JsonWriter::beginObject()

@@ -233,8 +233,29 @@ private:
         }
     }
     void breakLine(Place place);
-    void begin(char bracket);
-    void end(char bracket);
+    // Inline: a model's JSON opens and closes an object per column.
+    void begin(char bracket)
+    {
+        beforeValue();
+        *room(1) = bracket;
+        ++used_;
+        place_ = Place::first;
+        ++depth_;
+    }
+    void end(char bracket)
+    {
+        const bool hadItems = place_ != Place::first;
+        --depth_;
+        if (pretty_ && hadItems) {
+            endOnNewLine(bracket);
+        } else {
+            *room(1) = bracket;
+            ++used_;
+        }
+        place_ = Place::next;
+    }
+    // A pretty writer's closing bracket, on a line of its own.
+    void endOnNewLine(char bracket);
 
     std::ostream &out_;
     bool pretty_;
