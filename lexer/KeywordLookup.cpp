@@ -174,13 +174,11 @@ constexpr std::array<char, 0x80> asciiNameUpper = [] {
 
 // A name read from its first letter: where it ends, and, while it may still
 // be a keyword (ASCII when upper-cased, no longer than any keyword), its
-// upper-cased letters, zero-padded up to the keyword heads' length, and
-// their hash.
+// upper-cased letters, zero-padded up to the keyword heads' length.
 struct WordScan {
     const uint16_t *end = nullptr;
     std::array<char, KeywordTable::maxLength> word;
     size_t length = 0;
-    uint32_t hash = 0;
     bool candidate = true;
 };
 
@@ -226,7 +224,6 @@ WordScan scanWord(const uint16_t *p, const uint16_t *end)
     }
     scan.end = p;
     scan.length = length;
-    scan.hash = candidate ? KeywordTable::hashOf(word, length) : 0;
     scan.candidate = candidate;
     return scan;
 }
@@ -259,7 +256,8 @@ ANTLR3_UINT32 wordType(pANTLR3_INPUT_STREAM input, const WordScan &scan)
     if (!scan.candidate) {
         return STRING;
     }
-    const KeywordTable::Types types = keywordTable.find(scan.word.data(), scan.length, scan.hash);
+    const KeywordTable::Types types =
+        keywordTable.find(scan.word.data(), scan.length, KeywordTable::hashOf(scan.word.data(), scan.length));
     if (types.withBlank != 0) {
         pANTLR3_INT_STREAM stream = input->istream;
         if (stream->_LA(stream, 1) == ' ') {

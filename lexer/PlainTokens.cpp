@@ -280,10 +280,6 @@ bool isNameStart(char16_t folded)
     return (folded >= 'A' && folded <= 'Z') || (folded >= 0x80 && kp_isNameLetter(folded));
 }
 
-} // namespace
-
-namespace {
-
 // The scan of both entry points. Passing blanks, blanks and line ends are
 // passed without tokens, as scanning them into hidden WS and NEWLINE tokens
 // would move the stream, and lineEnded is set when a line ended.

@@ -20,6 +20,12 @@ namespace SchemaModel::detail {
 /// when their folded forms are equal.
 std::string foldedName(std::string_view name);
 
+/// An ASCII letter in lower case; any other byte as it is.
+inline char asciiLower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+}
+
 /// foldsTo past its check of the ends.
 bool foldsToAfterEnds(std::string_view name, std::string_view folded);
 
@@ -30,11 +36,10 @@ bool foldsToAfterEnds(std::string_view name, std::string_view folded);
 inline bool foldsTo(std::string_view name, std::string_view folded)
 {
     if (!name.empty()) {
-        const auto lower = [](unsigned char c) { return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c; };
         const auto first = static_cast<unsigned char>(name.front());
         const auto last = static_cast<unsigned char>(name.back());
-        if (folded.empty() || (first < 0x80 && lower(first) != static_cast<unsigned char>(folded.front())) ||
-            (last < 0x80 && lower(last) != static_cast<unsigned char>(folded.back())))
+        if (folded.empty() || (first < 0x80 && asciiLower(name.front()) != folded.front()) ||
+            (last < 0x80 && asciiLower(name.back()) != folded.back()))
             return false;
     }
     return foldsToAfterEnds(name, folded);
@@ -184,8 +189,7 @@ private:
         const auto last = static_cast<unsigned char>(name.back());
         if (first >= 0x80 || last >= 0x80)
             return -1;
-        const auto lower = [](unsigned c) { return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c; };
-        return static_cast<int>((lower(first) * 31 + lower(last)) & 63);
+        return (asciiLower(name.front()) * 31 + asciiLower(name.back())) & 63;
     }
 
     std::uint64_t bits_ = 0;

@@ -71,11 +71,6 @@ bool isAscii(std::string_view text)
     return true;
 }
 
-char asciiLower(char c)
-{
-    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 icu::UnicodeString fromUtf8(std::string_view text)
 {
     return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
@@ -122,7 +117,7 @@ bool namesEqualIgnoringCase(std::string_view a, std::string_view b)
         if (a.size() != b.size())
             return false;
         for (std::size_t i = 0; i < a.size(); ++i)
-            if (asciiLower(a[i]) != asciiLower(b[i]))
+            if (detail::asciiLower(a[i]) != detail::asciiLower(b[i]))
                 return false;
         return true;
     }

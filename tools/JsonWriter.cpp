@@ -11,11 +11,6 @@ namespace {
 // The buffer's size: it goes to the stream each time it fills up.
 constexpr size_t bufferSize = 1 << 16;
 
-constexpr size_t escapedBound(size_t length)
-{
-    return JsonWriter::stringBound(length);
-}
-
 // Bytes copied as they are without a further look: ASCII other than control
 // characters, '"' and '\\'.
 constexpr std::array<bool, 256> plainBytes = [] {
@@ -121,8 +116,8 @@ char *lineBreak(char *at, size_t depth)
 }
 
 // Writes `text` as a JSON string literal at `dest`, which has room for
-// escapedBound(text.size()) bytes, and returns the end. Runs of bytes that
-// need no escape are found eight bytes at a time and copied whole.
+// JsonWriter::stringBound(text.size()) bytes, and returns the end. Runs of
+// bytes that need no escape are found eight bytes at a time and copied whole.
 char *writeJsonString(char *dest, std::string_view text)
 {
     const char *at = text.data();
@@ -159,7 +154,7 @@ char *writeJsonString(char *dest, std::string_view text)
 void appendJsonString(std::string &out, std::string_view text)
 {
     const size_t start = out.size();
-    out.resize(start + escapedBound(text.size()));
+    out.resize(start + JsonWriter::stringBound(text.size()));
     const char *end = writeJsonString(&out[start], text);
     out.resize(static_cast<size_t>(end - out.data()));
 }
@@ -243,7 +238,7 @@ void JsonWriter::endArray()
 void JsonWriter::value(std::string_view text)
 {
     beforeValue();
-    char *const start = room(escapedBound(text.size()));
+    char *const start = room(stringBound(text.size()));
     used_ += static_cast<size_t>(writeJsonString(start, text) - start);
 }
 
