@@ -98,7 +98,11 @@ pANTLR3_COMMON_TOKEN TokenWindow::allocateToken()
         return token;
     }
     if (slabs_.empty() || slabUsed_ == slabSize) {
-        slabs_.push_back(std::make_unique<ANTLR3_COMMON_TOKEN[]>(slabSize));
+        // Not zero-filled: newToken initialises each token as it hands it
+        // out, so the pages of a slab are touched only as far as it is used
+        // (a DDL script reuses its first few hundred tokens statement after
+        // statement).
+        slabs_.push_back(std::unique_ptr<ANTLR3_COMMON_TOKEN[]>(new ANTLR3_COMMON_TOKEN[slabSize]));
         slabUsed_ = 0;
     }
     return &slabs_.back()[slabUsed_++];
