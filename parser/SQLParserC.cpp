@@ -12,7 +12,6 @@
 
 #include <unicode/ustring.h>
 
-#include <algorithm>
 
 using sqlantlr::logf;
 using sqlantlr::RecognizerPipeline;
@@ -22,12 +21,10 @@ namespace {
 std::u16string scriptUnits(std::string_view sql)
 {
     std::u16string text = sqlantlr::utf8ToUtf16(sql);
-    if (!text.empty() && text.front() == u'\uFEFF') {
-        text.erase(0, 1);  // a byte order mark is not part of the script
-    }
-    // A NUL is no character of any statement: it is read as if absent, so that
-    // it cannot split a word (positions after it on its line count one less).
-    text.erase(std::remove(text.begin(), text.end(), u'\0'), text.end());
+    char16_t *end = text.data() + text.size();
+    const char16_t *begin = sqlantlr::keepScriptUnits(text.data(), end, true, sql);
+    text.erase(static_cast<size_t>(end - text.data()));
+    text.erase(0, static_cast<size_t>(begin - text.data()));
     return text;
 }
 

@@ -216,14 +216,8 @@ std::unique_ptr<ScriptFileText> ScriptFileText::decode(std::size_t capacity,
             text = aside.get();
         }
         char16_t *textEnd = text + utf8ToUtf16(bytes, text);
-        if (first && text != textEnd && *text == u'\uFEFF') {
-            ++text;  // as the driver drops the byte order mark
-        }
+        text = keepScriptUnits(text, textEnd, first, bytes);  // as a string's units are kept
         first = false;
-        // A NUL unit comes only from a NUL byte (UTF-8 has no other form of it).
-        if (std::memchr(bytes.data(), 0, bytes.size()) != nullptr) {
-            textEnd = std::remove(text, textEnd, u'\0');
-        }
         const auto count = static_cast<std::size_t>(textEnd - text);
         if (count > capacity - used) {
             return nullptr;  // a file that grew while it was read: it is read whole instead

@@ -5,6 +5,7 @@
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -138,6 +139,17 @@ std::u16string utf8ToUtf16(std::string_view text)
     std::u16string result(text.size(), u'\0');  // never more units than bytes
     result.resize(utf8ToUtf16(text, result.data()));
     return result;
+}
+
+char16_t *keepScriptUnits(char16_t *begin, char16_t *&end, bool atStart, std::string_view bytes)
+{
+    if (atStart && begin != end && *begin == u'\uFEFF') {
+        ++begin;
+    }
+    if (std::memchr(bytes.data(), 0, bytes.size()) != nullptr) {
+        end = std::remove(begin, end, u'\0');
+    }
+    return begin;
 }
 
 std::string utf16ToUtf8(const char16_t *text, size_t length)

@@ -282,6 +282,23 @@ TEST(LexerLines, ANulSplitsNoWord)
     EXPECT_EQ(result.container->tables().size(), 2U);
 }
 
+TEST(LexerLines, AByteOrderMarkAtTheStartIsNoPartOfTheScript)
+{
+    // The record's column counts from the script's first character, as it
+    // would without the mark; a NUL on the line counts for nothing either.
+    const std::string broken = "CREATE TABLE a (x varchar(10) DEFAULT 'abc);\nCREATE TABLE b (id INT);\n";
+    for (const std::string &script : {"\xEF\xBB\xBF" + broken, std::string("\0", 1) + broken}) {
+        const ParseResult result = parse(script);
+        ASSERT_FALSE(result.records.empty());
+        EXPECT_EQ(result.records.front().substr(0, 6), "[1:38]");
+        tableNamed(result, "b");
+    }
+    // Elsewhere a U+FEFF is a character of the script, and counts.
+    const ParseResult inside = parse("CREATE TABLE z (id INT);\n\xEF\xBB\xBF" + broken);
+    ASSERT_FALSE(inside.records.empty());
+    EXPECT_EQ(inside.records.front().substr(0, 6), "[2:39]");
+}
+
 TEST(LexerQuotes, AnUnclosedQuoteIsReportedWhereItStands)
 {
     const ParseResult result = parse("CREATE TABLE a (x varchar(10) DEFAULT 'abc);\nCREATE TABLE b (id INT);\n");
