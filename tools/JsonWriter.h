@@ -55,17 +55,6 @@ public:
     void endObject();
     void beginArray();
     void endArray();
-    // {} and [] in one step, as begin and end with nothing between write them.
-    void emptyObject()
-    {
-        beforeValue();
-        appendLiteral("{}");
-    }
-    void emptyArray()
-    {
-        beforeValue();
-        appendLiteral("[]");
-    }
     // The name of the object member whose value is written next.
     void key(std::string_view name);
     // Inline: a model's JSON writes a dozen member names per column, each of
