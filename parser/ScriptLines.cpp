@@ -13,7 +13,7 @@
 
 #include <algorithm>
 #include <cctype>
-#include <initializer_list>
+#include <cstring>
 #include <iterator>
 #include <string>
 
@@ -79,11 +79,21 @@ std::string word(pANTLR3_COMMON_TOKEN token)
     return text;
 }
 
-// Line and statement starts ask this for every line; the words' lengths are
-// known where they are listed, and most differ from the text's.
-bool isOneOf(std::string_view text, std::initializer_list<std::string_view> words)
+// Line and statement starts ask this for every line and statement: each
+// listed word's length is a constant where it is listed, so a text of
+// another length is passed over with one compare per word.
+template <std::size_t... Sizes>
+bool isOneOf(std::string_view text, const char (&...words)[Sizes])
 {
-    return std::any_of(words.begin(), words.end(), [&](std::string_view w) { return w == text; });
+    return ((text.size() == Sizes - 1 && std::memcmp(text.data(), words, Sizes - 1) == 0) || ...);
+}
+
+// The same for one word (a std::string compared with a C string would count
+// the literal's letters and call out for the compare).
+template <std::size_t Size>
+bool is(std::string_view text, const char (&word)[Size])
+{
+    return isOneOf(text, word);
 }
 
 #include "StatementStartExclusions.inc"
@@ -104,7 +114,7 @@ bool isGo(pANTLR3_COMMON_TOKEN token)
     const char16_t *units = nullptr;
     size_t count = 0;
     if (isEnd(token) || token->type == QUOTED_STRING || !kp_tokenUnits(token, &units, &count)) {
-        return word(token) == "GO";
+        return is(word(token), "GO");
     }
     return count == 2 && (units[0] | 0x20) == u'g' && (units[1] | 0x20) == u'o';
 }
@@ -133,17 +143,17 @@ bool isText(pANTLR3_COMMON_TOKEN token, const char *text)
 bool isClientCommand(const std::string &w)
 {
     return isRemarkWord(w) ||
-           isOneOf(w, {"SPO", "SPOOL", "DEFINE", "DEF", "UNDEFINE", "UNDEF",
-                       "WHENEVER", "CONN", "ACCEPT", "ACC", "VARIABLE", "VAR", "TTITLE", "BTITLE", "BREAK",
-                       "COMPUTE", "CLEAR", "PAUSE", "HOST", "TIMING", "STA"});
+           isOneOf(w, "SPO", "SPOOL", "DEFINE", "DEF", "UNDEFINE", "UNDEF",
+                      "WHENEVER", "CONN", "ACCEPT", "ACC", "VARIABLE", "VAR", "TTITLE", "BTITLE", "BREAK",
+                      "COMPUTE", "CLEAR", "PAUSE", "HOST", "TIMING", "STA");
 }
 
 // Client commands that are also statements of some dialect: left to the
 // grammar when their line ends with ";".
 bool isClientStatement(const std::string &w)
 {
-    return isOneOf(w, {"SET", "EXEC", "EXECUTE", "SHOW", "CONNECT", "COLUMN", "COL", "EXIT", "QUIT", "DESC",
-                       "DESCRIBE"});
+    return isOneOf(w, "SET", "EXEC", "EXECUTE", "SHOW", "CONNECT", "COLUMN", "COL", "EXIT", "QUIT", "DESC",
+                      "DESCRIBE");
 }
 
 const char lineEndText[] = "";
@@ -152,9 +162,9 @@ const char lineEndText[] = "";
 
 bool isStatementWord(const std::string &w)
 {
-    return isOneOf(w, {"CREATE", "ALTER", "DROP", "INSERT", "UPDATE", "DELETE", "SET", "USE", "PRINT", "DECLARE",
-                       "EXEC", "EXECUTE", "IF", "BEGIN", "COMMIT", "ROLLBACK", "RAISERROR", "CHECKPOINT", "TRUNCATE",
-                       "GRANT", "DENY", "REVOKE"});
+    return isOneOf(w, "CREATE", "ALTER", "DROP", "INSERT", "UPDATE", "DELETE", "SET", "USE", "PRINT", "DECLARE",
+                      "EXEC", "EXECUTE", "IF", "BEGIN", "COMMIT", "ROLLBACK", "RAISERROR", "CHECKPOINT", "TRUNCATE",
+                      "GRANT", "DENY", "REVOKE");
 }
 
 pANTLR3_COMMON_TOKEN ScriptLines::raw(size_t i)
@@ -326,7 +336,7 @@ bool ScriptLines::lineCommand(size_t at, const std::string &w)
         const std::string nextWord = word(next);
         if (!isEnd(next) && next->type != FORWARD_SLASH && !isText(next, "@") && !isText(next, ":") &&
             !isStatementWord(nextWord) && !isClientCommand(nextWord) && !isClientStatement(nextWord) &&
-            nextWord != "GO") {
+            !is(nextWord, "GO")) {
             return false;
         }
     }
@@ -339,14 +349,14 @@ bool ScriptLines::lineCommand(size_t at, const std::string &w)
 // IF <condition> before a statement, at the start of a statement.
 bool ScriptLines::guard(size_t at, const std::string &w)
 {
-    if (w == "ELSE") {
+    if (is(w, "ELSE")) {
         // ELSE of a guard: what follows is read like the guarded statement.
         const size_t body = significant(at + 1);
         hide(at, body);
         emitUpTo(body);
         return guardedBlock(0);
     }
-    if (w != "IF") {
+    if (!is(w, "IF")) {
         return false;
     }
     int depth = 0;
@@ -366,10 +376,10 @@ bool ScriptLines::guard(size_t at, const std::string &w)
             continue;
         }
         const std::string next = word(token);
-        if (next == "THEN" || next == "GO") {
+        if (is(next, "THEN") || is(next, "GO")) {
             return false;
         }
-        if (depth == 0 && i > at + 1 && isStatementWord(next) && next != "IF") {
+        if (depth == 0 && i > at + 1 && isStatementWord(next) && !is(next, "IF")) {
             break;
         }
         if (n + 1 == longestGuardCondition) {
@@ -384,7 +394,7 @@ bool ScriptLines::guard(size_t at, const std::string &w)
 // Hides the BEGIN of a guarded block at raw index at; its END is hidden by track.
 bool ScriptLines::guardedBlock(size_t at)
 {
-    if (word(raw(at)) == "BEGIN" && !isOneOf(word(raw(significant(at + 1))), {"TRAN", "TRANSACTION"})) {
+    if (is(word(raw(at)), "BEGIN") && !isOneOf(word(raw(significant(at + 1))), "TRAN", "TRANSACTION")) {
         raw(at)->channel = HIDDEN;
         guards_.push_back(blocks_);
         emitUpTo(at + 1);
@@ -398,18 +408,18 @@ bool ScriptLines::breaksStatement(pANTLR3_COMMON_TOKEN token)
         return false;
     }
     const std::string w = word(token);
-    if (!isStatementWord(w) || (w == "IF" && tokens_ < 3)) {
+    if (!isStatementWord(w) || (is(w, "IF") && tokens_ < 3)) {
         return false;
     }
     switch (kind_) {
     case Kind::Splittable:
         return true;
     case Kind::Insert:
-        return !isOneOf(w, {"SET", "EXEC", "EXECUTE", "UPDATE", "DELETE"});
+        return !isOneOf(w, "SET", "EXEC", "EXECUTE", "UPDATE", "DELETE");
     case Kind::Update:
-        return w != "SET";
+        return !is(w, "SET");
     case Kind::Alter:
-        return !isOneOf(w, {"ALTER", "DROP", "SET"});
+        return !isOneOf(w, "ALTER", "DROP", "SET");
     default:
         return false;
     }
@@ -453,41 +463,41 @@ void ScriptLines::startStatement(size_t at, const std::string &w)
 {
     const std::string second = word(raw(significant(at + 1)));
     empty_ = false;
-    if (w == "CREATE" || w == "ALTER") {
+    if (is(w, "CREATE") || is(w, "ALTER")) {
         size_t i = significant(at + 1);
         std::string kindWord = second;
         // CREATE OR REPLACE / OR ALTER, UNIQUE, CLUSTERED, TEMPORARY ... TABLE.
-        while (isOneOf(kindWord, {"OR", "REPLACE", "UNIQUE", "CLUSTERED", "NONCLUSTERED", "TEMPORARY", "TEMP",
-                                  "GLOBAL", "LOCAL", "EDITIONABLE", "NONEDITIONABLE", "FORCE", "NOFORCE"}) ||
-               (w == "CREATE" && kindWord == "ALTER")) {
+        while (isOneOf(kindWord, "OR", "REPLACE", "UNIQUE", "CLUSTERED", "NONCLUSTERED", "TEMPORARY", "TEMP",
+                                 "GLOBAL", "LOCAL", "EDITIONABLE", "NONEDITIONABLE", "FORCE", "NOFORCE") ||
+               (is(w, "CREATE") && is(kindWord, "ALTER"))) {
             i = significant(i + 1);
             kindWord = word(raw(i));
         }
         // MySQL's DEFINER=user@host stands before the kind word.
-        for (int n = 0; kindWord == "DEFINER" && n < 8; ++n) {
+        for (int n = 0; is(kindWord, "DEFINER") && n < 8; ++n) {
             const size_t after = significant(i + 1);
-            if (isEnd(raw(after)) || isOneOf(word(raw(after)), {"PROCEDURE", "FUNCTION", "TRIGGER", "EVENT", "VIEW"})) {
+            if (isEnd(raw(after)) || isOneOf(word(raw(after)), "PROCEDURE", "FUNCTION", "TRIGGER", "EVENT", "VIEW")) {
                 kindWord = word(raw(after));
             }
             i = after;
         }
         // Bodies of routines hold statements; ALTER PROCEDURE p COMPILE does not.
-        if (w == "CREATE" && (isOneOf(kindWord, {"PROCEDURE", "PROC", "FUNCTION", "TRIGGER", "PACKAGE", "EVENT",
-                                                 "LIBRARY", "JAVA"}) ||
-                              (kindWord == "TYPE" && word(raw(significant(i + 1))) == "BODY"))) {
+        if (is(w, "CREATE") && (isOneOf(kindWord, "PROCEDURE", "PROC", "FUNCTION", "TRIGGER", "PACKAGE", "EVENT",
+                                                "LIBRARY", "JAVA") ||
+                              (is(kindWord, "TYPE") && is(word(raw(significant(i + 1))), "BODY")))) {
             kind_ = Kind::Routine;
-        } else if (w == "ALTER") {
+        } else if (is(w, "ALTER")) {
             kind_ = Kind::Alter;
-        } else if (isOneOf(kindWord, {"TABLE", "INDEX", "SEQUENCE", "DATABASE", "SYNONYM", "USER", "LOGIN", "ROLE"})) {
+        } else if (isOneOf(kindWord, "TABLE", "INDEX", "SEQUENCE", "DATABASE", "SYNONYM", "USER", "LOGIN", "ROLE")) {
             kind_ = Kind::Splittable;
         } else {
             kind_ = Kind::Whole;
         }
-    } else if (w == "INSERT") {
+    } else if (is(w, "INSERT")) {
         kind_ = Kind::Insert;
-    } else if (w == "UPDATE") {
+    } else if (is(w, "UPDATE")) {
         kind_ = Kind::Update;
-    } else if (w == "DECLARE") {
+    } else if (is(w, "DECLARE")) {
         const bool variable = isText(raw(significant(at + 1)), "@");
         pANTLR3_COMMON_TOKEN until = nullptr;
         kind_ = variable || !blockBeginFollows(at, &until) ? Kind::Splittable : Kind::Routine;
@@ -500,12 +510,12 @@ void ScriptLines::startStatement(size_t at, const std::string &w)
             // statement that is dropped.
             raw(at)->type = STRING;
         }
-    } else if (w == "BEGIN") {
-        const bool transaction = isOneOf(second, {"TRAN", "TRANSACTION", "WORK", "DEFERRED", "IMMEDIATE", "EXCLUSIVE"}) ||
+    } else if (is(w, "BEGIN")) {
+        const bool transaction = isOneOf(second, "TRAN", "TRANSACTION", "WORK", "DEFERRED", "IMMEDIATE", "EXCLUSIVE") ||
                                  raw(significant(at + 1))->type == SEMI;
         kind_ = transaction ? Kind::Splittable : Kind::Routine;
-    } else if (isOneOf(w, {"DROP", "SET", "USE", "PRINT", "EXEC", "EXECUTE", "COMMIT", "ROLLBACK", "RAISERROR",
-                           "CHECKPOINT", "TRUNCATE", "DELETE"})) {
+    } else if (isOneOf(w, "DROP", "SET", "USE", "PRINT", "EXEC", "EXECUTE", "COMMIT", "ROLLBACK", "RAISERROR",
+                          "CHECKPOINT", "TRUNCATE", "DELETE")) {
         kind_ = Kind::Splittable;
     } else {
         kind_ = Kind::Whole;
@@ -516,9 +526,9 @@ void ScriptLines::track(pANTLR3_COMMON_TOKEN token, size_t at)
 {
     if (!guards_.empty()) {
         const std::string w = word(token);
-        if ((w == "BEGIN" && !isOneOf(word(raw(significant(at + 1))), {"TRAN", "TRANSACTION"})) || w == "CASE") {
+        if ((is(w, "BEGIN") && !isOneOf(word(raw(significant(at + 1))), "TRAN", "TRANSACTION")) || is(w, "CASE")) {
             ++blocks_;
-        } else if (w == "END") {
+        } else if (is(w, "END")) {
             if (blocks_ == guards_.back()) {
                 // The END of a guarded block ends the statement before it.
                 guards_.pop_back();
@@ -549,9 +559,9 @@ void ScriptLines::track(pANTLR3_COMMON_TOKEN token, size_t at)
         // (the token is raw(at))
         const std::string w = word(token);
         startStatement(at, w);
-        copy_ = w == "COPY";
+        copy_ = is(w, "COPY");
         fromStdin_ = false;
-    } else if (copy_ && word(token) == "STDIN") {
+    } else if (copy_ && is(word(token), "STDIN")) {
         fromStdin_ = true;
     }
     ++tokens_;
@@ -661,7 +671,7 @@ bool ScriptLines::step(pANTLR3_COMMON_TOKEN token)
 bool ScriptLines::gluedGo(pANTLR3_COMMON_TOKEN token)
 {
     if (previousType_ != CLOSEPAREN || token->line != previousLine_ ||
-        token->charPosition != previousPosition_ + 1 || word(token) != "GO") {
+        token->charPosition != previousPosition_ + 1 || !is(word(token), "GO")) {
         return false;
     }
     const size_t end = lineEnd(0);
@@ -736,7 +746,7 @@ bool ScriptLines::activeDelimiter()
         // END$$: the word keeps its letters, a new SEMI stands for the rest.
         // Bounds are byte addresses of UTF-16 units; the terminator is ASCII.
         first->stop = static_cast<ANTLR3_MARKER>(first->start + 2 * glued - 1);
-        if (word(first) == "END") {
+        if (is(word(first), "END")) {
             first->type = T_END;
         }
         track(first, 0);
@@ -812,10 +822,10 @@ bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANT
     // at the tokens. COPY is read, to see whether data lines follow it, and DO
     // may open a dollar-quoted block.
     const std::string w = word(first);
-    if ((w != "INSERT" && w != "DROP" && opensKnownStatement(first->type, w)) || isOneOf(w, {"DO", "COPY"})) {
+    if ((!is(w, "INSERT") && !is(w, "DROP") && opensKnownStatement(first->type, w)) || isOneOf(w, "DO", "COPY")) {
         return false;
     }
-    if (w == "INSERT" ? kind_ != Kind::Insert
+    if (is(w, "INSERT") ? kind_ != Kind::Insert
                       : kind_ != Kind::Whole && kind_ != Kind::Splittable && kind_ != Kind::Update) {
         return false;
     }
