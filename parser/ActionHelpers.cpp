@@ -15,6 +15,7 @@
 #include <cstring>
 #include <initializer_list>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 using sqlantlr::ParseSession;
@@ -183,7 +184,7 @@ std::string kp_nodeText(pANTLR3_BASE_TREE node)
 }
 
 // True when the text is the ASCII upper-case word in any case.
-bool kp_textIsWord(const std::string &text, const char *upperWord)
+bool kp_textIsWord(std::string_view text, const char *upperWord)
 {
     const size_t length = std::strlen(upperWord);
     if (text.size() != length) {
@@ -1085,15 +1086,21 @@ bool kp_skipIndexExpressionRest(pANTLR3_BASE_RECOGNIZER recognizer)
 
 ANTLR3_UINT32 kp_literalType(const char *word)
 {
-    const size_t length = std::strlen(word);
-    for (ANTLR3_UINT32 i = 4; i < kp_parserTokenCount; ++i) {
-        const auto *name = reinterpret_cast<const char *>(VellumGrammarCParserTokenNames[i]);
-        if (name != nullptr && name[0] == '\'' && name[1] == word[0] && std::strncmp(name + 1, word, length) == 0 &&
-            name[length + 1] == '\'' && name[length + 2] == '\0') {
-            return i;
+    // The parser's literal token names ('WORD') by their text, made once: the
+    // plain readers ask for a few hundred words when a parse first needs them.
+    static const std::unordered_map<std::string_view, ANTLR3_UINT32> literals = [] {
+        std::unordered_map<std::string_view, ANTLR3_UINT32> byText;
+        for (ANTLR3_UINT32 i = 4; i < kp_parserTokenCount; ++i) {
+            const auto *name = reinterpret_cast<const char *>(VellumGrammarCParserTokenNames[i]);
+            const size_t length = name != nullptr ? std::strlen(name) : 0;
+            if (length >= 2 && name[0] == '\'' && name[length - 1] == '\'') {
+                byText.emplace(std::string_view(name + 1, length - 2), i);  // the first of a text wins
+            }
         }
-    }
-    return 0;
+        return byText;
+    }();
+    const auto found = literals.find(word);
+    return found != literals.end() ? found->second : 0;
 }
 
 namespace {

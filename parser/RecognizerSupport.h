@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class SQLContainer;
@@ -201,7 +202,7 @@ bool kp_isKeyword(pANTLR3_COMMON_TOKEN token, const char *upperWord);
 // upper-case words of a blank-separated list ("MONITORING NOMONITORING").
 bool kp_isAnyWord(pANTLR3_COMMON_TOKEN token, const char *upperWords);
 // The same check on a text.
-bool kp_textIsWord(const std::string &text, const char *upperWord);
+bool kp_textIsWord(std::string_view text, const char *upperWord);
 // True when the keyword at LT(1) names a column of a table's element list:
 // the token before it opens the list or separates its entries, and the word
 // does not start an index there (KEY k (a), INDEX USING BTREE (a),

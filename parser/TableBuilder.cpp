@@ -41,35 +41,41 @@ void kp_setTableProperty(SQLTable *table, const char *key, pANTLR3_BASE_TREE val
 std::optional<std::string> kp_commentText(std::string_view written)
 {
     const size_t first = written.find_first_not_of(" \t\r\n");
-    const std::string text(first == std::string_view::npos
-                               ? std::string_view()
-                               : written.substr(first, written.find_last_not_of(" \t\r\n") - first + 1));
+    const std::string_view text = first == std::string_view::npos
+                                      ? std::string_view()
+                                      : written.substr(first, written.find_last_not_of(" \t\r\n") - first + 1);
     if (kp_textIsWord(text, "NULL")) {
         return std::nullopt;
     }
     if (!text.empty() && text.front() == '$') {
         const size_t tagEnd = text.find('$', 1);
-        if (tagEnd != std::string::npos) {
-            const std::string tag = text.substr(0, tagEnd + 1);
+        if (tagEnd != std::string_view::npos) {
+            const std::string_view tag = text.substr(0, tagEnd + 1);
             const size_t close = text.rfind(tag);
             if (close > tagEnd) {
-                return text.substr(tagEnd + 1, close - tagEnd - 1);
+                return std::string(text.substr(tagEnd + 1, close - tagEnd - 1));
             }
         }
-        return text;
+        return std::string(text);
     }
     const size_t open = text.find_first_of("'\"`");
-    if (open == std::string::npos || text.size() < open + 2 || text.back() != text[open]) {
-        return text;
+    if (open == std::string_view::npos || text.size() < open + 2 || text.back() != text[open]) {
+        return std::string(text);
     }
+    // The body between the quotes, a doubled quote in it standing for one;
+    // copied a run at a time (most comments hold no quote at all).
     const char quote = text[open];
-    const std::string body = text.substr(open + 1, text.size() - open - 2);
+    const std::string_view body = text.substr(open + 1, text.size() - open - 2);
     std::string comment;
-    for (size_t i = 0; i < body.size(); ++i) {
-        comment += body[i];
-        if (body[i] == quote && i + 1 < body.size() && body[i + 1] == quote) {
-            ++i;
+    comment.reserve(body.size());
+    for (size_t from = 0;;) {
+        const size_t at = body.find(quote, from);
+        if (at == std::string_view::npos) {
+            comment.append(body.substr(from));
+            break;
         }
+        comment.append(body.substr(from, at + 1 - from));
+        from = at + 1 < body.size() && body[at + 1] == quote ? at + 2 : at + 1;
     }
     return comment;
 }
