@@ -2,6 +2,7 @@
 
 #include "FieldTexts.h"
 #include "NameLookup.h"
+#include "SlotPool.h"
 
 using SchemaModel::detail::FieldTexts;
 
@@ -15,6 +16,19 @@ SQLField::SQLField() = default;
 SQLField::~SQLField()
 {
     SchemaModel::detail::releaseFieldTexts(texts_);
+}
+
+void *SQLField::operator new(std::size_t size)
+{
+    return size == sizeof(SQLField) ? SchemaModel::detail::allocateSlot(size) : ::operator new(size);
+}
+
+void SQLField::operator delete(void *field, std::size_t size) noexcept
+{
+    if (size == sizeof(SQLField))
+        SchemaModel::detail::releaseSlot(field);
+    else
+        ::operator delete(field);
 }
 
 std::unique_ptr<SQLField> SQLField::fieldWithName(std::string_view name, std::string_view type)

@@ -4,6 +4,7 @@
 #include <SchemaModel/SQLObject.h>
 #include <SchemaModel/SQLReferentialActions.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -36,6 +37,12 @@ class SQLField : public SQLObject, public SQLReferentialActions {
 public:
     SQLField();
     ~SQLField() override;
+
+    /// Columns are made by the hundred thousand: a field's storage is cut
+    /// from large blocks that the model library keeps, not taken from the
+    /// general allocator one by one (a subclass of another size is).
+    static void *operator new(std::size_t size);
+    static void operator delete(void *field, std::size_t size) noexcept;
 
     static std::unique_ptr<SQLField> fieldWithName(std::string_view name, std::string_view type);
     /// A field with its type and default set at once (as setType, then
