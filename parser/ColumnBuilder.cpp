@@ -19,12 +19,12 @@ namespace {
 SQLField *addField(ParseSession *session, SQLTable *table, const std::string &name, const std::string &type,
                    std::optional<std::string_view> defaultValue, int line, int position)
 {
-    std::unique_ptr<SQLField> field = SQLField::fieldWithName(name, type, defaultValue);
-    const std::string nameBeforeAdding = field->getName();
     bool didRename = false;
-    SQLField *added = table->addWithRenaming(std::move(field), &didRename);
+    SQLField *added = table->addWithRenaming(SQLField::fieldWithName(name, type, defaultValue), &didRename);
     if (didRename && added != nullptr && session != nullptr && session->driver != nullptr) {
-        session->driver->addDuplicateFieldExceptionMessage(*added, *table, nameBeforeAdding, line, position);
+        // The name the field had before the table renamed it: the name as
+        // setName trims it.
+        session->driver->addDuplicateFieldExceptionMessage(*added, *table, SchemaModel::trim(name), line, position);
     }
     return added;
 }

@@ -367,6 +367,15 @@ TEST(Columns, DuplicateNamesAreKeptRenamedAndReportedAtTheSecondName)
     EXPECT_TRUE(table(result, "t")->fields()[2]->isNotNull());
     EXPECT_EQ(result.records,
               std::vector<std::string>{"[4:4] Duplicate field 'ID' has been renamed to 'ID_1' in table 't'"});
+
+    // The record names the column as the model holds it: unquoted, blanks
+    // trimmed, doubled quotes single.
+    const ParseResult quoted = parse(R"(CREATE TABLE q ("a""b" INT, " a""b " INT, `c` INT, c INT);)");
+    ASSERT_NE(table(quoted, "q"), nullptr);
+    EXPECT_EQ(fieldNames(*table(quoted, "q")), (std::vector<std::string>{"a\"b", "a\"b_1", "c", "c_1"}));
+    EXPECT_EQ(quoted.records,
+              (std::vector<std::string>{"[1:28] Duplicate field 'a\"b' has been renamed to 'a\"b_1' in table 'q'",
+                                        "[1:51] Duplicate field 'c' has been renamed to 'c_1' in table 'q'"}));
 }
 
 TEST(Recovery, ABrokenColumnIsLeftOutAndTheScriptGoesOn)
