@@ -1,6 +1,7 @@
 #include <SchemaModel/SQLTable.h>
 
 #include "NameLookup.h"
+#include "SlotPool.h"
 
 #include <algorithm>
 
@@ -19,6 +20,19 @@ struct TableNameIndexes {
 SQLTable::SQLTable() : names_(std::make_unique<SchemaModel::detail::TableNameIndexes>()) {}
 
 SQLTable::~SQLTable() = default;
+
+void *SQLTable::operator new(std::size_t size)
+{
+    return size == sizeof(SQLTable) ? SchemaModel::detail::allocateSlot(size) : ::operator new(size);
+}
+
+void SQLTable::operator delete(void *table, std::size_t size) noexcept
+{
+    if (size == sizeof(SQLTable))
+        SchemaModel::detail::releaseSlot(table);
+    else
+        ::operator delete(table);
+}
 
 std::unique_ptr<SQLTable> SQLTable::tableForImportWithName(std::string_view name)
 {

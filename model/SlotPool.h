@@ -1,11 +1,12 @@
 #pragma once
 
-// Storage for the model's most numerous objects, a schema's columns: slots
-// cut from large blocks in the order they are asked for. Making a column then
-// costs a pointer bump instead of a general allocation (which, for objects
-// that are made by the hundred thousand and not freed, runs its slow path
-// every time), and the columns of a table lie side by side in memory for the
-// walks over all of them that come later (reference resolution, output).
+// Storage for the model's most numerous objects, a schema's columns and
+// tables: slots cut from large blocks in the order they are asked for.
+// Making a column then costs a pointer bump instead of a general allocation
+// (which, for objects that are made by the hundred thousand and not freed,
+// runs its slow path every time), and the columns of a table lie side by
+// side in memory for the walks over all of them that come later (reference
+// resolution, output).
 //
 // From a thread's second block on, a block's pages are made in one call
 // when the block is taken, not one fault at a time as they are first used.

@@ -23,6 +23,11 @@ public:
     SQLTable();
     ~SQLTable() override;
 
+    /// A table's storage is cut from the same blocks as its fields' (see
+    /// SQLField); a subclass of another size uses the general allocator.
+    static void *operator new(std::size_t size);
+    static void operator delete(void *table, std::size_t size) noexcept;
+
     static std::unique_ptr<SQLTable> tableForImportWithName(std::string_view name);
 
     /// Trimmed; an empty result clears the schema name.
