@@ -20,15 +20,12 @@ SQLField::~SQLField()
 
 void *SQLField::operator new(std::size_t size)
 {
-    return size == sizeof(SQLField) ? SchemaModel::detail::allocateSlot(size) : ::operator new(size);
+    return SchemaModel::detail::allocateSlotFor(size, sizeof(SQLField));
 }
 
 void SQLField::operator delete(void *field, std::size_t size) noexcept
 {
-    if (size == sizeof(SQLField))
-        SchemaModel::detail::releaseSlot(field);
-    else
-        ::operator delete(field);
+    SchemaModel::detail::releaseSlotFor(field, size, sizeof(SQLField));
 }
 
 std::unique_ptr<SQLField> SQLField::fieldWithName(std::string_view name, std::string_view type)

@@ -23,15 +23,12 @@ SQLTable::~SQLTable() = default;
 
 void *SQLTable::operator new(std::size_t size)
 {
-    return size == sizeof(SQLTable) ? SchemaModel::detail::allocateSlot(size) : ::operator new(size);
+    return SchemaModel::detail::allocateSlotFor(size, sizeof(SQLTable));
 }
 
 void SQLTable::operator delete(void *table, std::size_t size) noexcept
 {
-    if (size == sizeof(SQLTable))
-        SchemaModel::detail::releaseSlot(table);
-    else
-        ::operator delete(table);
+    SchemaModel::detail::releaseSlotFor(table, size, sizeof(SQLTable));
 }
 
 std::unique_ptr<SQLTable> SQLTable::tableForImportWithName(std::string_view name)

@@ -17,6 +17,7 @@
 // sanitizer still sees every object.
 
 #include <cstddef>
+#include <new>
 
 namespace SchemaModel::detail {
 
@@ -26,6 +27,20 @@ void *allocateSlot(std::size_t size);
 
 /// Gives back a slot from allocateSlot, from any thread.
 void releaseSlot(void *slot) noexcept;
+
+/// A class's operator new and delete: an object of the class's own size
+/// gets a slot, one of a subclass of another size the general allocator.
+inline void *allocateSlotFor(std::size_t size, std::size_t classSize)
+{
+    return size == classSize ? allocateSlot(size) : ::operator new(size);
+}
+inline void releaseSlotFor(void *object, std::size_t size, std::size_t classSize) noexcept
+{
+    if (size == classSize)
+        releaseSlot(object);
+    else
+        ::operator delete(object);
+}
 
 /// How many blocks are held now (for the tests).
 std::size_t slotBlockCount() noexcept;
