@@ -1,5 +1,6 @@
 // The facade and the driver's public operations: file input and its encoding
 // fallback, record bookkeeping across parses, foreign-key linking, threads.
+#include "ModelJson.h"
 #include "ParserTestSupport.h"
 
 #include <algorithm>
@@ -228,6 +229,37 @@ TEST(Threads, SeparateParsersRunConcurrently)
         thread.join();
     }
     EXPECT_EQ(mismatches.load(), 0);
+}
+
+TEST(Threads, ModelsMadeOnSeveralThreadsMatchAndAreFreedOnAnother)
+{
+    // Enough tables and columns that each thread's model takes several of
+    // the model's storage blocks; the models are freed on the main thread,
+    // after the threads that made them have ended.
+    std::string script;
+    for (int t = 0; t < 400; ++t) {
+        script += "CREATE TABLE t" + std::to_string(t) + " (id INT PRIMARY KEY";
+        for (int c = 0; c < 30; ++c) {
+            script += ", c" + std::to_string(c) + " VARCHAR(" + std::to_string(c + 1) + ") DEFAULT 'x'";
+        }
+        script += ", parent INT REFERENCES t" + std::to_string(t / 2) + " (id));\n";
+    }
+    const ParseResult single = parse(script);
+    ASSERT_NE(single.container, nullptr);
+    const std::string expected = sqlantlr::modelJsonText(*single.container, {});
+    std::vector<std::unique_ptr<SQLContainer>> models(4);
+    std::vector<std::thread> threads;
+    for (auto &model : models) {
+        threads.emplace_back([&script, &model] { model = parse(script).container; });
+    }
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
+    for (const auto &model : models) {
+        ASSERT_NE(model, nullptr);
+        EXPECT_EQ(sqlantlr::modelJsonText(*model, {}), expected);
+    }
+    models.clear();
 }
 
 TEST(Version, SymbolsAndBacktrace)
