@@ -1,23 +1,17 @@
 #include "KpAntlrStringOperations.h"
 
-#include <cstring>
+namespace kp_detail {
 
-namespace {
-
-// Made at build time by sqlantlr_fold_table (lexer/CaseFoldTableGen.cpp).
-constexpr char16_t generatedTable[0x10000] = {
+// Made at build time by sqlantlr_fold_table (lexer/CaseFoldTableGen.cpp);
+// the declaration in the header gives it external linkage.
+const char16_t upperCaseTable[0x10000] = {
 #include "CaseFoldTable.inc"
 };
 
-} // namespace
-
-KpAntlrStringOperations::KpAntlrStringOperations()
-{
-    std::memcpy(table_, generatedTable, sizeof table_);
-}
+} // namespace kp_detail
 
 const KpAntlrStringOperations &KpAntlrStringOperations::sharedManager()
 {
-    static const KpAntlrStringOperations instance;  // initialised once, thread-safe
+    static const KpAntlrStringOperations instance;
     return instance;
 }

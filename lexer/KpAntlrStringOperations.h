@@ -1,8 +1,13 @@
 // Upper-casing of single UTF-16 units for the lexer's case-insensitive
-// matching. The fold table is made at build time (lexer/CaseFoldTableGen.cpp),
-// set up once per process and then only read, so any number of parses may
-// use it at the same time.
+// matching. The fold table is made at build time (lexer/CaseFoldTableGen.cpp)
+// and only read, straight from the library's constant data, so any number of
+// parses may use it at the same time and no process copies it.
 #pragma once
+
+namespace kp_detail {
+// For each unit, the unit upper-cased as uppercaseCharacter says.
+extern const char16_t upperCaseTable[0x10000];
+}
 
 class KpAntlrStringOperations {
 public:
@@ -12,9 +17,8 @@ public:
     // The upper-case form of a unit when the unit is a lower-case letter whose
     // upper case is a single unit; every other unit unchanged (digits,
     // punctuation, upper-case letters, sharp s, surrogates).
-    char16_t uppercaseCharacter(char16_t c) const { return table_[c]; }
+    char16_t uppercaseCharacter(char16_t c) const { return kp_detail::upperCaseTable[c]; }
 
 private:
-    KpAntlrStringOperations();
-    char16_t table_[0x10000];
+    KpAntlrStringOperations() = default;
 };
