@@ -3,6 +3,7 @@
 #include "TextEncoding.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -21,7 +22,11 @@ namespace sqlantlr {
 
 namespace {
 
+// A string is decoded in pieces of this much; a file is read in blocks of
+// readBytes into one buffer that every read reuses, so that reading touches
+// few fresh pages.
 constexpr std::size_t blockBytes = 1U << 20U;
+constexpr std::size_t readBytes = 256U << 10U;
 // Dropping pages costs a system call and the faults of any page read again:
 // it is done once this much has been passed.
 constexpr std::size_t releaseStep = 8U << 20U;
@@ -56,8 +61,8 @@ public:
             taken_ = 0;
         }
         for (;;) {
-            reserve(have_ + blockBytes);
-            const ssize_t got = ::read(fd_, buffer_.get() + have_, blockBytes);
+            reserve(have_ + readBytes);
+            const ssize_t got = ::read(fd_, buffer_.get() + have_, readBytes);
             if (got < 0) {
                 failed_ = true;
                 return false;
@@ -80,6 +85,14 @@ public:
         }
     }
     bool failed() const { return failed_; }
+    // Back to the start of the file, keeping the buffer.
+    bool rewind()
+    {
+        have_ = 0;
+        taken_ = 0;
+        failed_ = ::lseek(fd_, 0, SEEK_SET) != 0;
+        return !failed_;
+    }
 
 private:
     void reserve(std::size_t size)
@@ -103,9 +116,21 @@ private:
     bool failed_ = false;
 };
 
+std::atomic<std::size_t> heldBelow{ScriptFileText::defaultHeldInMemoryBelow};
+
 } // namespace
 
-std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
+std::size_t ScriptFileText::heldInMemoryBelow()
+{
+    return heldBelow.load(std::memory_order_relaxed);
+}
+
+void ScriptFileText::setHeldInMemoryBelow(std::size_t bytes)
+{
+    heldBelow.store(bytes, std::memory_order_relaxed);
+}
+
+std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path, std::size_t heldInMemoryBelow)
 {
     Descriptor in{::open(path.c_str(), O_RDONLY | O_CLOEXEC)};
     struct stat status {};
@@ -116,26 +141,16 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path)
     if (::pread(in.fd, head, 2, 0) == 2 && ((head[0] == 0xFF && head[1] == 0xFE) || (head[0] == 0xFE && head[1] == 0xFF))) {
         return nullptr;
     }
-    // The encoding is decided for the whole file before any of it is decoded.
-    bool utf8 = true;
-    std::string_view piece;
-    {
-        Pieces pieces(in.fd);
-        while (utf8 && pieces.next(piece)) {
-            utf8 = isValidUtf8(piece);
-        }
-        if (pieces.failed() || ::lseek(in.fd, 0, SEEK_SET) != 0) {
-            return nullptr;
-        }
-    }
+    // The file is read once when it is UTF-8, which nearly every script is;
+    // at its first piece that is not, it is read again as Mac OS Roman.
     Pieces pieces(in.fd);
-    std::unique_ptr<ScriptFileText> result =
-        decode(static_cast<std::size_t>(status.st_size), [&pieces](std::string_view &next) { return pieces.next(next); },
-               utf8);
+    std::unique_ptr<ScriptFileText> result = decode(
+        static_cast<std::size_t>(status.st_size), [&pieces](std::string_view &next) { return pieces.next(next); },
+        [&pieces] { return pieces.rewind(); }, heldInMemoryBelow);
     return pieces.failed() ? nullptr : std::move(result);
 }
 
-std::unique_ptr<ScriptFileText> ScriptFileText::fromUtf8(std::string_view text)
+std::unique_ptr<ScriptFileText> ScriptFileText::fromUtf8(std::string_view text, std::size_t heldInMemoryBelow)
 {
     // Pieces end just after an ASCII byte, as a file's do.
     std::string_view rest = text;
@@ -151,43 +166,62 @@ std::unique_ptr<ScriptFileText> ScriptFileText::fromUtf8(std::string_view text)
         rest.remove_prefix(cut);
         return true;
     };
-    return decode(text.size(), next, true);
+    return decode(text.size(), next, nullptr, heldInMemoryBelow);
 }
 
-std::unique_ptr<ScriptFileText> ScriptFileText::decode(std::size_t capacity,
-                                                       const std::function<bool(std::string_view &)> &nextPiece,
-                                                       bool utf8)
+namespace {
+
+// Where the decoded text goes: anonymous memory, or the pages of an
+// unlinked temporary file through a shared mapping (no copy through
+// write()), left open in `file`. Room for a unit per byte, which no
+// decoding exceeds.
+void *mapRoom(std::size_t room, bool inMemory, Descriptor &file)
 {
-    // Without a usable temporary directory the text is held in memory instead.
+    if (inMemory) {
+        void *const mapping = ::mmap(nullptr, room, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        return mapping == MAP_FAILED ? nullptr : mapping;
+    }
+    // Without a usable temporary directory the text is held in memory by
+    // the caller instead.
     std::error_code noDirectory;
     const std::filesystem::path directory = std::filesystem::temp_directory_path(noDirectory);
     if (noDirectory) {
         return nullptr;
     }
     std::string name = (directory / "sqlantlr-text-XXXXXX").string();
-    Descriptor out{::mkstemp(name.data())};
-    if (out.fd < 0) {
+    file.fd = ::mkstemp(name.data());
+    if (file.fd < 0) {
         return nullptr;
     }
-    ::unlink(name.c_str());  // gone with the descriptor and the mapping
-    // The text is decoded straight into the file's pages through a shared
-    // mapping (no copy through write()): room for a unit per byte, which no
-    // decoding exceeds, cut to the units written at the end.
-    std::unique_ptr<ScriptFileText> result(new ScriptFileText);
-    if (capacity == 0) {
-        return result;
-    }
+    ::unlink(name.c_str());  // gone with the mapping
     // The room is allocated on the disk first: a page of a shared mapping
     // that the file system cannot store would stop the process with SIGBUS
     // where write() would have failed. (A file system that cannot allocate
     // ahead has it written block by block.) Without the room, on a full
     // disk, the text is held in memory.
-    const std::size_t room = capacity * sizeof(char16_t);
-    if (::posix_fallocate(out.fd, 0, static_cast<off_t>(room)) != 0) {
+    if (::posix_fallocate(file.fd, 0, static_cast<off_t>(room)) != 0) {
         return nullptr;
     }
-    void *mapping = ::mmap(nullptr, room, PROT_READ | PROT_WRITE, MAP_SHARED, out.fd, 0);
-    if (mapping == MAP_FAILED) {
+    void *const mapping = ::mmap(nullptr, room, PROT_READ | PROT_WRITE, MAP_SHARED, file.fd, 0);
+    return mapping == MAP_FAILED ? nullptr : mapping;
+}
+
+} // namespace
+
+std::unique_ptr<ScriptFileText> ScriptFileText::decode(std::size_t capacity,
+                                                       const std::function<bool(std::string_view &)> &nextPiece,
+                                                       const std::function<bool()> &restart,
+                                                       std::size_t heldInMemoryBelow)
+{
+    std::unique_ptr<ScriptFileText> result(new ScriptFileText);
+    result->inMemory_ = capacity < heldInMemoryBelow;
+    if (capacity == 0) {
+        return result;
+    }
+    const std::size_t room = capacity * sizeof(char16_t);
+    Descriptor file;
+    void *const mapping = mapRoom(room, result->inMemory_, file);
+    if (mapping == nullptr) {
         return nullptr;
     }
     // Owned by result from here on, so that every failure unmaps it.
@@ -195,6 +229,7 @@ std::unique_ptr<ScriptFileText> ScriptFileText::decode(std::size_t capacity,
     result->data_ = units;
     result->mapped_ = room;
     const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    bool utf8 = true;
     std::size_t used = 0;
     std::size_t released = 0;  // bytes from the start already dropped from memory
     bool first = true;
@@ -204,6 +239,17 @@ std::unique_ptr<ScriptFileText> ScriptFileText::decode(std::size_t capacity,
     std::size_t asideRoom = 0;
     std::string_view piece;
     while (nextPiece(piece)) {
+        if (utf8 && restart && !isValidUtf8(piece)) {
+            // The encoding holds for the whole file: decoded again from its start.
+            if (!restart()) {
+                return nullptr;
+            }
+            utf8 = false;
+            used = 0;
+            released = 0;
+            first = true;
+            continue;
+        }
         std::string converted;
         const std::string_view bytes = utf8 ? piece : std::string_view(converted = macRomanToUtf8(piece));
         char16_t *const at = units + used;
@@ -226,16 +272,17 @@ std::unique_ptr<ScriptFileText> ScriptFileText::decode(std::size_t capacity,
             std::memmove(at, text, count * sizeof(char16_t));
         }
         used += count;
-        // Decoded pages leave the process's memory as the parse's do: they
-        // stay in the file and are read back when the parse gets there.
+        // Decoded pages in a file leave the process's memory as the parse's
+        // do: they stay in the file and are read back when the parse gets
+        // there.
         const std::size_t decodedPages = used * sizeof(char16_t) / page * page;
-        if (decodedPages > released) {
+        if (!result->inMemory_ && decodedPages > released) {
             ::madvise(static_cast<char *>(mapping) + released, decodedPages - released, MADV_DONTNEED);
             released = decodedPages;
         }
     }
-    // The pages past the text are unmapped and cut from the file; the rest
-    // stays mapped, read-only.
+    // The pages past the text are unmapped (and cut from the file); the
+    // rest stays mapped, read-only.
     const std::size_t kept = (used * sizeof(char16_t) + page - 1) / page * page;
     if (kept < room) {
         ::munmap(reinterpret_cast<char *>(mapping) + kept, room - kept);
@@ -244,7 +291,7 @@ std::unique_ptr<ScriptFileText> ScriptFileText::decode(std::size_t capacity,
             result->data_ = nullptr;
         }
     }
-    if (::ftruncate(out.fd, static_cast<off_t>(used * sizeof(char16_t))) != 0 ||
+    if ((file.fd >= 0 && ::ftruncate(file.fd, static_cast<off_t>(used * sizeof(char16_t))) != 0) ||
         (kept != 0 && ::mprotect(mapping, kept, PROT_READ) != 0)) {
         return nullptr;
     }
@@ -261,14 +308,14 @@ ScriptFileText::~ScriptFileText()
 
 void ScriptFileText::releaseBefore(const char16_t *before)
 {
-    if (before >= data_ && static_cast<std::size_t>(before - data_) * sizeof(char16_t) >= released_ + releaseStep) {
+    if (!inMemory_ && before >= data_ && static_cast<std::size_t>(before - data_) * sizeof(char16_t) >= released_ + releaseStep) {
         releaseAllBefore(before);
     }
 }
 
 void ScriptFileText::releaseAllBefore(const char16_t *before)
 {
-    if (mapped_ == 0 || before < data_) {
+    if (inMemory_ || mapped_ == 0 || before < data_) {
         return;
     }
     const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));

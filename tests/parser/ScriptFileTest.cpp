@@ -41,6 +41,18 @@ struct TempFile {
     }
 };
 
+// Sets where texts start to be decoded into a temporary file instead of
+// memory, for the life of the guard.
+struct HeldInMemoryBelow {
+    explicit HeldInMemoryBelow(std::size_t bytes) { sqlantlr::ScriptFileText::setHeldInMemoryBelow(bytes); }
+    ~HeldInMemoryBelow()
+    {
+        sqlantlr::ScriptFileText::setHeldInMemoryBelow(sqlantlr::ScriptFileText::defaultHeldInMemoryBelow);
+    }
+    HeldInMemoryBelow(const HeldInMemoryBelow &) = delete;
+    HeldInMemoryBelow &operator=(const HeldInMemoryBelow &) = delete;
+};
+
 // The model as JSON with the records, as `sqlantlr model` prints it.
 std::string modelText(SQLParser &parser, const std::unique_ptr<SQLContainer> &container)
 {
@@ -52,15 +64,22 @@ std::string modelText(SQLParser &parser, const std::unique_ptr<SQLContainer> &co
     return out.str();
 }
 
+// Parsed in place, with its text decoded into memory and into a temporary
+// file, the file gives the model and records of its text read whole.
 void expectSameAsWholeText(const std::string &bytes, const std::string &label)
 {
     const TempFile file(bytes);
-    SQLParser inPlace;
-    const std::string fromFile = modelText(inPlace, inPlace.parseFile(file.path));
+    std::string fromFile[2];
+    for (const std::size_t heldBelow : {std::size_t(0), sqlantlr::ScriptFileText::defaultHeldInMemoryBelow}) {
+        const HeldInMemoryBelow bound(heldBelow);
+        SQLParser inPlace;
+        fromFile[heldBelow == 0 ? 0 : 1] = modelText(inPlace, inPlace.parseFile(file.path));
+    }
     SQLParser whole;
     const std::string fromText =
         modelText(whole, whole.parseString(SQLParser::stringForFile(file.path, SQLTextEncoding::UTF8)));
-    EXPECT_EQ(fromFile, fromText) << label;
+    EXPECT_EQ(fromFile[0], fromText) << label << " (decoded into a file)";
+    EXPECT_EQ(fromFile[1], fromText) << label << " (decoded into memory)";
 }
 
 const char *const table = "CREATE TABLE t (id INT PRIMARY KEY, name VARCHAR(20) DEFAULT 'n', x BROKEN(;\n";
@@ -112,6 +131,49 @@ TEST(ScriptFile, StatementsAcrossTheDecodedPiecesKeepTheirPositions)
     }
     roman += table;
     expectSameAsWholeText(roman, "Mac OS Roman in several pieces");
+
+    // A file that is UTF-8 up to a byte near its end, several pieces on,
+    // is decoded again from its start as Mac OS Roman.
+    std::string late;
+    for (int i = 0; i < 40000; ++i) {
+        late += "CREATE TABLE t" + std::to_string(i) + " (a INT, b VARCHAR(9) DEFAULT 'x');\n";
+    }
+    late += "CREATE TABLE caf\xE9 (\x8A INT);\n";
+    late += table;
+    expectSameAsWholeText(late, "Mac OS Roman from the last piece on");
+}
+
+TEST(ScriptFile, ShortTextsAreHeldInMemoryAndLongOnesInAFile)
+{
+    std::string script;
+    for (int i = 0; i < 100000; ++i) {
+        script += "-- line " + std::to_string(i) + " ß\n";
+    }
+    const TempFile file(script);
+    const std::unique_ptr<sqlantlr::ScriptFileText> held = sqlantlr::ScriptFileText::open(file.path);
+    const std::unique_ptr<sqlantlr::ScriptFileText> mapped = sqlantlr::ScriptFileText::open(file.path, script.size());
+    ASSERT_NE(held, nullptr);
+    ASSERT_NE(mapped, nullptr);
+    EXPECT_TRUE(held->inMemory());
+    EXPECT_FALSE(mapped->inMemory());
+    EXPECT_TRUE(held->units() == mapped->units());
+    EXPECT_EQ(held->units().size(), script.size() - 100000);  // each ß is two bytes and one unit
+    // Releasing pages of text held in memory must not drop it.
+    held->releaseAllBefore(held->units().data() + held->units().size());
+    EXPECT_TRUE(held->units() == mapped->units());
+    EXPECT_TRUE(sqlantlr::ScriptFileText::fromUtf8(script)->inMemory());
+    EXPECT_FALSE(sqlantlr::ScriptFileText::fromUtf8(script, script.size())->inMemory());
+
+    // Both ways, a byte that is not UTF-8 pieces in has the whole file
+    // decoded as Mac OS Roman, in place.
+    script += "caf\xE9\n";
+    const TempFile roman(script);
+    const std::u16string expected = sqlantlr::utf8ToUtf16(sqlantlr::macRomanToUtf8(script));
+    for (const std::size_t heldBelow : {std::size_t(0), sqlantlr::ScriptFileText::defaultHeldInMemoryBelow}) {
+        const std::unique_ptr<sqlantlr::ScriptFileText> text = sqlantlr::ScriptFileText::open(roman.path, heldBelow);
+        ASSERT_NE(text, nullptr) << heldBelow;
+        EXPECT_TRUE(text->units() == expected) << heldBelow;
+    }
 }
 
 TEST(ScriptFile, PagesReleasedFromMemoryReadBackTheSameText)
@@ -121,8 +183,9 @@ TEST(ScriptFile, PagesReleasedFromMemoryReadBackTheSameText)
         script += "-- line " + std::to_string(i) + " ß\n";
     }
     const TempFile file(script);
-    const std::unique_ptr<sqlantlr::ScriptFileText> text = sqlantlr::ScriptFileText::open(file.path);
+    const std::unique_ptr<sqlantlr::ScriptFileText> text = sqlantlr::ScriptFileText::open(file.path, 0);
     ASSERT_NE(text, nullptr);
+    ASSERT_FALSE(text->inMemory());
     const std::u16string before(text->units());
     text->releaseAllBefore(text->units().data() + text->units().size());
     EXPECT_EQ(std::u16string(text->units()), before);
@@ -174,9 +237,13 @@ TEST(ScriptFile, WithoutRoomForTheDecodedTextTheFileIsReadWhole)
     rlimit small = before;
     small.rlim_cur = 1U << 20U;
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
-    EXPECT_EQ(sqlantlr::ScriptFileText::open(file.path), nullptr);
-    SQLParser inPlace;
-    const std::string fromFile = modelText(inPlace, inPlace.parseFile(file.path));
+    EXPECT_EQ(sqlantlr::ScriptFileText::open(file.path, 0), nullptr);
+    std::string fromFile;
+    {
+        const HeldInMemoryBelow bound(0);
+        SQLParser inPlace;
+        fromFile = modelText(inPlace, inPlace.parseFile(file.path));
+    }
     ::setrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, previous);
     SQLParser whole;
@@ -200,8 +267,9 @@ TEST(ScriptFile, LongStringsAreHeldAsTheirDecodedText)
     std::u16string expected = sqlantlr::utf8ToUtf16(text);
     expected.erase(0, 1);
     expected.erase(std::remove(expected.begin(), expected.end(), u'\0'), expected.end());
-    const std::unique_ptr<sqlantlr::ScriptFileText> held = sqlantlr::ScriptFileText::fromUtf8(text);
+    const std::unique_ptr<sqlantlr::ScriptFileText> held = sqlantlr::ScriptFileText::fromUtf8(text, 0);
     ASSERT_NE(held, nullptr);
+    EXPECT_TRUE(std::u16string(sqlantlr::ScriptFileText::fromUtf8(text)->units()) == expected);
     EXPECT_TRUE(std::u16string(held->units()) == expected);
     EXPECT_EQ(held->units().size(), expected.size());
 
@@ -211,6 +279,7 @@ TEST(ScriptFile, LongStringsAreHeldAsTheirDecodedText)
         script += "CREATE TABLE t" + std::to_string(i) + " (id INT, s TEXT);\n";
     }
     script += "CREATE TABLE last (x BROKEN(;\n";
+    const HeldInMemoryBelow bound(1U << 20U);
     SQLParser parser;
     const std::unique_ptr<SQLContainer> model = parser.parseString(script);
     ASSERT_NE(model, nullptr);
@@ -233,9 +302,14 @@ TEST(ScriptFile, WithoutATemporaryDirectoryTheFileIsReadWhole)
     const char *saved = std::getenv("TMPDIR");
     const std::string previous = saved != nullptr ? saved : "";
     setenv("TMPDIR", "/nonexistent/tmp", 1);
-    EXPECT_EQ(sqlantlr::ScriptFileText::open(file.path), nullptr);
-    SQLParser inPlace;
-    const std::string fromFile = modelText(inPlace, inPlace.parseFile(file.path));
+    EXPECT_EQ(sqlantlr::ScriptFileText::open(file.path, 0), nullptr);
+    EXPECT_NE(sqlantlr::ScriptFileText::open(file.path), nullptr);  // a short file needs no temporary file
+    std::string fromFile;
+    {
+        const HeldInMemoryBelow bound(0);
+        SQLParser inPlace;
+        fromFile = modelText(inPlace, inPlace.parseFile(file.path));
+    }
     if (saved != nullptr) {
         setenv("TMPDIR", previous.c_str(), 1);
     } else {
