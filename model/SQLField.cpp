@@ -20,6 +20,7 @@ SQLField::~SQLField()
 
 void *SQLField::operator new(std::size_t size)
 {
+    static_assert(alignof(SQLField) <= SchemaModel::detail::slotAlignment, "a slot must be aligned for the class");
     return SchemaModel::detail::allocateSlotFor(size, sizeof(SQLField));
 }
 

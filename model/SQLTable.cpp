@@ -23,6 +23,7 @@ SQLTable::~SQLTable() = default;
 
 void *SQLTable::operator new(std::size_t size)
 {
+    static_assert(alignof(SQLTable) <= SchemaModel::detail::slotAlignment, "a slot must be aligned for the class");
     return SchemaModel::detail::allocateSlotFor(size, sizeof(SQLTable));
 }
 

@@ -21,8 +21,14 @@
 
 namespace SchemaModel::detail {
 
-/// Room for an object of `size` bytes (16-byte aligned), from the calling
-/// thread's current block. Throws std::bad_alloc when no block can be had.
+/// Slots are aligned for objects of up to this alignment: the model's
+/// classes hold pointers and strings, and a 16-byte step would add eight
+/// bytes to every column.
+constexpr std::size_t slotAlignment = alignof(void *);
+
+/// Room for an object of `size` bytes (slotAlignment-aligned), from the
+/// calling thread's current block. Throws std::bad_alloc when no block can
+/// be had.
 void *allocateSlot(std::size_t size);
 
 /// Gives back a slot from allocateSlot, from any thread.
@@ -30,6 +36,8 @@ void releaseSlot(void *slot) noexcept;
 
 /// A class's operator new and delete: an object of the class's own size
 /// gets a slot, one of a subclass of another size the general allocator.
+/// (A class's alignment must not exceed slotAlignment; its operator new
+/// asserts it.)
 inline void *allocateSlotFor(std::size_t size, std::size_t classSize)
 {
     return size == classSize ? allocateSlot(size) : ::operator new(size);
