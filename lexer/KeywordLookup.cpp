@@ -27,44 +27,28 @@ constexpr KeywordEntry keywordEntries[] = {
 
 constexpr size_t entryCount = sizeof(keywordEntries) / sizeof(keywordEntries[0]);
 
-// Open addressing over a power-of-two table at most a quarter full, so a
-// look-up for a name that is no keyword usually ends at an empty slot. A slot
-// keeps its word's hash and length, so a probe compares text only for a word
-// that has both.
+constexpr bool typesFitSixteenBits()
+{
+    for (const KeywordEntry &entry : keywordEntries) {
+        if (entry.type > 0xFFFF) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(typesFitSixteenBits(), "a keyword table slot keeps token types in 16 bits");
+
+// Open addressing over a power-of-two table at most two fifths full, so
+// a look-up for a name that is no keyword usually ends at an empty slot. A
+// slot holds its word's first eight letters, its length and both its types:
+// a look-up reads one slot, of 16 bytes, per probe, and only a word of more
+// than eight letters is compared further, with the keyword's text.
 class KeywordTable {
 public:
     static constexpr size_t maxLength = 40;
-
-    // A word's hash from its length and its first headLength characters
-    // (zero-padded): two multiplies a word, with no chain of them through
-    // its characters. Longer keywords are few; they differ in their text.
-    static uint32_t hashOf(const char *head, size_t length)
-    {
-        uint64_t words[2];
-        std::memcpy(words, head, sizeof words);
-        const uint64_t mixed = words[0] * 0x9E3779B97F4A7C15ULL ^ words[1] * 0xC2B2AE3D27D4EB4FULL ^ length;
-        return static_cast<uint32_t>(mixed >> 32) ^ static_cast<uint32_t>(mixed);
-    }
-
-    KeywordTable()
-    {
-        for (size_t i = 0; i < entryCount; ++i) {
-            const char *word = keywordEntries[i].word;
-            const size_t length = std::strlen(word);
-            std::memcpy(heads_[i].data(), word, std::min(length, headLength));
-            const uint32_t hash = hashOf(heads_[i].data(), length);
-            size_t slot = spread(hash) & mask;
-            while (slots_[slot].entry != 0) {
-                slot = (slot + 1) & mask;
-            }
-            slots_[slot] = {hash, static_cast<uint16_t>(i + 1), static_cast<uint16_t>(length)};
-        }
-    }
-
-    // A word's first headLength characters, zero-padded, are compared as two
-    // machine words; the rest, when there is more, character by character.
-    static constexpr size_t headLength = 16;
-    using Head = std::array<char, headLength>;
+    // The letters a slot holds; a word's letters after them are zero up to
+    // here (see WordScan).
+    static constexpr size_t headLength = 8;
 
     // The types of a word: alone, and with a trailing blank (0 when the list
     // has no such keyword). UNION and MAX_ROWS are listed both ways.
@@ -73,46 +57,73 @@ public:
         ANTLR3_UINT32 withBlank = 0;
     };
 
-    // text holds length upper-cased characters whose hash (see hashOf) is
-    // hash, and zeros after them up to headLength.
-    Types find(const char *text, size_t length, uint32_t hash) const
+    KeywordTable()
     {
-        Types types;
-        for (size_t slot = spread(hash) & mask; slots_[slot].entry != 0; slot = (slot + 1) & mask) {
-            const Slot &candidate = slots_[slot];
-            if (candidate.hash != hash || candidate.length != length) {
-                continue;
+        for (size_t i = 0; i < entryCount; ++i) {
+            const KeywordEntry &entry = keywordEntries[i];
+            char head[headLength] = {};
+            const size_t length = std::strlen(entry.word);
+            std::memcpy(head, entry.word, std::min(length, headLength));
+            const uint64_t headWord = load(head);
+            size_t slot = slotOf(headWord, length);
+            while (slots_[slot].length != 0 && !(slots_[slot].head == headWord && slots_[slot].length == length &&
+                                                  sameRest(slots_[slot], entry.word, length))) {
+                slot = (slot + 1) & mask;
             }
-            const KeywordEntry &entry = keywordEntries[candidate.entry - 1];
-            if (sameHead(heads_[candidate.entry - 1].data(), text) &&
-                (length <= headLength ||
-                 sameText(entry.word + headLength, text + headLength, length - headLength))) {
-                (entry.trailingBlank ? types.withBlank : types.alone) = entry.type;
+            Slot &target = slots_[slot];
+            target.head = headWord;
+            target.length = static_cast<uint8_t>(length);
+            target.entry = static_cast<uint16_t>(i);
+            (entry.trailingBlank ? target.withBlank : target.alone) = static_cast<uint16_t>(entry.type);
+        }
+    }
+
+    // text holds length upper-cased letters, zeros after them up to
+    // headLength.
+    Types find(const char *text, size_t length) const
+    {
+        const uint64_t headWord = load(text);
+        for (size_t slot = slotOf(headWord, length); slots_[slot].length != 0; slot = (slot + 1) & mask) {
+            const Slot &candidate = slots_[slot];
+            if (candidate.head == headWord && candidate.length == length && sameRest(candidate, text, length)) {
+                return {candidate.alone, candidate.withBlank};
             }
         }
-        return types;
+        return {};
     }
 
 private:
-    static constexpr size_t slotCount = 2048;
+    static constexpr size_t slotCount = 1024;
     static constexpr size_t mask = slotCount - 1;
-    static_assert(entryCount * 4 <= slotCount, "the keyword table must stay sparse");
+    static_assert(entryCount * 5 <= slotCount * 2, "the keyword table must stay sparse");
 
-    static size_t spread(uint32_t hash) { return hash ^ (hash >> 15); }
+    struct alignas(16) Slot {
+        uint64_t head = 0;      // the first headLength letters, zero-padded
+        uint16_t alone = 0;     // the types, 0 for none
+        uint16_t withBlank = 0;
+        uint16_t entry = 0;     // an entry of the word, for the letters after the head
+        uint8_t length = 0;     // 0 for an empty slot
+    };
+    static_assert(sizeof(Slot) == 16, "a slot is a quarter of a cache line");
 
-    static bool sameHead(const char *head, const char *text)
+    static uint64_t load(const char *head)
     {
-        uint64_t a[2];
-        uint64_t b[2];
-        std::memcpy(a, head, sizeof a);
-        std::memcpy(b, text, sizeof b);
-        return a[0] == b[0] && a[1] == b[1];
+        uint64_t word;
+        std::memcpy(&word, head, sizeof word);
+        return word;
     }
 
-    // The rest of a long word: a loop beats a call.
-    static bool sameText(const char *word, const char *text, size_t length)
+    // One multiply; the slot from the product's top bits.
+    static size_t slotOf(uint64_t head, size_t length)
     {
-        for (size_t i = 0; i < length; ++i) {
+        return static_cast<size_t>(((head + length) * 0x9E3779B97F4A7C15ULL) >> 54U) & mask;
+    }
+
+    // The letters after the head (a loop beats a call for so few).
+    static bool sameRest(const Slot &slot, const char *text, size_t length)
+    {
+        const char *word = keywordEntries[slot.entry].word;
+        for (size_t i = headLength; i < length; ++i) {
             if (word[i] != text[i]) {
                 return false;
             }
@@ -120,13 +131,7 @@ private:
         return true;
     }
 
-    struct Slot {
-        uint32_t hash = 0;
-        uint16_t entry = 0;  // index + 1 in keywordEntries; 0 for an empty slot
-        uint16_t length = 0;
-    };
     std::array<Slot, slotCount> slots_{};
-    std::array<Head, entryCount> heads_{};
 };
 
 // Made when the library is loaded, like the fold table.
@@ -174,7 +179,7 @@ constexpr std::array<char, 0x80> asciiNameUpper = [] {
 
 // A name read from its first letter: where it ends, and, while it may still
 // be a keyword (ASCII when upper-cased, no longer than any keyword), its
-// upper-cased letters, zero-padded up to the keyword heads' length.
+// upper-cased letters, zero-padded up to the keyword slots' head length.
 struct WordScan {
     const uint16_t *end = nullptr;
     std::array<char, KeywordTable::maxLength> word;
@@ -256,8 +261,7 @@ ANTLR3_UINT32 wordType(pANTLR3_INPUT_STREAM input, const WordScan &scan)
     if (!scan.candidate) {
         return STRING;
     }
-    const KeywordTable::Types types =
-        keywordTable.find(scan.word.data(), scan.length, KeywordTable::hashOf(scan.word.data(), scan.length));
+    const KeywordTable::Types types = keywordTable.find(scan.word.data(), scan.length);
     if (types.withBlank != 0) {
         pANTLR3_INT_STREAM stream = input->istream;
         if (stream->_LA(stream, 1) == ' ') {

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <cctype>
 #include <chrono>
+#include <set>
 
 namespace {
 
@@ -110,6 +111,37 @@ TEST(Lexer, EveryWordLiteralIsAKeywordInAnyCaseAndOnlyAsAWholeWord)
         expected.push_back({23, "COMMA", ","});
     }
     ASSERT_GT(expected.size(), 3u * 300);
+    EXPECT_EQ(visible(script), expected);
+}
+
+// A keyword is told by its first eight letters and its length, then by the
+// rest: a word that differs from a keyword only after its eighth letter is a
+// name.
+TEST(Lexer, WordsThatDifferFromAKeywordLateAreNames)
+{
+    std::set<std::string> words;
+    for (ANTLR3_UINT32 type = 53; type < kp_parserTokenCount; ++type) {
+        const std::string name = VellumGrammarCTokenName(static_cast<int>(type));
+        if (name.size() > 2 && name.front() == '\'' && name.back() == '\'') {
+            words.insert(name.substr(1, name.size() - 2));
+        }
+    }
+    std::string script;
+    std::vector<Tok> expected;
+    for (const std::string &word : words) {
+        if (word.size() <= 8 || word.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ_") != std::string::npos) {
+            continue;
+        }
+        for (size_t at = 8; at < word.size(); ++at) {
+            std::string near = word;
+            near[at] = near[at] == 'Q' ? 'Z' : 'Q';
+            if (words.count(near) == 0) {
+                script += near + " ";
+                expected.push_back({35, "STRING", near});
+            }
+        }
+    }
+    ASSERT_GT(expected.size(), 100u);
     EXPECT_EQ(visible(script), expected);
 }
 
