@@ -165,6 +165,25 @@ TEST(CliDiagram, WritesEachFormatToStandardOutputOrAFile)
     EXPECT_EQ(runCli("diagram -o /nonexistent/dir/x.svg " + both).exitCode, 1);
 }
 
+// Graphviz is loaded when a picture is drawn, not for the other commands
+// (nor for DOT or Mermaid text): the dynamic linker's file log names it then.
+TEST(CliDiagram, GraphvizIsLoadedOnlyToDrawAPicture)
+{
+    Scripts scripts;
+    const std::string file = scripts.add("both.sql", std::string(parentScript) + childScript);
+    const auto loadsGraphviz = [](const std::string &arguments) {
+        setenv("LD_DEBUG", "files", 1);
+        const CliRun run = runCli(arguments);
+        unsetenv("LD_DEBUG");
+        EXPECT_EQ(run.exitCode, 0) << arguments << run.err;
+        return run.err.find("libgvc") != std::string::npos;
+    };
+    EXPECT_FALSE(loadsGraphviz("-q model " + file));
+    EXPECT_FALSE(loadsGraphviz("-q tokens " + file));
+    EXPECT_FALSE(loadsGraphviz("diagram --format mermaid " + file));
+    EXPECT_TRUE(loadsGraphviz("diagram " + file));
+}
+
 TEST(CliDiagram, FiltersAndTheirUsageErrors)
 {
     Scripts scripts;
