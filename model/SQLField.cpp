@@ -9,13 +9,22 @@ using SchemaModel::detail::FieldTexts;
 struct SQLField::Rare {
     std::vector<std::unique_ptr<SQLConstraint>> checks;
     std::optional<SQLFieldReference> reference;
+    SQLCardinality sourceCardinality = SQLCardinality::Unspecified;
+    SQLCardinality targetCardinality = SQLCardinality::Unspecified;
 };
+
+static_assert(alignof(FieldTexts) > 4, "a field keeps its three flags in the low bits of its texts' address");
 
 SQLField::SQLField() = default;
 
 SQLField::~SQLField()
 {
-    SchemaModel::detail::releaseFieldTexts(texts_);
+    SchemaModel::detail::releaseFieldTexts(texts());
+}
+
+const FieldTexts *SQLField::texts() const
+{
+    return reinterpret_cast<const FieldTexts *>(textsAndFlags_ & ~flags);
 }
 
 void *SQLField::operator new(std::size_t size)
@@ -55,22 +64,25 @@ SQLField::Rare &SQLField::rare()
 
 void SQLField::setTexts(std::string_view type, std::optional<std::string_view> defaultValue)
 {
-    const FieldTexts *previous = texts_;
-    texts_ = SchemaModel::detail::acquireFieldTexts(type, defaultValue);
+    const FieldTexts *previous = texts();
+    const FieldTexts *texts = SchemaModel::detail::acquireFieldTexts(type, defaultValue);
+    textsAndFlags_ = reinterpret_cast<std::uintptr_t>(texts) | (textsAndFlags_ & flags);
     SchemaModel::detail::releaseFieldTexts(previous);
 }
 
 const std::string &SQLField::getType() const
 {
     static const std::string none;
-    return texts_ != nullptr ? texts_->type : none;
+    const FieldTexts *shared = texts();
+    return shared != nullptr ? shared->type : none;
 }
 
 void SQLField::setType(std::string_view type)
 {
     std::optional<std::string_view> defaultValue;
-    if (texts_ != nullptr && texts_->defaultValue)
-        defaultValue = *texts_->defaultValue;
+    const FieldTexts *shared = texts();
+    if (shared != nullptr && shared->defaultValue)
+        defaultValue = *shared->defaultValue;
     setTexts(type, defaultValue);
 }
 
@@ -82,7 +94,8 @@ void SQLField::setDefaultValueFromParsedString(std::string_view value)
 const std::optional<std::string> &SQLField::getDefaultValue() const
 {
     static const std::optional<std::string> none;
-    return texts_ != nullptr ? texts_->defaultValue : none;
+    const FieldTexts *shared = texts();
+    return shared != nullptr ? shared->defaultValue : none;
 }
 
 SQLConstraint *SQLField::addCheckConstraint(std::unique_ptr<SQLConstraint> constraint)
@@ -122,6 +135,28 @@ void SQLField::setReferenceId(std::string_view referenceId)
 {
     if (SQLFieldReference *reference = getReferences())
         reference->referenceId = SchemaModel::detail::trimmedOrNone(referenceId);
+}
+
+void SQLField::setSourceCardinality(SQLCardinality cardinality)
+{
+    if (rare_ || cardinality != SQLCardinality::Unspecified)
+        rare().sourceCardinality = cardinality;
+}
+
+void SQLField::setTargetCardinality(SQLCardinality cardinality)
+{
+    if (rare_ || cardinality != SQLCardinality::Unspecified)
+        rare().targetCardinality = cardinality;
+}
+
+SQLCardinality SQLField::getSourceCardinality() const
+{
+    return rare_ ? rare_->sourceCardinality : SQLCardinality::Unspecified;
+}
+
+SQLCardinality SQLField::getTargetCardinality() const
+{
+    return rare_ ? rare_->targetCardinality : SQLCardinality::Unspecified;
 }
 
 void SQLField::setDefaultCardinalityForImport()

@@ -55,12 +55,12 @@ public:
     const std::string &getType() const;
     void setType(std::string_view type);
 
-    void setNotNull(bool notNull) { notNull_ = notNull; }
-    bool isNotNull() const { return notNull_; }
-    void setAutoIncrement(bool autoIncrement) { autoIncrement_ = autoIncrement; }
-    bool isAutoIncrement() const { return autoIncrement_; }
-    void setPrimaryKey(bool primaryKey) { primaryKey_ = primaryKey; }
-    bool isPrimaryKey() const { return primaryKey_; }
+    void setNotNull(bool notNull) { setFlag(notNullFlag, notNull); }
+    bool isNotNull() const { return (textsAndFlags_ & notNullFlag) != 0; }
+    void setAutoIncrement(bool autoIncrement) { setFlag(autoIncrementFlag, autoIncrement); }
+    bool isAutoIncrement() const { return (textsAndFlags_ & autoIncrementFlag) != 0; }
+    void setPrimaryKey(bool primaryKey) { setFlag(primaryKeyFlag, primaryKey); }
+    bool isPrimaryKey() const { return (textsAndFlags_ & primaryKeyFlag) != 0; }
 
     /// Default value text, stored exactly as given.
     void setDefaultValueFromParsedString(std::string_view value);
@@ -80,16 +80,10 @@ public:
     SQLFieldReference *getReferences();
 
     void setDefaultCardinalityForImport();
-    void setSourceCardinality(SQLCardinality cardinality)
-    {
-        sourceCardinality_ = static_cast<std::uint8_t>(cardinality);
-    }
-    void setTargetCardinality(SQLCardinality cardinality)
-    {
-        targetCardinality_ = static_cast<std::uint8_t>(cardinality);
-    }
-    SQLCardinality getSourceCardinality() const { return static_cast<SQLCardinality>(sourceCardinality_); }
-    SQLCardinality getTargetCardinality() const { return static_cast<SQLCardinality>(targetCardinality_); }
+    void setSourceCardinality(SQLCardinality cardinality);
+    void setTargetCardinality(SQLCardinality cardinality);
+    SQLCardinality getSourceCardinality() const;
+    SQLCardinality getTargetCardinality() const;
 
     // Act on the reference; without one the setters do nothing and the
     // getters report 0 / false.
@@ -105,17 +99,21 @@ public:
 private:
     // A schema has hundreds of thousands of columns, so a column keeps what
     // most columns have in a few words: its type and default are a pair
-    // shared with the columns that have the same pair, and CHECK constraints
-    // and a reference, which few columns have, live in an object of their own.
+    // shared with the columns that have the same pair, its three flags ride
+    // in the low bits of that pair's (8-byte aligned) address, and CHECK
+    // constraints, a reference and the cardinalities that come with one,
+    // which few columns have, live in an object of their own.
     struct Rare;
     Rare &rare();
     void setTexts(std::string_view type, std::optional<std::string_view> defaultValue);
+    const SchemaModel::detail::FieldTexts *texts() const;
+    void setFlag(std::uintptr_t flag, bool on) { textsAndFlags_ = on ? textsAndFlags_ | flag : textsAndFlags_ & ~flag; }
 
-    const SchemaModel::detail::FieldTexts *texts_ = nullptr;  // none: no type, no default
+    static constexpr std::uintptr_t notNullFlag = 1;
+    static constexpr std::uintptr_t autoIncrementFlag = 2;
+    static constexpr std::uintptr_t primaryKeyFlag = 4;
+    static constexpr std::uintptr_t flags = notNullFlag | autoIncrementFlag | primaryKeyFlag;
+
+    std::uintptr_t textsAndFlags_ = 0;  // the shared texts' address (none: no type, no default) | flags
     std::unique_ptr<Rare> rare_;
-    bool notNull_ = false;
-    bool autoIncrement_ = false;
-    bool primaryKey_ = false;
-    std::uint8_t sourceCardinality_ = static_cast<std::uint8_t>(SQLCardinality::Unspecified);
-    std::uint8_t targetCardinality_ = static_cast<std::uint8_t>(SQLCardinality::Unspecified);
 };

@@ -77,7 +77,40 @@ TEST(FieldTextsTest, ChecksAndAReferenceShareTheColumnsRareObject)
     field->setReferences("u", std::nullopt);
     EXPECT_EQ(field->checkConstraints().size(), 1u);
     EXPECT_EQ(field->getReferences()->table, "u");
-    EXPECT_LE(sizeof(SQLField), 88u);
+    EXPECT_LE(sizeof(SQLField), 80u);
+}
+
+// A column's flags live beside its shared texts: setting either leaves the
+// other as it was, and cardinalities need no reference.
+TEST(FieldTextsTest, FlagsTextsAndCardinalitiesAreIndependent)
+{
+    auto field = SQLField::fieldWithName("a", "int", "0");
+    field->setNotNull(true);
+    field->setPrimaryKey(true);
+    field->setType("bigint");
+    field->setDefaultValueFromParsedString("1");
+    EXPECT_TRUE(field->isNotNull());
+    EXPECT_FALSE(field->isAutoIncrement());
+    EXPECT_TRUE(field->isPrimaryKey());
+    EXPECT_EQ(field->getType(), "bigint");
+    EXPECT_EQ(field->getDefaultValue(), std::optional<std::string>("1"));
+    field->setAutoIncrement(true);
+    field->setNotNull(false);
+    EXPECT_FALSE(field->isNotNull());
+    EXPECT_TRUE(field->isAutoIncrement());
+    EXPECT_TRUE(field->isPrimaryKey());
+    EXPECT_EQ(field->getType(), "bigint");
+
+    auto plain = SQLField::fieldWithName("b", "");
+    plain->setNotNull(true);
+    EXPECT_EQ(plain->getType(), "");
+    EXPECT_TRUE(plain->isNotNull());
+    EXPECT_EQ(plain->getSourceCardinality(), SQLCardinality::Unspecified);
+    plain->setTargetCardinality(SQLCardinality::OneOrMore);
+    EXPECT_EQ(plain->getSourceCardinality(), SQLCardinality::Unspecified);
+    EXPECT_EQ(plain->getTargetCardinality(), SQLCardinality::OneOrMore);
+    EXPECT_EQ(plain->getReferences(), nullptr);
+    EXPECT_TRUE(plain->isNotNull());
 }
 
 // Freeing pairs moves others back along their probe runs: every pair left
