@@ -863,17 +863,30 @@ pANTLR3_COMMON_TOKEN ScriptLines::newAheadToken(pANTLR3_TOKEN_FACTORY factory)
 {
     // A hidden token is made in the place of the next one.
     ScriptLines *lines = static_cast<AheadFactory *>(factory)->lines;
-    if (lines->aheadNext_ == nullptr) {
-        if (!lines->aheadFree_.empty()) {
-            lines->aheadNext_ = lines->aheadFree_.back();
-            lines->aheadFree_.pop_back();
-        } else {
-            lines->aheadTokens_.emplace_back();
-            lines->aheadNext_ = &lines->aheadTokens_.back();
-            initialiseFactoryToken(lines->factory_, lines->aheadNext_);
-        }
+    if (lines->aheadTail_ - lines->aheadHead_ == lines->aheadRing_.size()) {
+        lines->growAheadRing();
     }
-    return lines->aheadNext_;
+    return lines->aheadRing_[lines->aheadTail_ & (lines->aheadRing_.size() - 1)];
+}
+
+// Every place handed out: twice the places, the handed-out ones first in
+// their order, then the free ones, then new tokens.
+void ScriptLines::growAheadRing()
+{
+    const std::size_t size = aheadRing_.size();
+    std::vector<pANTLR3_COMMON_TOKEN> grown;
+    grown.reserve(size == 0 ? 64 : 2 * size);
+    for (std::size_t count = aheadHead_; count != aheadHead_ + size; ++count) {
+        grown.push_back(aheadRing_[count & (size - 1)]);
+    }
+    while (grown.size() < grown.capacity()) {
+        aheadTokens_.emplace_back();
+        initialiseFactoryToken(factory_, &aheadTokens_.back());
+        grown.push_back(&aheadTokens_.back());
+    }
+    aheadTail_ -= aheadHead_;
+    aheadHead_ = 0;
+    aheadRing_ = std::move(grown);
 }
 
 bool ScriptLines::startAhead(pANTLR3_COMMON_TOKEN first, pANTLR3_COMMON_TOKEN *second)
@@ -944,8 +957,7 @@ pANTLR3_COMMON_TOKEN ScriptLines::nextAhead()
         return nullptr;
     }
     aheadLineStart_ = false;
-    aheadHanded_.push_back(token);
-    aheadNext_ = nullptr;
+    ++aheadTail_;  // the token made in the place at the tail is handed out
     if (token->type == OPENPAREN) {
         ++aheadParens_;
     } else if (token->type == CLOSEPAREN) {
@@ -960,12 +972,9 @@ pANTLR3_COMMON_TOKEN ScriptLines::nextAhead()
 
 void ScriptLines::recycleAhead(size_t keepLast)
 {
-    if (aheadHanded_.size() <= keepLast) {
-        return;
+    if (aheadTail_ - aheadHead_ > keepLast) {
+        aheadHead_ = aheadTail_ - keepLast;
     }
-    const auto cut = aheadHanded_.end() - static_cast<std::ptrdiff_t>(keepLast);
-    aheadFree_.insert(aheadFree_.end(), aheadHanded_.begin(), cut);
-    aheadHanded_.erase(aheadHanded_.begin(), cut);
 }
 
 void ScriptLines::endAhead(bool pass, std::vector<pANTLR3_COMMON_TOKEN> &dropped)

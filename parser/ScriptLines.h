@@ -178,11 +178,17 @@ private:
     pANTLR3_TOKEN_SOURCE source_;
     pANTLR3_TOKEN_FACTORY factory_;
     // The statement read ahead: its tokens (in place for good, reused once
-    // recycled), where the reading started and where its ";" starts.
+    // recycled), where the reading started and where its ";" starts. The
+    // tokens are handed out and recycled in order, so their places make a
+    // ring: those handed out since the last recycling are the ring's
+    // aheadHead_ to aheadTail_ (counts that only grow; a place is
+    // aheadRing_[count & (size - 1)]), the rest are free, and the token being
+    // made is made in the place at aheadTail_.
     std::deque<ANTLR3_COMMON_TOKEN> aheadTokens_;
-    std::vector<pANTLR3_COMMON_TOKEN> aheadFree_;    // recycled
-    std::vector<pANTLR3_COMMON_TOKEN> aheadHanded_;  // given out since the last recycling
-    pANTLR3_COMMON_TOKEN aheadNext_ = nullptr;       // the place of the token being made
+    std::vector<pANTLR3_COMMON_TOKEN> aheadRing_;  // a power of two of places, or none
+    std::size_t aheadHead_ = 0;
+    std::size_t aheadTail_ = 0;
+    void growAheadRing();
     AheadFactory aheadFactory_{};
     pANTLR3_TOKEN_FACTORY aheadLexerFactory_ = nullptr;  // the lexer's own, back at endAhead
     InputPlace aheadStart_;

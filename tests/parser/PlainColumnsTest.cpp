@@ -443,3 +443,25 @@ TEST(PlainColumns, WideTablesReadAheadMakeTheGrammarsModel)
     EXPECT_EQ(plainTablesReadAhead(sql), 2u);
     expectSameImport(sql);
 }
+
+// A table read ahead holds the tokens of the entry at hand: an entry of
+// hundreds of tokens, between short ones and in tables one after another,
+// makes the grammar's model all the same.
+TEST(PlainColumns, LongEntriesReadAheadMakeTheGrammarsModel)
+{
+    std::string check = "CHECK (a > 0";
+    std::string longer = "CONSTRAINT c2 CHECK (b <> ''";
+    for (int i = 0; i < 150; ++i) {
+        check += " OR a = " + std::to_string(i);
+        longer += " AND b <> 'v" + std::to_string(i) + "' AND b <> 'w'";
+    }
+    check += ")";
+    longer += ")";
+    std::string sql;
+    for (int table = 0; table < 3; ++table) {
+        sql += "CREATE TABLE t" + std::to_string(table) + " (a int NOT NULL, b varchar(10) DEFAULT 'x', " + check +
+               ", c0 int, c1 int, " + longer + ", d int, " + check + ", e int);\n";
+    }
+    EXPECT_EQ(plainTablesReadAhead(sql), 3U);
+    expectSameImport(sql);
+}
