@@ -8,8 +8,9 @@
 // side in memory for the walks over all of them that come later (reference
 // resolution, output).
 //
-// From a thread's second block on, a block's pages are made in one call
-// when the block is taken, not one fault at a time as they are first used.
+// From a thread's second block on, a block's pages are made a quarter block
+// at a time, in one call each, as slots are cut, not one fault at a time as
+// they are first used.
 // A freed slot is not reused: a block goes back to the system once all its
 // slots are freed and its thread has moved on to another block, so a model
 // that is freed whole returns its memory as with the general allocator.
