@@ -27,7 +27,14 @@ ANTLR3_UCHAR lc_antlr3UCS2LA(pANTLR3_INT_STREAM is, ANTLR3_INT32 la)
     const auto *start = static_cast<const uint16_t *>(input->data);
     const auto *end = start + input->sizeBuf / 2;  // the buffer size is kept in bytes
     const uint16_t *unit = unitAt(input, la - 1);
-    if (unit >= end || unit < start) {
+    while (unit >= end) {
+        if (!kp_moreText(input, reinterpret_cast<const char16_t *>(unit) + 1)) {
+            return ANTLR3_CHARSTREAM_EOF;
+        }
+        start = static_cast<const uint16_t *>(input->data);
+        end = start + input->sizeBuf / 2;
+    }
+    if (unit < start) {
         return ANTLR3_CHARSTREAM_EOF;
     }
     return foldTable.uppercaseCharacter(*unit);
@@ -38,6 +45,9 @@ void kp_utf16Consume(pANTLR3_INT_STREAM is)
     auto input = static_cast<pANTLR3_INPUT_STREAM>(is->super);
     const auto *end = static_cast<const uint16_t *>(input->data) + input->sizeBuf / 2;
     const auto *next = static_cast<const uint16_t *>(input->nextChar);
+    if (next + 1 >= end && kp_moreText(input, reinterpret_cast<const char16_t *>(next) + 2)) {
+        end = static_cast<const uint16_t *>(input->data) + input->sizeBuf / 2;  // a CR's LF may follow
+    }
     if (next >= end) {
         return;
     }
@@ -58,9 +68,14 @@ void kp_moveInputTo(pANTLR3_INPUT_STREAM input, const char16_t *to)
     bool returns = false;
     auto lines = static_cast<ANTLR3_UINT32>(sqlantlr::countLineFeeds(from, to, &returns));
     if (returns) {
-        // A carriage return that no line feed follows ends a line too (to is within the text).
+        // A carriage return that no line feed follows ends a line too (to is
+        // within the text; the unit after it is read when it is there).
+        if (to == kp_readableEnd(input)) {
+            kp_moreText(input, to + 1);
+        }
+        const char16_t *end = kp_readableEnd(input);
         for (const char16_t *p = from; p < to; ++p) {
-            lines += static_cast<ANTLR3_UINT32>(*p == u'\r' && p[1] != u'\n');
+            lines += static_cast<ANTLR3_UINT32>(*p == u'\r' && (p + 1 >= end || p[1] != u'\n'));
         }
     }
     if (lines != 0) {

@@ -8,3 +8,30 @@
 // consuming each unit would (kp_utf16Consume): LF, and a CR no LF follows,
 // end a line.
 void kp_moveInputTo(pANTLR3_INPUT_STREAM input, const char16_t *to);
+
+// A long text is decoded as it is read (the stream's `super` is then its
+// TextFeed): the stream's readable units end where the decoding has got to.
+// A reader that meets that end asks for more before it takes it for the
+// end of the text. kp_moreText decodes on, to at least `wanted` and at
+// least one more piece, and widens the readable units; false when there is
+// no more (the text's end, or the end of the stream's window).
+bool kp_moreText(pANTLR3_INPUT_STREAM input, const char16_t *wanted = nullptr);
+
+// Makes `units` units past the stream's next one readable, where the text
+// has them: a scanner that reads no further never meets the decoded end.
+inline void kp_textAhead(pANTLR3_INPUT_STREAM input, ANTLR3_UINT32 units)
+{
+    if (input->super != nullptr) {
+        const auto *next = static_cast<const char16_t *>(input->nextChar);
+        const auto *end = static_cast<const char16_t *>(input->data) + input->sizeBuf / 2;
+        if (static_cast<ANTLR3_UINT32>(end - next) < units) {
+            kp_moreText(input, next + units);
+        }
+    }
+}
+
+// The end of the stream's readable units.
+inline const char16_t *kp_readableEnd(pANTLR3_INPUT_STREAM input)
+{
+    return static_cast<const char16_t *>(input->data) + input->sizeBuf / 2;
+}

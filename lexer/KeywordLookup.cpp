@@ -2,6 +2,7 @@
 // one pass, and the keyword type of the word. The keywords come from
 // lexer/keywords.txt (generated into KeywordTable.inc); a keyword matches in
 // any case, as the upper-cased look-ahead of the lexer sees it.
+#include "InputMoves.h"
 #include "KpAntlrStringOperations.h"
 #include "RecognizerSupport.h"
 #include "VellumGrammarCLexer.h"
@@ -272,11 +273,24 @@ ANTLR3_UINT32 wordType(pANTLR3_INPUT_STREAM input, const WordScan &scan)
     return types.alone != 0 ? types.alone : static_cast<ANTLR3_UINT32>(STRING);
 }
 
+// The word from the token's start: to the end of the readable text only
+// where the text ends there.
+WordScan scanWordFromStart(pANTLR3_LEXER lexer)
+{
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    for (;;) {
+        const WordScan scan = scanWord(tokenStart(lexer), textEnd(input));
+        if (scan.end < textEnd(input) || !kp_moreText(input, reinterpret_cast<const char16_t *>(scan.end) + 64)) {
+            return scan;
+        }
+    }
+}
+
 } // namespace
 
 void kp_matchNameRest(pANTLR3_LEXER lexer)
 {
-    moveToNameEnd(lexer->input, scanWord(tokenStart(lexer), textEnd(lexer->input)).end);
+    moveToNameEnd(lexer->input, scanWordFromStart(lexer).end);
 }
 
 ANTLR3_UINT32 kp_keywordType(pANTLR3_LEXER lexer)
@@ -289,7 +303,7 @@ ANTLR3_UINT32 kp_keywordType(pANTLR3_LEXER lexer)
 ANTLR3_UINT32 kp_matchWordRest(pANTLR3_LEXER lexer)
 {
     pANTLR3_INPUT_STREAM input = lexer->input;
-    const WordScan scan = scanWord(tokenStart(lexer), textEnd(input));
+    const WordScan scan = scanWordFromStart(lexer);
     moveToNameEnd(input, scan.end);
     return wordType(input, scan);
 }

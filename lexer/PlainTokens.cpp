@@ -284,7 +284,7 @@ bool isNameStart(char16_t folded)
 // passed without tokens, as scanning them into hidden WS and NEWLINE tokens
 // would move the stream, and lineEnded is set when a line ended.
 template <bool PassingBlanks>
-pANTLR3_COMMON_TOKEN scanToken(pANTLR3_LEXER lexer, bool *lineEnded)
+pANTLR3_COMMON_TOKEN scanTokenIn(pANTLR3_LEXER lexer, bool *lineEnded)
 {
     pANTLR3_INPUT_STREAM input = lexer->input;
     pANTLR3_RECOGNIZER_SHARED_STATE state = lexer->rec->state;
@@ -380,6 +380,46 @@ pANTLR3_COMMON_TOKEN scanToken(pANTLR3_LEXER lexer, bool *lineEnded)
             return emitToken(lexer, INT, ANTLR3_TOKEN_DEFAULT_CHANNEL);
         }
         return nullptr;
+    }
+}
+
+// Units past a token that its scan may read: the unit that ends a word, a
+// CR's LF, an operator's second and third.
+constexpr ANTLR3_UINT32 readPastToken = 8;
+// Units made readable ahead of each token of a text decoded as it is read:
+// nearly every token is shorter.
+constexpr ANTLR3_UINT32 tokenAhead = 4096;
+
+// A token of a text decoded as it is read is scanned again, with more of
+// the text, when its scan came near the decoded end: the end of what is
+// readable must not cut a token that the text goes on with. (A token made
+// by the first scan is left unused.)
+template <bool PassingBlanks>
+pANTLR3_COMMON_TOKEN scanToken(pANTLR3_LEXER lexer, bool *lineEnded)
+{
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    if (input->super == nullptr) {
+        return scanTokenIn<PassingBlanks>(lexer, lineEnded);
+    }
+    kp_textAhead(input, tokenAhead);
+    pANTLR3_RECOGNIZER_SHARED_STATE state = lexer->rec->state;
+    for (;;) {
+        const StreamPlace place = placeOf(input, state);
+        const bool ended = lineEnded != nullptr && *lineEnded;
+        pANTLR3_COMMON_TOKEN token = scanTokenIn<PassingBlanks>(lexer, lineEnded);
+        const auto *next = static_cast<const char16_t *>(input->nextChar);
+        const char16_t *end = kp_readableEnd(input);
+        if (next + readPastToken < end) {
+            return token;
+        }
+        const auto *from = static_cast<const char16_t *>(place.nextChar);
+        if (!kp_moreText(input, end + (end - from))) {
+            return token;
+        }
+        restorePlace(input, state, place);
+        if (lineEnded != nullptr) {
+            *lineEnded = ended;
+        }
     }
 }
 

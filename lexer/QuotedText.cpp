@@ -154,10 +154,11 @@ bool staysOnItsLine(const char16_t *body, const char16_t *close, const char16_t 
 namespace {
 
 size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote, const QuoteSets *sets,
-                        QuoteScanCache *cache, bool lineBound)
+                        QuoteScanCache *cache, bool lineBound, bool &cut)
 {
     if (lineBound) {
         const char16_t *p = sets->rest.findIn(body, end);
+        cut = p >= end;
         return p < end && *p == quote ? static_cast<size_t>(p + 1 - body) : 0;
     }
     // The plain reading, and whether its body holds a backslash or a line
@@ -175,6 +176,7 @@ size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quot
     if (plain == nullptr || special) {
         escaped = closingEscapedQuote(body, end, *sets);
     }
+    cut = plain == nullptr || escaped == nullptr;
     const char16_t *chosen = escaped;
     if (escaped != plain) {
         if (escaped == nullptr || (!staysOnItsLine(body, escaped, end, true, cache) && staysOnItsLine(body, plain, end, false, cache))) {
@@ -187,13 +189,15 @@ size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quot
 } // namespace
 
 size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote, QuoteScanCache *cache,
-                        bool lineBound)
+                        bool lineBound, bool *cut)
 {
+    bool ignored = false;
+    bool &met = cut != nullptr ? *cut : ignored;
     if (const QuoteSets *sets = standardSets(quote)) {
-        return quotedBodyLength(body, end, quote, sets, cache, lineBound);
+        return quotedBodyLength(body, end, quote, sets, cache, lineBound, met);
     }
     const QuoteSets own(quote);
-    return quotedBodyLength(body, end, quote, &own, cache, lineBound);
+    return quotedBodyLength(body, end, quote, &own, cache, lineBound, met);
 }
 
 bool isRemarkLine(const char16_t *begin, const char16_t *at, QuoteScanCache *cache)
@@ -341,7 +345,7 @@ const char16_t *DollarTagIndex::next(std::u16string_view tag, const char16_t *fr
     }
 }
 
-size_t dollarQuotedLength(const char16_t *p, const char16_t *end, DollarTagIndex *index)
+size_t dollarQuotedLength(const char16_t *p, const char16_t *end, DollarTagIndex *index, bool *cut)
 {
     if (p >= end || *p != u'$') {
         return 0;
@@ -358,6 +362,9 @@ size_t dollarQuotedLength(const char16_t *p, const char16_t *end, DollarTagIndex
         const std::u16string_view rest(q + 1, static_cast<size_t>(end - q - 1));
         const size_t at = rest.find(tag);
         close = at == std::u16string_view::npos ? nullptr : q + 1 + at;
+    }
+    if (cut != nullptr) {
+        *cut = close == nullptr;
     }
     return close == nullptr ? 0 : static_cast<size_t>(close - p) + tag.size();
 }
@@ -379,7 +386,7 @@ size_t bracketedNameLength(const char16_t *p, const char16_t *end)
     return 0;
 }
 
-bool delimiterAt(DelimiterTrack &track, const char16_t *begin, const char16_t *p, const char16_t *end)
+void advanceDelimiterTrack(DelimiterTrack &track, const char16_t *begin, const char16_t *p, const char16_t *end)
 {
     const char16_t *q = track.scannedTo;
     if (q == nullptr || q < begin || q > p) {
@@ -388,12 +395,19 @@ bool delimiterAt(DelimiterTrack &track, const char16_t *begin, const char16_t *p
     }
     bool lineStart = q == begin || isLineEnd(q[-1]);
     const std::u16string_view word = u"DELIMITER";
-    for (; q < p; ++q) {
-        if (isLineEnd(*q)) {
+    while (q < p) {
+        if (!lineStart) {
+            // On to the next line: only a line's first word can be DELIMITER.
+            q = lineEndUnits.findIn(q, p);
+            if (q >= p) {
+                break;
+            }
+            ++q;
             lineStart = true;
             continue;
         }
-        if (!lineStart || *q == u' ' || *q == u'\t') {
+        if (isLineEnd(*q) || *q == u' ' || *q == u'\t') {
+            ++q;
             continue;
         }
         lineStart = false;
@@ -403,6 +417,7 @@ bool delimiterAt(DelimiterTrack &track, const char16_t *begin, const char16_t *p
             ++r;
             ++matched;
         }
+        ++q;
         if (matched < word.size() || r >= end || (*r != u' ' && *r != u'\t')) {
             continue;
         }
@@ -419,6 +434,11 @@ bool delimiterAt(DelimiterTrack &track, const char16_t *begin, const char16_t *p
         }
     }
     track.scannedTo = p;
+}
+
+bool delimiterAt(DelimiterTrack &track, const char16_t *begin, const char16_t *p, const char16_t *end)
+{
+    advanceDelimiterTrack(track, begin, p, end);
     const std::u16string &d = track.delimiter;
     return !d.empty() && static_cast<size_t>(end - p) >= d.size() && std::u16string_view(p, d.size()) == d;
 }
@@ -443,7 +463,14 @@ void kp_noteDollarQuote(pANTLR3_LEXER lexer)
     if (sqlantlr::delimiterAt(session->delimiterTrack, data, sign, end)) {
         return;
     }
-    const size_t length = sqlantlr::dollarQuotedLength(sign, end, &session->dollarTags);
+    size_t length = 0;
+    for (bool cut = false;; cut = false) {
+        length = sqlantlr::dollarQuotedLength(sign, end, &session->dollarTags, &cut);
+        if (!cut || !kp_moreText(input, end + (end - sign))) {
+            break;
+        }
+        end = kp_readableEnd(input);
+    }
     if (length != 0) {
         session->dollarQuoteBegin = sign;
         session->dollarQuoteEnd = sign + length;
@@ -473,7 +500,14 @@ void kp_matchQuotedBody(pANTLR3_LEXER lexer, ANTLR3_UCHAR quote)
     }
     sqlantlr::QuoteScanCache *cache = session != nullptr ? &session->quoteScans : nullptr;
     const bool lineBound = sqlantlr::isRemarkLine(data, body - 1, cache);
-    const size_t length = sqlantlr::quotedBodyLength(body, end, static_cast<char16_t>(quote), cache, lineBound);
+    size_t length = 0;
+    for (bool cut = false;; cut = false) {
+        length = sqlantlr::quotedBodyLength(body, end, static_cast<char16_t>(quote), cache, lineBound, &cut);
+        if (!cut || !kp_moreText(input, end + (end - body))) {
+            break;
+        }
+        end = kp_readableEnd(input);
+    }
     if (length == 0) {
         lexer->rec->state->user1++;
         return;

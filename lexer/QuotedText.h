@@ -39,8 +39,10 @@ struct QuoteScanCache {
 // is never closed either way. body points just after the opening quote. In a
 // line that only runs to its end (see isRemarkLine) the piece closes on its
 // line or not at all, and a backslash escapes nothing.
+// With `cut`, sets it when a reading met `end` before its closing quote:
+// more text after `end` could change the answer.
 size_t quotedBodyLength(const char16_t *body, const char16_t *end, char16_t quote, QuoteScanCache *cache = nullptr,
-                        bool lineBound = false);
+                        bool lineBound = false, bool *cut = nullptr);
 
 // True when the line holding at starts with a SQL*Plus REM[ARK] or PRO[MPT]
 // command: free text up to the line end, where an apostrophe (REM don't) opens
@@ -86,7 +88,10 @@ private:
 // optional name between (letters and '_', then digits too) and the same tag
 // closes the string further on. With an index, the closing tag is looked up
 // there instead of searched for.
-size_t dollarQuotedLength(const char16_t *p, const char16_t *end, DollarTagIndex *index = nullptr);
+// With `cut`, sets it when p opens a tag whose close is not found before
+// `end`.
+size_t dollarQuotedLength(const char16_t *p, const char16_t *end, DollarTagIndex *index = nullptr,
+                          bool *cut = nullptr);
 
 // Units of the bracketed name [..] at p, or 0 when the bracket opens none: it
 // stays on its line, is not empty and does not start with a digit or a quote.
@@ -104,5 +109,8 @@ struct DelimiterTrack {
 // (from begin when the scan has not started in this text or p lies before its
 // stop) and says whether the active terminator stands at p.
 bool delimiterAt(DelimiterTrack &track, const char16_t *begin, const char16_t *p, const char16_t *end);
+// Follows the DELIMITER lines up to p without a question: before the text
+// behind p is given back, so that no later question reads it.
+void advanceDelimiterTrack(DelimiterTrack &track, const char16_t *begin, const char16_t *p, const char16_t *end);
 
 } // namespace sqlantlr

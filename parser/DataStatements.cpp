@@ -138,8 +138,11 @@ bool spansRemarkLine(const char16_t *begin, const char16_t *from, const char16_t
 } // namespace
 
 const char16_t *dataStatementEnd(const char16_t *begin, const char16_t *from, const char16_t *end,
-                                 DataStatementCut cut, QuoteScanCache *cache)
+                                 DataStatementCut cut, QuoteScanCache *cache, bool *metEnd)
 {
+    bool ignored = false;
+    bool &met = metEnd != nullptr ? *metEnd : ignored;
+    met = false;
     bool lineStart = false;  // a line end since the last significant token
     int parens = 0;
     std::string word;
@@ -164,6 +167,7 @@ const char16_t *dataStatementEnd(const char16_t *begin, const char16_t *from, co
                 }
                 p = afterBlockComment(p, end);
                 if (p == nullptr) {
+                    met = true;
                     return nullptr;
                 }
                 continue;
@@ -175,6 +179,7 @@ const char16_t *dataStatementEnd(const char16_t *begin, const char16_t *from, co
             if (unitClass == UnitClass::Hash || (p + 1 < end && p[1] == c)) {
                 p = afterLineComment(p, end);
                 if (p == nullptr) {
+                    met = true;
                     return nullptr;
                 }
                 lineStart = true;
@@ -189,10 +194,11 @@ const char16_t *dataStatementEnd(const char16_t *begin, const char16_t *from, co
         lineStart = false;
         switch (unitClass) {
         case UnitClass::Quote: {
-            const size_t length = quotedBodyLength(p + 1, end, c, cache);
+            const size_t length = quotedBodyLength(p + 1, end, c, cache, false, &met);
             if (length == 0) {
                 return nullptr;  // a QUOTE token of its own
             }
+            met = false;
             p += 1 + length;
             if (p < end && (*p == u'Q' || *p == u'q')) {
                 // The lexer takes a Q right after a quoted piece for the start
@@ -276,6 +282,7 @@ const char16_t *dataStatementEnd(const char16_t *begin, const char16_t *from, co
             return nullptr;  // no token rule, or one whose tokens are not followed here
         }
     }
+    met = true;
     return nullptr;  // no ";" before the end of input
 }
 

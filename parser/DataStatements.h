@@ -31,7 +31,9 @@ enum class DataStatementCut { AtStatementWords, Never };
 // The position of the ";" that ends the statement whose first two words end
 // just before from (the line has not ended since the first), or nullptr when
 // the statement cannot be skipped that way. begin is the start of the script.
+// With `metEnd`, sets it when the answer came from meeting `end` (more text
+// after it could change it); `end` must follow a line end or end the text.
 const char16_t *dataStatementEnd(const char16_t *begin, const char16_t *from, const char16_t *end,
-                                 DataStatementCut cut, QuoteScanCache *cache);
+                                 DataStatementCut cut, QuoteScanCache *cache, bool *metEnd = nullptr);
 
 } // namespace sqlantlr

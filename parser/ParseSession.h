@@ -39,8 +39,8 @@ struct ParseSession {
     RecognizerPipeline *pipeline = nullptr;
     // The parser's token stream, when it reads tokens lazily.
     TokenWindow *tokenWindow = nullptr;
-    // The file mapping the text is read from, when the parse reads a file in
-    // place: the pages of finished statements are released from memory.
+    // The text of a file or long string, when the parse reads it in place:
+    // the pages of finished statements are given back.
     ScriptFileText *mappedText = nullptr;
     // Parses drop blank tokens; token listings keep every token.
     bool dropBlanks = false;

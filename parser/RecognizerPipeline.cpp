@@ -5,6 +5,8 @@
 #include "PlainTokens.h"
 #include "RecognizerSupport.h"
 #include "RuntimeShortcuts.h"
+#include "QuotedText.h"
+#include "InputMoves.h"
 #include "ScriptFileText.h"
 #include "TokenWindow.h"
 #include "VellumGrammarCLexer.h"
@@ -391,6 +393,17 @@ bool RecognizerPipeline::openTokens(std::u16string_view text, KpError *error)
     if (windowed_) {
         input->sizeBuf = static_cast<ANTLR3_UINT32>(windowUnits_ * sizeof(char16_t));
     }
+    // A text decoded as it is read: the stream reads what is decoded, and
+    // its readers ask for more through the feed.
+    ScriptFileText *mapped = session_.mappedText;
+    if (mapped != nullptr && !mapped->complete() && input->data == text.data() &&
+        mapped->units().data() == text.data()) {
+        feed_.text = mapped;
+        feed_.windowUnits = windowUnits_;
+        input->super = &feed_;
+        const auto decoded = static_cast<std::size_t>(mapped->decodeTo(text.data() + 1) - text.data());
+        input->sizeBuf = static_cast<ANTLR3_UINT32>(std::min(decoded, windowUnits_) * sizeof(char16_t));
+    }
     lexer_ = driver_.lexerForInputStream(input_);
     if (lexer_ == nullptr) {
         KpError::handleErrorWithLocalizedString("Failed to create the lexer (malloc failure)", KpErrorLexer, error);
@@ -499,7 +512,7 @@ void RecognizerPipeline::streamTokens(const std::function<void(const SQLToken &)
         describeToken(token, index++, info);
         each(info);
         if (session_.mappedText != nullptr && index % TokenRing::size == 0) {
-            session_.mappedText->releaseBefore(static_cast<const char16_t *>(asInput(input_)->nextChar));
+            releaseTextBefore(static_cast<const char16_t *>(asInput(input_)->nextChar));
         }
         // No token before the next one is read again.
         if (windowed_) {
@@ -614,23 +627,54 @@ void RecognizerPipeline::releaseFinishedStatements()
     session_.nameLists.clear();
     session_.plainColumnReadings.clear();
     session_.plainProbe.name = nullptr;
-    if (session_.mappedText != nullptr) {
-        session_.mappedText->releaseBefore(static_cast<const char16_t *>(asInput(input_)->nextChar));
-    }
-    if (windowed_) {
+    if (session_.mappedText != nullptr || windowed_) {
         // The statements to come are read from the next token on; the last
         // one consumed may still be asked for its text.
         pANTLR3_TOKEN_STREAM stream = asParser(parser_)->pParser->tstream;
         const void *from = asInput(input_)->nextChar;
         for (const ANTLR3_INT32 k : {-1, 1}) {
             pANTLR3_COMMON_TOKEN token = stream->_LT(stream, k);
+            // (A token made up by the recovery may point anywhere.)
             if (token != nullptr && token->type != ANTLR3_TOKEN_EOF &&
-                reinterpret_cast<const void *>(token->start) < from) {
+                reinterpret_cast<const void *>(token->start) < from &&
+                reinterpret_cast<const void *>(token->start) >= asInput(input_)->data &&
+                token->start % alignof(char16_t) == 0) {
                 from = reinterpret_cast<const void *>(token->start);
             }
         }
-        moveTextWindow(from);
+        if (session_.mappedText != nullptr) {
+            releaseTextBefore(static_cast<const char16_t *>(from));
+        }
+        if (windowed_) {
+            moveTextWindow(from);
+        }
     }
+}
+
+// The text before the line of `from` is given back: the line decisions read
+// back to their line's start, and the DELIMITER lines before it are followed
+// first, as the lexer would follow them at its next '$'.
+void RecognizerPipeline::releaseTextBefore(const char16_t *from)
+{
+    ScriptFileText *text = session_.mappedText;
+    const char16_t *kept = text->keptFrom();
+    // A token made up by the recovery may point anywhere.
+    if (text->inMemory() || from <= kept || from > text->decodedEnd()) {
+        return;
+    }
+    const char16_t *at = from;
+    while (at > kept && at[-1] != u'\n' && at[-1] != u'\r') {
+        --at;
+    }
+    if (at <= kept) {
+        return;
+    }
+    pANTLR3_INPUT_STREAM input = asInput(input_);
+    const auto *data = static_cast<const char16_t *>(input->data);
+    if (at > data) {
+        advanceDelimiterTrack(session_.delimiterTrack, data, at, kp_readableEnd(input));
+    }
+    text->releaseBefore(at);
 }
 
 void RecognizerPipeline::moveTextWindow(const void *from)
@@ -638,7 +682,9 @@ void RecognizerPipeline::moveTextWindow(const void *from)
     pANTLR3_INPUT_STREAM input = asInput(input_);
     const auto *data = static_cast<const char16_t *>(input->data);
     const auto *at = static_cast<const char16_t *>(from);
-    const char16_t *const textEnd = text_.data() + text_.size();
+    // Of a text decoded as it is read, what is decoded so far.
+    const char16_t *const textEnd =
+        input->super != nullptr ? feed_.text->decodedEnd() : text_.data() + text_.size();
     const std::size_t window = windowUnits_;
     if (at < data || at > textEnd || static_cast<std::size_t>(at - data) < window / 2) {
         return;

@@ -6,6 +6,8 @@
 // the build checks for.
 #pragma once
 
+#include "ScriptFileText.h"
+
 #include "ParseSession.h"
 
 #include <SQLAntlrParser/KpError.h>
@@ -122,6 +124,7 @@ public:
 private:
     // Moves the window to the line of `from` once `from` is past half of it.
     void moveTextWindow(const void *from);
+    void releaseTextBefore(const char16_t *from);
 
     SQLParserC &driver_;
     ParseSession session_;
@@ -130,6 +133,7 @@ private:
     std::u16string_view text_;  // all of it, whatever the window shows
     bool windowed_ = false;     // read through a window that moves on
     std::size_t windowUnits_ = 0;
+    TextFeed feed_;             // the stream's `super` for a text decoded as it is read
     SQLInputStream *input_ = nullptr;
     SQLLexer *lexer_ = nullptr;
     SQLTokenStream *tokens_ = nullptr;

@@ -70,9 +70,9 @@ std::unique_ptr<SQLContainer> SQLParserC::parseString(const char *sql, KpError *
 
 std::unique_ptr<SQLContainer> SQLParserC::parseString(std::string_view sql, KpError *error)
 {
-    // A long script is decoded into a mapped temporary file, as a long
-    // script file is, so that the parse does not hold its UTF-16 text as
-    // well as the caller's UTF-8 whole in memory.
+    // A long script is decoded as the parse reads it, as a long script file
+    // is, so that the parse does not hold its UTF-16 text as well as the
+    // caller's UTF-8 whole in memory.
     if (sql.size() >= sqlantlr::ScriptFileText::heldInMemoryBelow()) {
         if (std::unique_ptr<sqlantlr::ScriptFileText> text = sqlantlr::ScriptFileText::fromUtf8(sql)) {
             return parseUnits(text->units(), text.get(), error);

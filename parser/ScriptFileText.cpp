@@ -2,11 +2,13 @@
 
 #include "TextEncoding.h"
 
+#include "InputMoves.h"
+
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -22,18 +24,28 @@ namespace sqlantlr {
 
 namespace {
 
-// A string is decoded in pieces of this much; a file is read in blocks of
-// readBytes into one buffer that every read reuses, so that reading touches
-// few fresh pages.
+// A short string is decoded in pieces of this much; a file is read in
+// blocks of readBytes into one buffer that every read reuses, so that
+// reading touches few fresh pages. A long text is decoded in pieces of
+// pieceBytes as the parse reads it.
 constexpr std::size_t blockBytes = 1U << 20U;
 constexpr std::size_t readBytes = 256U << 10U;
-// Dropping pages costs a system call and the faults of any page read again:
-// it is done once this much has been passed.
-constexpr std::size_t releaseStep = 8U << 20U;
+constexpr std::size_t defaultPieceBytes = 256U << 10U;
+// Giving pages back costs a system call and fresh pages later: it is done
+// once this much has been passed.
+constexpr std::size_t defaultReleaseBytes = 8U << 20U;
+
+std::atomic<std::size_t> heldBelow{ScriptFileText::defaultHeldInMemoryBelow};
+std::atomic<std::size_t> pieceSize{defaultPieceBytes};
+std::atomic<std::size_t> releaseSize{defaultReleaseBytes};
 
 // A file descriptor closed on every path.
 struct Descriptor {
     int fd = -1;
+    Descriptor() = default;
+    explicit Descriptor(int open) : fd(open) {}
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
     ~Descriptor()
     {
         if (fd >= 0) {
@@ -49,7 +61,9 @@ struct Descriptor {
 // fills what is looked at.
 class Pieces {
 public:
-    explicit Pieces(int fd) : fd_(fd) {}
+    // With `lines`, a piece ends just after a line feed instead (or at the
+    // end of the file).
+    Pieces(int fd, std::size_t readSize, bool lines = false) : fd_(fd), readSize_(readSize), lines_(lines) {}
 
     // The next piece, valid until the next call; false at the end of the
     // file or on a read error.
@@ -61,8 +75,8 @@ public:
             taken_ = 0;
         }
         for (;;) {
-            reserve(have_ + readBytes);
-            const ssize_t got = ::read(fd_, buffer_.get() + have_, readBytes);
+            reserve(have_ + readSize_);
+            const ssize_t got = ::read(fd_, buffer_.get() + have_, readSize_);
             if (got < 0) {
                 failed_ = true;
                 return false;
@@ -72,12 +86,15 @@ public:
                 taken_ = have_;
                 return have_ != 0;
             }
+            // What was left of the last read has no place to cut: only the
+            // bytes just read are looked at.
+            const std::size_t fresh = have_;
             have_ += static_cast<std::size_t>(got);
             std::size_t cut = have_;
-            while (cut > 0 && static_cast<unsigned char>(buffer_[cut - 1]) >= 0x80) {
+            while (cut > fresh && (lines_ ? buffer_[cut - 1] != '\n' : static_cast<unsigned char>(buffer_[cut - 1]) >= 0x80)) {
                 --cut;
             }
-            if (cut > 0) {
+            if (cut > fresh) {
                 piece = std::string_view(buffer_.get(), cut);
                 taken_ = cut;
                 return true;
@@ -109,6 +126,8 @@ private:
     }
 
     int fd_;
+    std::size_t readSize_;
+    bool lines_;
     std::unique_ptr<char[]> buffer_;
     std::size_t capacity_ = 0;
     std::size_t have_ = 0;   // bytes read and not yet handed out
@@ -116,7 +135,79 @@ private:
     bool failed_ = false;
 };
 
-std::atomic<std::size_t> heldBelow{ScriptFileText::defaultHeldInMemoryBelow};
+// A string's pieces of about `size` bytes, each ending just after an ASCII
+// byte (with `lines`, a line feed), as a file's do.
+class StringPieces {
+public:
+    StringPieces(std::string_view text, std::size_t size, bool lines = false) : rest_(text), size_(size), lines_(lines) {}
+    bool next(std::string_view &piece)
+    {
+        if (rest_.empty()) {
+            return false;
+        }
+        std::size_t cut = std::min(rest_.size(), size_);
+        while (cut < rest_.size() && (lines_ ? rest_[cut - 1] != '\n' : static_cast<unsigned char>(rest_[cut - 1]) >= 0x80)) {
+            ++cut;
+        }
+        piece = rest_.substr(0, cut);
+        rest_.remove_prefix(cut);
+        return true;
+    }
+
+private:
+    std::string_view rest_;
+    std::size_t size_;
+    bool lines_;
+};
+
+// The units well-formed UTF-8 decodes to, NULs left out (as the parse
+// reads them): one per character, two for one past the BMP.
+std::size_t utf8Units(std::string_view bytes)
+{
+    std::size_t units = 0;
+    for (const char byte : bytes) {
+        const auto b = static_cast<unsigned char>(byte);
+        units += static_cast<std::size_t>((b & 0xC0U) != 0x80U && b != 0) + static_cast<std::size_t>(b >= 0xF0U);
+    }
+    return units;
+}
+
+bool startsWithByteOrderMark(std::string_view bytes) { return bytes.substr(0, 3) == "\xEF\xBB\xBF"; }
+
+} // namespace
+
+// The pieces of a text decoded as it is read. Each ends just after a line
+// feed (or at the end of the text), so the decoded text always ends with a
+// whole line: a reader that looks no further than the end of its line, and
+// a CR LF pair, are never cut by the decoded end.
+class ScriptFileText::Source {
+public:
+    virtual ~Source() = default;
+    // The next piece, valid until the next call; false at the end.
+    virtual bool next(std::string_view &piece) = 0;
+    bool macRoman = false;  // else UTF-8
+};
+
+namespace {
+
+class FileSource final : public ScriptFileText::Source {
+public:
+    FileSource(int fd, std::size_t readSize) : file_(fd), pieces_(fd, readSize, true) {}
+    bool next(std::string_view &piece) override { return pieces_.next(piece); }
+
+private:
+    Descriptor file_;
+    Pieces pieces_;
+};
+
+class StringSource final : public ScriptFileText::Source {
+public:
+    StringSource(std::string_view text, std::size_t size) : pieces_(text, size, true) {}
+    bool next(std::string_view &piece) override { return pieces_.next(piece); }
+
+private:
+    StringPieces pieces_;
+};
 
 } // namespace
 
@@ -130,123 +221,43 @@ void ScriptFileText::setHeldInMemoryBelow(std::size_t bytes)
     heldBelow.store(bytes, std::memory_order_relaxed);
 }
 
-std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path, std::size_t heldInMemoryBelow)
+void ScriptFileText::setPieceBytes(std::size_t bytes)
 {
-    Descriptor in{::open(path.c_str(), O_RDONLY | O_CLOEXEC)};
-    struct stat status {};
-    if (in.fd < 0 || ::fstat(in.fd, &status) != 0 || !S_ISREG(status.st_mode)) {
-        return nullptr;
-    }
-    unsigned char head[2] = {0, 0};
-    if (::pread(in.fd, head, 2, 0) == 2 && ((head[0] == 0xFF && head[1] == 0xFE) || (head[0] == 0xFE && head[1] == 0xFF))) {
-        return nullptr;
-    }
-    // The file is read once when it is UTF-8, which nearly every script is;
-    // at its first piece that is not, it is read again as Mac OS Roman.
-    Pieces pieces(in.fd);
-    std::unique_ptr<ScriptFileText> result = decode(
-        static_cast<std::size_t>(status.st_size), [&pieces](std::string_view &next) { return pieces.next(next); },
-        [&pieces] { return pieces.rewind(); }, heldInMemoryBelow);
-    return pieces.failed() ? nullptr : std::move(result);
+    pieceSize.store(bytes == 0 ? defaultPieceBytes : bytes, std::memory_order_relaxed);
 }
 
-std::unique_ptr<ScriptFileText> ScriptFileText::fromUtf8(std::string_view text, std::size_t heldInMemoryBelow)
+void ScriptFileText::setReleaseBytes(std::size_t bytes)
 {
-    // Pieces end just after an ASCII byte, as a file's do.
-    std::string_view rest = text;
-    const auto next = [&rest](std::string_view &piece) {
-        if (rest.empty()) {
-            return false;
-        }
-        std::size_t cut = std::min(rest.size(), blockBytes);
-        while (cut < rest.size() && static_cast<unsigned char>(rest[cut - 1]) >= 0x80) {
-            ++cut;
-        }
-        piece = rest.substr(0, cut);
-        rest.remove_prefix(cut);
-        return true;
-    };
-    return decode(text.size(), next, nullptr, heldInMemoryBelow);
+    releaseSize.store(bytes == 0 ? defaultReleaseBytes : bytes, std::memory_order_relaxed);
 }
 
 namespace {
 
-// Where the decoded text goes: anonymous memory, or the pages of an
-// unlinked temporary file through a shared mapping (no copy through
-// write()), left open in `file`. Room for a unit per byte, which no
-// decoding exceeds.
-void *mapRoom(std::size_t room, bool inMemory, Descriptor &file)
+// Decodes the pieces nextPiece gives (at most `capacity` bytes in all, each
+// piece ending after an ASCII byte) as UTF-8 into `units`, which has room
+// for `capacity` units. With a `restart`, the pieces are checked as they
+// come: at the first that is not UTF-8, restart() goes back to the first
+// piece and the whole text is decoded as Mac OS Roman instead. Without,
+// ill-formed UTF-8 becomes U+FFFD. The units decoded, or SIZE_MAX when the
+// input outgrew `capacity` or could not be read again.
+std::size_t decodeWhole(char16_t *units, std::size_t capacity, const std::function<bool(std::string_view &)> &nextPiece,
+                        const std::function<bool()> &restart)
 {
-    if (inMemory) {
-        void *const mapping = ::mmap(nullptr, room, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        return mapping == MAP_FAILED ? nullptr : mapping;
-    }
-    // Without a usable temporary directory the text is held in memory by
-    // the caller instead.
-    std::error_code noDirectory;
-    const std::filesystem::path directory = std::filesystem::temp_directory_path(noDirectory);
-    if (noDirectory) {
-        return nullptr;
-    }
-    std::string name = (directory / "sqlantlr-text-XXXXXX").string();
-    file.fd = ::mkstemp(name.data());
-    if (file.fd < 0) {
-        return nullptr;
-    }
-    ::unlink(name.c_str());  // gone with the mapping
-    // The room is allocated on the disk first: a page of a shared mapping
-    // that the file system cannot store would stop the process with SIGBUS
-    // where write() would have failed. (A file system that cannot allocate
-    // ahead has it written block by block.) Without the room, on a full
-    // disk, the text is held in memory.
-    if (::posix_fallocate(file.fd, 0, static_cast<off_t>(room)) != 0) {
-        return nullptr;
-    }
-    void *const mapping = ::mmap(nullptr, room, PROT_READ | PROT_WRITE, MAP_SHARED, file.fd, 0);
-    return mapping == MAP_FAILED ? nullptr : mapping;
-}
-
-} // namespace
-
-std::unique_ptr<ScriptFileText> ScriptFileText::decode(std::size_t capacity,
-                                                       const std::function<bool(std::string_view &)> &nextPiece,
-                                                       const std::function<bool()> &restart,
-                                                       std::size_t heldInMemoryBelow)
-{
-    std::unique_ptr<ScriptFileText> result(new ScriptFileText);
-    result->inMemory_ = capacity < heldInMemoryBelow;
-    if (capacity == 0) {
-        return result;
-    }
-    const std::size_t room = capacity * sizeof(char16_t);
-    Descriptor file;
-    void *const mapping = mapRoom(room, result->inMemory_, file);
-    if (mapping == nullptr) {
-        return nullptr;
-    }
-    // Owned by result from here on, so that every failure unmaps it.
-    auto *const units = static_cast<char16_t *>(mapping);
-    result->data_ = units;
-    result->mapped_ = room;
-    const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
     bool utf8 = true;
     std::size_t used = 0;
-    std::size_t released = 0;  // bytes from the start already dropped from memory
     bool first = true;
     // A piece whose decoding needs more room than is left (Mac OS Roman,
     // converted through UTF-8) is decoded aside first.
-    std::unique_ptr<char16_t[]> aside;
-    std::size_t asideRoom = 0;
+    std::u16string aside;
     std::string_view piece;
     while (nextPiece(piece)) {
         if (utf8 && restart && !isValidUtf8(piece)) {
             // The encoding holds for the whole file: decoded again from its start.
             if (!restart()) {
-                return nullptr;
+                return SIZE_MAX;
             }
             utf8 = false;
             used = 0;
-            released = 0;
             first = true;
             continue;
         }
@@ -255,60 +266,204 @@ std::unique_ptr<ScriptFileText> ScriptFileText::decode(std::size_t capacity,
         char16_t *const at = units + used;
         char16_t *text = at;
         if (bytes.size() > capacity - used) {
-            if (bytes.size() > asideRoom) {
-                asideRoom = std::max(bytes.size(), 2 * asideRoom);
-                aside.reset(new char16_t[asideRoom]);
-            }
-            text = aside.get();
+            aside.resize(bytes.size());
+            text = aside.data();
         }
         char16_t *textEnd = text + utf8ToUtf16(bytes, text);
         text = keepScriptUnits(text, textEnd, first, bytes);  // as a string's units are kept
         first = false;
         const auto count = static_cast<std::size_t>(textEnd - text);
         if (count > capacity - used) {
-            return nullptr;  // a file that grew while it was read: it is read whole instead
+            return SIZE_MAX;  // a file that grew while it was read: it is read whole instead
         }
         if (text != at) {
             std::memmove(at, text, count * sizeof(char16_t));
         }
         used += count;
-        // Decoded pages in a file leave the process's memory as the parse's
-        // do: they stay in the file and are read back when the parse gets
-        // there.
-        const std::size_t decodedPages = used * sizeof(char16_t) / page * page;
-        if (!result->inMemory_ && decodedPages > released) {
-            ::madvise(static_cast<char *>(mapping) + released, decodedPages - released, MADV_DONTNEED);
-            released = decodedPages;
+    }
+    return used;
+}
+
+} // namespace
+
+std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path, std::size_t heldInMemoryBelow)
+{
+    auto in = std::make_unique<Descriptor>(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat status {};
+    if (in->fd < 0 || ::fstat(in->fd, &status) != 0 || !S_ISREG(status.st_mode)) {
+        return nullptr;
+    }
+    unsigned char head[2] = {0, 0};
+    if (::pread(in->fd, head, 2, 0) == 2 && ((head[0] == 0xFF && head[1] == 0xFE) || (head[0] == 0xFE && head[1] == 0xFF))) {
+        return nullptr;
+    }
+    const auto size = static_cast<std::size_t>(status.st_size);
+    if (size < heldInMemoryBelow) {
+        // Read once when it is UTF-8, which nearly every script is; at its
+        // first piece that is not, read again as Mac OS Roman.
+        Pieces pieces(in->fd, readBytes);
+        std::unique_ptr<ScriptFileText> result =
+            held(size, [&pieces](std::string_view &next) { return pieces.next(next); }, [&pieces] { return pieces.rewind(); });
+        return pieces.failed() ? nullptr : std::move(result);
+    }
+    // A long file is read twice: once to learn its encoding and how many
+    // units it decodes to, then piece by piece as the parse goes.
+    const std::size_t piece = pieceSize.load(std::memory_order_relaxed);
+    std::size_t utf8 = 0;
+    std::size_t bytes = 0;
+    std::size_t nuls = 0;
+    bool valid = true;
+    bool first = true;
+    {
+        Pieces pieces(in->fd, std::max(piece, std::size_t(4096)));
+        std::string_view next;
+        while (pieces.next(next)) {
+            bytes += next.size();
+            nuls += static_cast<std::size_t>(std::count(next.begin(), next.end(), '\0'));
+            if (valid && !isValidUtf8(next)) {
+                valid = false;
+            }
+            if (valid) {
+                utf8 += utf8Units(next) - static_cast<std::size_t>(first && startsWithByteOrderMark(next));
+            }
+            first = false;
+        }
+        if (pieces.failed() || ::lseek(in->fd, 0, SEEK_SET) != 0) {
+            return nullptr;
         }
     }
-    // The pages past the text are unmapped (and cut from the file); the
-    // rest stays mapped, read-only.
-    const std::size_t kept = (used * sizeof(char16_t) + page - 1) / page * page;
-    if (kept < room) {
-        ::munmap(reinterpret_cast<char *>(mapping) + kept, room - kept);
-        result->mapped_ = kept;
-        if (kept == 0) {
-            result->data_ = nullptr;
-        }
+    // Mac OS Roman has one BMP character for every byte.
+    auto source = std::make_unique<FileSource>(in->fd, piece);
+    in->fd = -1;
+    source->macRoman = !valid;
+    return reserve(valid ? utf8 : bytes - nuls, std::move(source));
+}
+
+std::unique_ptr<ScriptFileText> ScriptFileText::fromUtf8(std::string_view text, std::size_t heldInMemoryBelow)
+{
+    if (text.size() < heldInMemoryBelow) {
+        StringPieces pieces(text, blockBytes);
+        return held(text.size(), [&pieces](std::string_view &next) { return pieces.next(next); }, nullptr);
     }
-    if ((file.fd >= 0 && ::ftruncate(file.fd, static_cast<off_t>(used * sizeof(char16_t))) != 0) ||
-        (kept != 0 && ::mprotect(mapping, kept, PROT_READ) != 0)) {
+    // The units are counted first: well-formed pieces by their bytes, the
+    // others (with U+FFFD where a sequence breaks) by decoding them aside.
+    const std::size_t piece = pieceSize.load(std::memory_order_relaxed);
+    std::size_t units = 0;
+    std::u16string aside;
+    bool first = true;
+    StringPieces pieces(text, std::max(piece, std::size_t(4096)));
+    std::string_view next;
+    while (pieces.next(next)) {
+        if (isValidUtf8(next)) {
+            units += utf8Units(next) - static_cast<std::size_t>(first && startsWithByteOrderMark(next));
+        } else {
+            aside.resize(next.size());
+            char16_t *end = aside.data() + utf8ToUtf16(next, aside.data());
+            const char16_t *begin = keepScriptUnits(aside.data(), end, first, next);
+            units += static_cast<std::size_t>(end - begin);
+        }
+        first = false;
+    }
+    return reserve(units, std::make_unique<StringSource>(text, piece));
+}
+
+std::unique_ptr<ScriptFileText> ScriptFileText::held(std::size_t capacity,
+                                                     const std::function<bool(std::string_view &)> &nextPiece,
+                                                     const std::function<bool()> &restart)
+{
+    std::unique_ptr<ScriptFileText> result(new ScriptFileText);
+    result->inMemory_ = true;
+    if (capacity == 0) {
+        return result;
+    }
+    void *const mapping =
+        ::mmap(nullptr, capacity * sizeof(char16_t), PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (mapping == MAP_FAILED) {
+        return nullptr;
+    }
+    result->data_ = static_cast<char16_t *>(mapping);
+    result->mapped_ = capacity * sizeof(char16_t);
+    const std::size_t used = decodeWhole(result->data_, capacity, nextPiece, restart);
+    if (used == SIZE_MAX) {
         return nullptr;
     }
     result->size_ = used;
+    result->decoded_ = used;
+    return result;
+}
+
+std::unique_ptr<ScriptFileText> ScriptFileText::reserve(std::size_t units, std::unique_ptr<Source> source)
+{
+    std::unique_ptr<ScriptFileText> result(new ScriptFileText);
+    if (units != 0) {
+        // Only addresses: a page is made when a piece is decoded into it.
+        void *const mapping = ::mmap(nullptr, units * sizeof(char16_t), PROT_READ | PROT_WRITE,
+                                     MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+        if (mapping == MAP_FAILED) {
+            return nullptr;
+        }
+        result->data_ = static_cast<char16_t *>(mapping);
+        result->mapped_ = units * sizeof(char16_t);
+        result->size_ = units;
+        result->source_ = std::move(source);
+    }
     return result;
 }
 
 ScriptFileText::~ScriptFileText()
 {
     if (mapped_ != 0) {
-        ::munmap(const_cast<char16_t *>(data_), mapped_);
+        ::munmap(data_, mapped_);
     }
+}
+
+const char16_t *ScriptFileText::decodeTo(const char16_t *upTo)
+{
+    // At the counted end, one more piece tells whether the text ends there.
+    while (source_ != nullptr && (data_ + decoded_ < upTo || decoded_ == size_)) {
+        decodePiece();
+    }
+    return data_ + decoded_;
+}
+
+bool ScriptFileText::decodePiece()
+{
+    std::string_view piece;
+    if (!source_->next(piece)) {
+        source_.reset();
+        return false;
+    }
+    std::string converted;
+    const std::string_view bytes = source_->macRoman ? std::string_view(converted = macRomanToUtf8(piece)) : piece;
+    const std::size_t room = size_ - decoded_;
+    char16_t *const at = data_ + decoded_;
+    char16_t *text = at;
+    if (bytes.size() > room) {
+        aside_.resize(bytes.size());
+        text = aside_.data();
+    }
+    char16_t *textEnd = text + utf8ToUtf16(bytes, text);
+    text = keepScriptUnits(text, textEnd, first_, bytes);
+    first_ = false;
+    auto count = static_cast<std::size_t>(textEnd - text);
+    if (count > room) {
+        // The file grew since its units were counted: the text ends where
+        // its places do.
+        count = room;
+        source_.reset();
+    }
+    if (text != at) {
+        std::memmove(at, text, count * sizeof(char16_t));
+    }
+    decoded_ += count;
+    return true;
 }
 
 void ScriptFileText::releaseBefore(const char16_t *before)
 {
-    if (!inMemory_ && before >= data_ && static_cast<std::size_t>(before - data_) * sizeof(char16_t) >= released_ + releaseStep) {
+    if (!inMemory_ && before >= data_ &&
+        static_cast<std::size_t>(before - data_) * sizeof(char16_t) >=
+            released_ + releaseSize.load(std::memory_order_relaxed)) {
         releaseAllBefore(before);
     }
 }
@@ -319,14 +474,58 @@ void ScriptFileText::releaseAllBefore(const char16_t *before)
         return;
     }
     const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-    const std::size_t offset = std::min(static_cast<std::size_t>(before - data_) * sizeof(char16_t), mapped_);
+    const std::size_t offset =
+        std::min(static_cast<std::size_t>(before - data_), decoded_) * sizeof(char16_t);
     const std::size_t upTo = offset / page * page;
-    if (upTo > released_) {
-        // The mapping is shared and read-only: the pages come back from the file.
-        ::madvise(const_cast<char *>(reinterpret_cast<const char *>(data_)) + released_, upTo - released_,
-                  MADV_DONTNEED);
-        released_ = upTo;
+    if (upTo <= released_) {
+        return;
     }
+    // The pages are moved on to where the next pieces will be decoded, so
+    // that the decoding writes into pages already made instead of faulting
+    // in fresh zero-filled ones; their places behind get new, empty
+    // addresses. What does not fit ahead is given back.
+    char *const base = reinterpret_cast<char *>(data_);
+    std::size_t moved = 0;
+    const std::size_t ahead = (decoded_ * sizeof(char16_t) + page - 1) / page * page;
+    if (ahead < mapped_ && ahead >= upTo) {
+        const std::size_t length = std::min(upTo - released_, mapped_ - ahead);
+        if (::mremap(base + released_, length, length, MREMAP_MAYMOVE | MREMAP_FIXED, base + ahead) != MAP_FAILED) {
+            if (::mmap(base + released_, length, PROT_READ | PROT_WRITE,
+                       MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_FIXED, -1, 0) != MAP_FAILED) {
+                moved = length;
+            } else {
+                // No new addresses behind (the process's limit of mappings):
+                // the pages go back where they were, and are given back below.
+                ::mremap(base + ahead, length, length, MREMAP_MAYMOVE | MREMAP_FIXED, base + released_);
+            }
+        }
+    }
+    if (released_ + moved < upTo) {
+        ::madvise(base + released_ + moved, upTo - released_ - moved, MADV_DONTNEED);
+    }
+    released_ = upTo;
 }
 
 } // namespace sqlantlr
+
+bool kp_moreText(pANTLR3_INPUT_STREAM input, const char16_t *wanted)
+{
+    auto *feed = static_cast<sqlantlr::TextFeed *>(input->super);
+    if (feed == nullptr || feed->text->complete()) {
+        return false;
+    }
+    const auto *data = static_cast<const char16_t *>(input->data);
+    const std::size_t readable = input->sizeBuf / sizeof(char16_t);
+    if (readable >= feed->windowUnits) {
+        return false;
+    }
+    // At least one more piece, and up to what the reader asks for.
+    const char16_t *want = std::max(wanted, data + readable + 1);
+    const char16_t *decoded = feed->text->decodeTo(want);
+    const std::size_t units = std::min(static_cast<std::size_t>(decoded - data), feed->windowUnits);
+    if (units <= readable) {
+        return false;
+    }
+    input->sizeBuf = static_cast<ANTLR3_UINT32>(units * sizeof(char16_t));
+    return true;
+}

@@ -1,13 +1,11 @@
-// The UTF-16 text of a script file, decoded piece by piece. A long text
-// goes into an unlinked temporary file and is mapped from there, so that the
-// parse does not hold it in memory: the parse reads the mapping in place,
-// exactly as it reads text decoded in memory; the pages it has gone past are
-// dropped from the process's memory and, should anything look back at them,
-// read again from the file. Memory then follows the statement at hand, not
-// the script. A short text (below heldInMemoryBelow bytes of input) is
-// decoded into memory instead: a temporary file's set-up, its file system's
-// work for every page and the pages read back would cost more than the few
-// megabytes it saves.
+// The UTF-16 text of a script file or of a long string. A short text is
+// decoded whole into memory. A long one is decoded as the parse reads it:
+// its units have their places in one reserved range of addresses (so that a
+// unit's address never changes), a piece is decoded when a reader reaches
+// the end of what is decoded (kp_moreText), and the pages the parse has
+// gone past are given back. Memory then follows the statement at hand, not
+// the script, and a few megabytes of pages serve the whole text over and
+// over instead of a page cache or a temporary file as large as the text.
 #pragma once
 
 #include <cstddef>
@@ -25,18 +23,22 @@ public:
     // leading byte order mark, no NUL characters). nullptr when the file is
     // not a regular file that can be read, or starts with a UTF-16 byte
     // order mark: those are read whole, as before.
-    // Inputs of at least heldInMemoryBelow() bytes are decoded into a
-    // temporary file; the tests lower the bound to have short texts go there.
+    // Inputs of at least heldInMemoryBelow() bytes are decoded as they are
+    // read; the tests lower the bound to have short texts decoded so.
     static constexpr std::size_t defaultHeldInMemoryBelow = std::size_t(4) << 20U;
     static std::size_t heldInMemoryBelow();
     static void setHeldInMemoryBelow(std::size_t bytes);
+    // The bytes of input decoded at a time, and the bytes of decoded text
+    // passed before its pages are given back (0: the defaults). The tests
+    // make both a few bytes so that every reader meets the decoded end.
+    static void setPieceBytes(std::size_t bytes);
+    static void setReleaseBytes(std::size_t bytes);
     static std::unique_ptr<ScriptFileText> open(const std::string &path,
                                                 std::size_t heldInMemoryBelow = ScriptFileText::heldInMemoryBelow());
     // The text of a UTF-8 string as the driver prepares it (invalid
-    // sequences as U+FFFD, no leading byte order mark, no NUL characters),
-    // held the same way, so that a parse of a long string need not hold it
-    // twice in memory. nullptr when it needs a temporary file and none can
-    // be made.
+    // sequences as U+FFFD, no leading byte order mark, no NUL characters).
+    // A long string is decoded as it is read, so the string must outlive
+    // the text.
     static std::unique_ptr<ScriptFileText> fromUtf8(std::string_view text,
                                                     std::size_t heldInMemoryBelow = ScriptFileText::heldInMemoryBelow());
 
@@ -44,34 +46,58 @@ public:
     ScriptFileText(const ScriptFileText &) = delete;
     ScriptFileText &operator=(const ScriptFileText &) = delete;
 
+    // The places of all the units: only those before decodedEnd() hold the
+    // text yet.
     std::u16string_view units() const { return {data_, size_}; }
-    // True when the text is in the process's memory, not in a file.
+    // True when the text is decoded whole into memory, not as it is read.
     bool inMemory() const { return inMemory_; }
+    const char16_t *decodedEnd() const { return data_ + decoded_; }
+    // Where the units not given back start.
+    const char16_t *keptFrom() const { return data_ + released_ / sizeof(char16_t); }
+    // True when nothing is left to decode.
+    bool complete() const { return source_ == nullptr; }
+    // Decodes pieces until the text is decoded up to `upTo` or to its end;
+    // the decoded end.
+    const char16_t *decodeTo(const char16_t *upTo);
 
-    // Drops the whole pages before `before` from memory once enough of them
-    // have gathered; reading them later reads the file again. Text held in
-    // memory stays.
+    // Gives back the whole pages before `before` once enough of them have
+    // gathered: they read as NUL units from then on, so nothing may look
+    // back at them. Text held in memory stays.
     void releaseBefore(const char16_t *before);
-    // Drops every page before `before` now (for the tests).
+    // Gives back every page before `before` now (for the tests).
     void releaseAllBefore(const char16_t *before);
+
+    class Source;
 
 private:
     ScriptFileText() = default;
-    // Decodes the pieces nextPiece gives (at most `capacity` bytes in all,
-    // each piece ending after an ASCII byte) as UTF-8, into memory or a
-    // mapped temporary file. With a `restart`, the pieces are checked as
-    // they come: at the first that is not UTF-8, restart() goes back to the
-    // first piece and the whole text is decoded as Mac OS Roman instead.
-    // Without, ill-formed UTF-8 becomes U+FFFD.
-    static std::unique_ptr<ScriptFileText> decode(std::size_t capacity,
-                                                  const std::function<bool(std::string_view &)> &nextPiece,
-                                                  const std::function<bool()> &restart, std::size_t heldInMemoryBelow);
+    // Decodes the pieces nextPiece gives (at most `capacity` bytes, each
+    // piece ending after an ASCII byte) whole into memory; see decodeWhole.
+    static std::unique_ptr<ScriptFileText> held(std::size_t capacity,
+                                                const std::function<bool(std::string_view &)> &nextPiece,
+                                                const std::function<bool()> &restart);
+    // Reserves the places of `units` units and makes the text read from
+    // `source` as it is asked for.
+    static std::unique_ptr<ScriptFileText> reserve(std::size_t units, std::unique_ptr<Source> source);
+    bool decodePiece();
 
-    const char16_t *data_ = nullptr;
+    char16_t *data_ = nullptr;
     std::size_t size_ = 0;      // units
+    std::size_t decoded_ = 0;   // units
     std::size_t mapped_ = 0;    // bytes
-    std::size_t released_ = 0;  // bytes from the start already dropped
+    std::size_t released_ = 0;  // bytes from the start already given back
     bool inMemory_ = false;
+    bool first_ = true;         // no piece decoded yet
+    std::unique_ptr<Source> source_;
+    std::u16string aside_;      // a piece that needs more room than is left
+};
+
+// What a lexer's reader needs to ask for more of a text decoded as it is
+// read: set as the input stream's `super` (see kp_moreText). The readable
+// units never pass windowUnits from the stream's start.
+struct TextFeed {
+    ScriptFileText *text = nullptr;
+    std::size_t windowUnits = 0;
 };
 
 } // namespace sqlantlr

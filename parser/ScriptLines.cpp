@@ -847,9 +847,17 @@ bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANT
     }
     const auto *data = static_cast<const char16_t *>(input->data);
     const char16_t *end = data + input->sizeBuf / 2;
-    const char16_t *semi = dataStatementEnd(
-        data, from, end, kind_ == Kind::Whole ? DataStatementCut::Never : DataStatementCut::AtStatementWords,
-        session != nullptr ? &session->quoteScans : nullptr);
+    const char16_t *semi = nullptr;
+    for (bool metEnd = false;; metEnd = false) {
+        semi = dataStatementEnd(data, from, end,
+                                kind_ == Kind::Whole ? DataStatementCut::Never : DataStatementCut::AtStatementWords,
+                                session != nullptr ? &session->quoteScans : nullptr, &metEnd);
+        // Met the end of the text decoded so far: again with twice as much.
+        if (!metEnd || !kp_moreText(input, end + (end - from))) {
+            break;
+        }
+        end = kp_readableEnd(input);
+    }
     if (semi == nullptr) {
         return false;
     }
@@ -1039,12 +1047,21 @@ void ScriptLines::skipCopyData(pANTLR3_COMMON_TOKEN semi)
     while (p < end && (*p == u' ' || *p == u'\t')) {
         ++p;
     }
-    const auto lineEndAt = [end](const char16_t *q) { return q < end && (*q == u'\n' || *q == u'\r'); };
-    const auto afterLine = [end](const char16_t *q) { return *q == u'\r' && q + 1 < end && q[1] == u'\n' ? q + 2 : q + 1; };
+    const auto lineEndAt = [&end](const char16_t *q) { return q < end && (*q == u'\n' || *q == u'\r'); };
+    const auto afterLine = [&end](const char16_t *q) { return *q == u'\r' && q + 1 < end && q[1] == u'\n' ? q + 2 : q + 1; };
     if (!lineEndAt(p)) {
         return;
     }
-    for (const char16_t *line = afterLine(p); line < end;) {
+    // The data's lines, decoded further as they are met.
+    const char16_t *line = afterLine(p);
+    for (;;) {
+        if (line >= end) {
+            if (!kp_moreText(input, end + (end - p))) {
+                return;
+            }
+            end = kp_readableEnd(input);
+            continue;
+        }
         if (end - line >= 2 && line[0] == u'\\' && line[1] == u'.' && (line + 2 == end || lineEndAt(line + 2))) {
             advanceInput(line + 2);
             return;
@@ -1054,7 +1071,11 @@ void ScriptLines::skipCopyData(pANTLR3_COMMON_TOKEN semi)
             ++q;
         }
         if (q == end) {
-            return;
+            if (!kp_moreText(input, end + (end - p))) {
+                return;
+            }
+            end = kp_readableEnd(input);
+            continue;  // the line again, whole
         }
         line = afterLine(q);
     }

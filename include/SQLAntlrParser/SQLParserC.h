@@ -76,8 +76,8 @@ public:
     std::unique_ptr<SQLContainer> parseString(const char *sql, KpError *error);
     // Parses a script file as parseString parses the text that
     // SQLParser::stringForFile reads from it, same model and records, but
-    // without the whole text in memory: it is decoded into a temporary file
-    // that the parse reads in place, and the parts parsed leave memory.
+    // without the whole text in memory: a long file is decoded as the parse
+    // reads it, and the parts parsed leave memory.
     // Files that are no regular files or start with a UTF-16 byte order mark
     // are read whole. Throws SQLFileEncodingError when the file cannot be read.
     std::unique_ptr<SQLContainer> parseFile(const std::string &path, KpError *error);

@@ -6,6 +6,7 @@
 
 #include "ModelJson.h"
 #include "RecognizerPipeline.h"
+#include "ScriptFileText.h"
 
 #include <gtest/gtest.h>
 
@@ -15,6 +16,8 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include <unistd.h>
 
 namespace {
 
@@ -112,7 +115,100 @@ std::string mixedScript(int copies)
     return script;
 }
 
+// Every text decoded as it is read, in pieces of about `bytes` (each ends
+// with a line), the pages passed given back every few kilobytes, until it
+// goes out of scope.
+struct DecodedAsRead {
+    explicit DecodedAsRead(std::size_t bytes)
+    {
+        sqlantlr::ScriptFileText::setHeldInMemoryBelow(0);
+        sqlantlr::ScriptFileText::setPieceBytes(bytes);
+        sqlantlr::ScriptFileText::setReleaseBytes(4096);
+    }
+    ~DecodedAsRead()
+    {
+        sqlantlr::ScriptFileText::setHeldInMemoryBelow(sqlantlr::ScriptFileText::defaultHeldInMemoryBelow);
+        sqlantlr::ScriptFileText::setPieceBytes(0);
+        sqlantlr::ScriptFileText::setReleaseBytes(0);
+    }
+    DecodedAsRead(const DecodedAsRead &) = delete;
+    DecodedAsRead &operator=(const DecodedAsRead &) = delete;
+};
+
+// Tokens and scans that run over many lines, each longer than a small piece:
+// strings (with and without backslashes, one never closed), a dollar-quoted
+// body, block comments, COPY data, a long data statement, CRLF lines.
+std::string longSpans()
+{
+    std::string script = "CREATE TABLE a (id INT, s TEXT DEFAULT 'line one\r\n";
+    for (int i = 0; i < 200; ++i) {
+        script += "more of the default, it's " + std::to_string(i) + " \\ \r\n";
+    }
+    script += "end', c INT);\r\n/* a comment\n";
+    for (int i = 0; i < 200; ++i) {
+        script += " * line " + std::to_string(i) + " with 'quotes' and $$ signs\n";
+    }
+    script += " */\nCREATE FUNCTION f() RETURNS int AS $body$\n";
+    for (int i = 0; i < 200; ++i) {
+        script += "  x := 'a;b' || $$c$$; -- " + std::to_string(i) + "\n";
+    }
+    script += "$body$ LANGUAGE plpgsql;\nCOPY a (id, s) FROM stdin;\n";
+    for (int i = 0; i < 300; ++i) {
+        script += std::to_string(i) + "\tit's; CREATE TABLE no (x INT);\n";
+    }
+    script += "\\.\nINSERT INTO a VALUES\n";
+    for (int i = 0; i < 300; ++i) {
+        script += "(" + std::to_string(i) + ", 'x\\'y;z', 'multi\nline'),\n";
+    }
+    script += "(0, '');\nCREATE TABLE b (id INT REFERENCES a (id), [name] NVARCHAR(20));\n";
+    script += "CREATE TABLE c (d VARCHAR(9) DEFAULT 'never closed);\nCREATE TABLE e (id INT);\n";
+    return script;
+}
+
 } // namespace
+
+TEST(TextWindow, ScriptsDecodedAsTheyAreReadGiveTheirWholeModelAndRecords)
+{
+    const std::string golden = goldenCases();
+    const std::string mixed = mixedScript(100);
+    const std::string spans = longSpans();
+    for (const std::string *script : {&spans, &golden, &mixed}) {
+        const std::string whole = modelOf(*script);
+        for (const std::size_t piece : {std::size_t(1), std::size_t(100), std::size_t(5000)}) {
+            SCOPED_TRACE(piece);
+            const DecodedAsRead decoded(piece);
+            EXPECT_EQ(modelOf(*script), whole);
+        }
+        // And through a window that moves on as well (the long spans do
+        // not fit a window this small).
+        if (script != &spans) {
+            const DecodedAsRead decoded(100);
+            const Window window(16384);
+            EXPECT_EQ(modelOf(*script), whole) << "through a window";
+        }
+    }
+}
+
+TEST(TextWindow, TokensOfAFileDecodedAsItIsReadAreThoseOfTheWholeText)
+{
+    const std::string script = mixedScript(30) + longSpans();
+    const std::string path = (std::filesystem::temp_directory_path() /
+                              ("sqlantlr-tokens-" + std::to_string(::getpid()) + ".sql"))
+                                 .string();
+    std::ofstream(path, std::ios::binary) << script;
+    const std::string whole = tokensOf(script);
+    for (const std::size_t piece : {std::size_t(1), std::size_t(300)}) {
+        const DecodedAsRead decoded(piece);
+        std::string listed;
+        SQLParserC driver;
+        driver.forEachTokenOfFile(path, [&listed](const SQLToken &token) {
+            listed += std::to_string(token.index) + " " + token.name + " " + std::to_string(token.channel) + " " +
+                      std::to_string(token.line) + ":" + std::to_string(token.pos) + " " + token.text + "\n";
+        });
+        EXPECT_EQ(listed, whole) << piece;
+    }
+    std::filesystem::remove(path);
+}
 
 TEST(TextWindow, ScriptsReadThroughASmallWindowGiveTheirWholeModelAndRecords)
 {
