@@ -4,8 +4,10 @@
 // behaviour the sanitizers see is a finding, and so is a script whose model
 // or records change when data statements are lexed and parsed instead of
 // skipped by the scan, and plain columns read by the grammar instead of
-// directly.
+// directly, or when the text is decoded as it is read, a line or a few at a
+// time, instead of whole.
 #include "ModelJson.h"
+#include "ScriptFileText.h"
 
 #include <SQLAntlrParser/SQLAntlrParser.h>
 
@@ -45,8 +47,21 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const std::string_view script(reinterpret_cast<const char *>(data), size);
     // Every script: the scan also skips statements whose first word opens no
     // rule, so no list of words tells which scripts it applies to.
-    if (modelJson(script, true) != modelJson(script, false)) {
+    const std::string whole = modelJson(script, true);
+    if (whole != modelJson(script, false)) {
         __builtin_trap();  // a shortcut read the script otherwise than the grammar
+    }
+    // Pieces of 1 to 64 bytes (each ends with a line), pages given back
+    // every 4 KiB: every reader meets the end of the decoded text.
+    sqlantlr::ScriptFileText::setHeldInMemoryBelow(0);
+    sqlantlr::ScriptFileText::setPieceBytes(1 + size % 64);
+    sqlantlr::ScriptFileText::setReleaseBytes(4096);
+    const std::string decodedAsRead = modelJson(script, true);
+    sqlantlr::ScriptFileText::setHeldInMemoryBelow(sqlantlr::ScriptFileText::defaultHeldInMemoryBelow);
+    sqlantlr::ScriptFileText::setPieceBytes(0);
+    sqlantlr::ScriptFileText::setReleaseBytes(0);
+    if (decodedAsRead != whole) {
+        __builtin_trap();  // a reader took the end of the decoded text for the end of the script
     }
     return 0;
 }

@@ -651,9 +651,10 @@ void RecognizerPipeline::releaseFinishedStatements()
     }
 }
 
-// The text before the line of `from` is given back: the line decisions read
-// back to their line's start, and the DELIMITER lines before it are followed
-// first, as the lexer would follow them at its next '$'.
+// The text before `from` (the first token still wanted) and before the line
+// the lexer stands in is given back: the line decisions of the tokens to
+// come read back to their line's start. The DELIMITER lines before it are
+// followed first, as the lexer would follow them at its next '$'.
 void RecognizerPipeline::releaseTextBefore(const char16_t *from)
 {
     ScriptFileText *text = session_.mappedText;
@@ -662,14 +663,20 @@ void RecognizerPipeline::releaseTextBefore(const char16_t *from)
     if (text->inMemory() || from <= kept || from > text->decodedEnd()) {
         return;
     }
+    pANTLR3_INPUT_STREAM input = asInput(input_);
+    const auto *next = static_cast<const char16_t *>(input->nextChar);
+    const auto *line = static_cast<const char16_t *>(input->currentLine);
     const char16_t *at = from;
-    while (at > kept && at[-1] != u'\n' && at[-1] != u'\r') {
-        --at;
+    if (line != nullptr && line <= next && line >= kept) {
+        at = std::min(at, line);
+    } else {
+        while (at > kept && at[-1] != u'\n' && at[-1] != u'\r') {
+            --at;
+        }
     }
     if (at <= kept) {
         return;
     }
-    pANTLR3_INPUT_STREAM input = asInput(input_);
     const auto *data = static_cast<const char16_t *>(input->data);
     if (at > data) {
         advanceDelimiterTrack(session_.delimiterTrack, data, at, kp_readableEnd(input));

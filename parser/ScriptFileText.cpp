@@ -161,15 +161,38 @@ private:
 };
 
 // The units well-formed UTF-8 decodes to, NULs left out (as the parse
-// reads them): one per character, two for one past the BMP.
+// reads them): one per character, two for one past the BMP. Counted per
+// byte without branches, in 32-bit counts the compiler can keep in vector
+// lanes.
 std::size_t utf8Units(std::string_view bytes)
 {
     std::size_t units = 0;
-    for (const char byte : bytes) {
-        const auto b = static_cast<unsigned char>(byte);
-        units += static_cast<std::size_t>((b & 0xC0U) != 0x80U && b != 0) + static_cast<std::size_t>(b >= 0xF0U);
+    const auto *p = reinterpret_cast<const unsigned char *>(bytes.data());
+    std::size_t left = bytes.size();
+    while (left != 0) {
+        const std::size_t run = std::min<std::size_t>(left, std::size_t(1) << 20U);
+        std::uint32_t count = 0;
+        for (std::size_t i = 0; i < run; ++i) {
+            const unsigned b = p[i];
+            count += static_cast<std::uint32_t>((b & 0xC0U) != 0x80U) + static_cast<std::uint32_t>(b >= 0xF0U) -
+                     static_cast<std::uint32_t>(b == 0);
+        }
+        units += count;
+        p += run;
+        left -= run;
     }
     return units;
+}
+
+// The NUL bytes, which the parse reads as absent.
+std::size_t nulBytes(std::string_view bytes)
+{
+    std::size_t nuls = 0;
+    for (const char *p = bytes.data(), *end = p + bytes.size();
+         (p = static_cast<const char *>(std::memchr(p, 0, static_cast<std::size_t>(end - p)))) != nullptr; ++p) {
+        ++nuls;
+    }
+    return nuls;
 }
 
 bool startsWithByteOrderMark(std::string_view bytes) { return bytes.substr(0, 3) == "\xEF\xBB\xBF"; }
@@ -319,7 +342,7 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path, st
         std::string_view next;
         while (pieces.next(next)) {
             bytes += next.size();
-            nuls += static_cast<std::size_t>(std::count(next.begin(), next.end(), '\0'));
+            nuls += nulBytes(next);
             if (valid && !isValidUtf8(next)) {
                 valid = false;
             }
