@@ -33,7 +33,7 @@ constexpr std::size_t readBytes = 256U << 10U;
 constexpr std::size_t defaultPieceBytes = 256U << 10U;
 // Giving pages back costs a system call and fresh pages later: it is done
 // once this much has been passed.
-constexpr std::size_t defaultReleaseBytes = 8U << 20U;
+constexpr std::size_t defaultReleaseBytes = 2U << 20U;
 
 std::atomic<std::size_t> heldBelow{ScriptFileText::defaultHeldInMemoryBelow};
 std::atomic<std::size_t> pieceSize{defaultPieceBytes};
