@@ -273,17 +273,27 @@ ANTLR3_UINT32 wordType(pANTLR3_INPUT_STREAM input, const WordScan &scan)
     return types.alone != 0 ? types.alone : static_cast<ANTLR3_UINT32>(STRING);
 }
 
-// The word from the token's start: to the end of the readable text only
-// where the text ends there.
-WordScan scanWordFromStart(pANTLR3_LEXER lexer)
+// A word that ran to the end of the readable text, again with more text
+// where the text goes on.
+__attribute__((noinline)) void scanWordToTextEnd(pANTLR3_LEXER lexer, WordScan &scan)
 {
     pANTLR3_INPUT_STREAM input = lexer->input;
-    for (;;) {
-        const WordScan scan = scanWord(tokenStart(lexer), textEnd(input));
-        if (scan.end < textEnd(input) || !kp_moreText(input, reinterpret_cast<const char16_t *>(scan.end) + 64)) {
-            return scan;
-        }
+    while (scan.end >= textEnd(input) &&
+           kp_moreText(input, reinterpret_cast<const char16_t *>(scan.end) + 64)) {
+        scan = scanWord(tokenStart(lexer), textEnd(input));
     }
+}
+
+// The word from the token's start: to the end of the readable text only
+// where the text ends there.
+inline WordScan scanWordFromStart(pANTLR3_LEXER lexer)
+{
+    const uint16_t *end = textEnd(lexer->input);
+    WordScan scan = scanWord(tokenStart(lexer), end);
+    if (scan.end >= end && lexer->input->super != nullptr) {
+        scanWordToTextEnd(lexer, scan);
+    }
+    return scan;
 }
 
 } // namespace

@@ -284,7 +284,7 @@ bool isNameStart(char16_t folded)
 // passed without tokens, as scanning them into hidden WS and NEWLINE tokens
 // would move the stream, and lineEnded is set when a line ended.
 template <bool PassingBlanks>
-pANTLR3_COMMON_TOKEN scanTokenIn(pANTLR3_LEXER lexer, bool *lineEnded)
+inline __attribute__((always_inline)) pANTLR3_COMMON_TOKEN scanTokenIn(pANTLR3_LEXER lexer, bool *lineEnded)
 {
     pANTLR3_INPUT_STREAM input = lexer->input;
     pANTLR3_RECOGNIZER_SHARED_STATE state = lexer->rec->state;
@@ -386,39 +386,51 @@ pANTLR3_COMMON_TOKEN scanTokenIn(pANTLR3_LEXER lexer, bool *lineEnded)
 // Units past a token that its scan may read: the unit that ends a word, a
 // CR's LF, an operator's second and third.
 constexpr ANTLR3_UINT32 readPastToken = 8;
-// Units made readable ahead of each token of a text decoded as it is read:
-// nearly every token is shorter.
-constexpr ANTLR3_UINT32 tokenAhead = 4096;
+// Units decoded beyond a token that met the decoded end, at the least.
+constexpr std::ptrdiff_t tokenAhead = 4096;
 
-// A token of a text decoded as it is read is scanned again, with more of
-// the text, when its scan came near the decoded end: the end of what is
-// readable must not cut a token that the text goes on with. (A token made
-// by the first scan is left unused.)
-template <bool PassingBlanks>
-pANTLR3_COMMON_TOKEN scanToken(pANTLR3_LEXER lexer, bool *lineEnded)
+// A token of a text decoded as it is read whose scan came near the end of
+// the decoded text: with more text, the scan is made again from the
+// token's start (blanks passed before it stay passed), since the end of
+// what is readable must not cut a token that the text goes on with. False
+// when there is no more text: the token stands.
+__attribute__((noinline)) bool rescanWithMoreText(pANTLR3_INPUT_STREAM input, pANTLR3_COMMON_TOKEN token)
 {
-    pANTLR3_INPUT_STREAM input = lexer->input;
-    if (input->super == nullptr) {
-        return scanTokenIn<PassingBlanks>(lexer, lineEnded);
+    const auto *next = static_cast<const char16_t *>(input->nextChar);
+    const char16_t *end = kp_readableEnd(input);
+    const auto *from = token != nullptr ? reinterpret_cast<const char16_t *>(token->start) : next;
+    if (!kp_moreText(input, end + (end - from) + tokenAhead)) {
+        return false;
     }
-    kp_textAhead(input, tokenAhead);
-    pANTLR3_RECOGNIZER_SHARED_STATE state = lexer->rec->state;
+    if (token != nullptr) {
+        input->nextChar = const_cast<char16_t *>(from);
+        input->line = token->line;
+        input->charPositionInLine = token->charPosition;
+        const char16_t *lineStart = from;
+        const auto *data = static_cast<const char16_t *>(input->data);
+        while (lineStart > data && lineStart[-1] != u'\n' && lineStart[-1] != u'\r') {
+            --lineStart;
+        }
+        input->currentLine = const_cast<char16_t *>(lineStart);
+    }
+    // Without a token, the scan stopped where a token starts (it puts the
+    // stream back when it leaves one to the generated lexer) or at the end.
+    return true;
+}
+
+// A token, scanned again with more text when its text is decoded as it is
+// read and its scan came near the decoded end. That happens about once a
+// piece (the first token made is then left unused).
+template <bool PassingBlanks>
+inline __attribute__((always_inline)) pANTLR3_COMMON_TOKEN scanToken(pANTLR3_LEXER lexer, bool *lineEnded)
+{
     for (;;) {
-        const StreamPlace place = placeOf(input, state);
-        const bool ended = lineEnded != nullptr && *lineEnded;
         pANTLR3_COMMON_TOKEN token = scanTokenIn<PassingBlanks>(lexer, lineEnded);
-        const auto *next = static_cast<const char16_t *>(input->nextChar);
-        const char16_t *end = kp_readableEnd(input);
-        if (next + readPastToken < end) {
+        pANTLR3_INPUT_STREAM input = lexer->input;
+        if (input->super == nullptr ||
+            static_cast<const char16_t *>(input->nextChar) + readPastToken < kp_readableEnd(input) ||
+            !rescanWithMoreText(input, token)) {
             return token;
-        }
-        const auto *from = static_cast<const char16_t *>(place.nextChar);
-        if (!kp_moreText(input, end + (end - from))) {
-            return token;
-        }
-        restorePlace(input, state, place);
-        if (lineEnded != nullptr) {
-            *lineEnded = ended;
         }
     }
 }

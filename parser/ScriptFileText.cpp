@@ -160,30 +160,6 @@ private:
     bool lines_;
 };
 
-// The units well-formed UTF-8 decodes to, NULs left out (as the parse
-// reads them): one per character, two for one past the BMP. Counted per
-// byte without branches, in 32-bit counts the compiler can keep in vector
-// lanes.
-std::size_t utf8Units(std::string_view bytes)
-{
-    std::size_t units = 0;
-    const auto *p = reinterpret_cast<const unsigned char *>(bytes.data());
-    std::size_t left = bytes.size();
-    while (left != 0) {
-        const std::size_t run = std::min<std::size_t>(left, std::size_t(1) << 20U);
-        std::uint32_t count = 0;
-        for (std::size_t i = 0; i < run; ++i) {
-            const unsigned b = p[i];
-            count += static_cast<std::uint32_t>((b & 0xC0U) != 0x80U) + static_cast<std::uint32_t>(b >= 0xF0U) -
-                     static_cast<std::uint32_t>(b == 0);
-        }
-        units += count;
-        p += run;
-        left -= run;
-    }
-    return units;
-}
-
 // The NUL bytes, which the parse reads as absent.
 std::size_t nulBytes(std::string_view bytes)
 {
@@ -193,6 +169,34 @@ std::size_t nulBytes(std::string_view bytes)
         ++nuls;
     }
     return nuls;
+}
+
+// The units well-formed UTF-8 decodes to, NULs left out (as the parse
+// reads them): one per byte that is no continuation byte (10xxxxxx), and
+// one more for a four-byte sequence's lead (11110xxx), counted eight bytes
+// at a time.
+std::size_t utf8Units(std::string_view bytes)
+{
+    constexpr std::uint64_t highBits = 0x8080808080808080ULL;
+    const auto *p = reinterpret_cast<const unsigned char *>(bytes.data());
+    const auto *end = p + bytes.size();
+    std::size_t units = bytes.size();
+    for (; end - p >= 8; p += 8) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, p, sizeof word);
+        if ((word & highBits) == 0) {
+            continue;  // ASCII
+        }
+        const std::uint64_t continuation = word & ~(word << 1U) & highBits;
+        const std::uint64_t fourByteLead = word & (word << 1U) & (word << 2U) & (word << 3U) & highBits;
+        units -= static_cast<std::size_t>(__builtin_popcountll(continuation));
+        units += static_cast<std::size_t>(__builtin_popcountll(fourByteLead));
+    }
+    for (; p < end; ++p) {
+        units -= static_cast<std::size_t>((*p & 0xC0U) == 0x80U);
+        units += static_cast<std::size_t>(*p >= 0xF0U);
+    }
+    return units - nulBytes(bytes);
 }
 
 bool startsWithByteOrderMark(std::string_view bytes) { return bytes.substr(0, 3) == "\xEF\xBB\xBF"; }
