@@ -51,10 +51,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     if (whole != modelJson(script, false)) {
         __builtin_trap();  // a shortcut read the script otherwise than the grammar
     }
-    // Pieces of 1 to 64 bytes (each ends with a line), pages given back
-    // every 4 KiB: every reader meets the end of the decoded text.
+    // Pieces of 1 to 64 bytes, or of a few hundred (each ends with a line),
+    // pages given back every 4 KiB: the readers meet the end of the decoded
+    // text in the middle of tokens, strings, comments and statements.
     sqlantlr::ScriptFileText::setHeldInMemoryBelow(0);
-    sqlantlr::ScriptFileText::setPieceBytes(1 + size % 64);
+    sqlantlr::ScriptFileText::setPieceBytes(size % 2 == 0 ? 1 + size % 64 : 1 + size % 997);
     sqlantlr::ScriptFileText::setReleaseBytes(4096);
     const std::string decodedAsRead = modelJson(script, true);
     sqlantlr::ScriptFileText::setHeldInMemoryBelow(sqlantlr::ScriptFileText::defaultHeldInMemoryBelow);

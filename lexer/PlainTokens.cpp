@@ -389,17 +389,19 @@ constexpr ANTLR3_UINT32 readPastToken = 8;
 // Units decoded beyond a token that met the decoded end, at the least.
 constexpr std::ptrdiff_t tokenAhead = 4096;
 
-// A token of a text decoded as it is read whose scan came near the end of
-// the decoded text: with more text, the scan is made again from the
-// token's start (blanks passed before it stay passed), since the end of
-// what is readable must not cut a token that the text goes on with. False
-// when there is no more text: the token stands.
-__attribute__((noinline)) bool rescanWithMoreText(pANTLR3_INPUT_STREAM input, pANTLR3_COMMON_TOKEN token)
+// A token of a text decoded as it is read whose scan came near `scanEnd`,
+// the end of the decoded text when the scan began (the scan's parts that
+// took it for the end of the text may have decided by it, even where a part
+// decoded more): with more text, the scan is made again from the token's
+// start (blanks passed before it stay passed). False when there is no more
+// text than the scan had: the token stands.
+__attribute__((noinline)) bool rescanWithMoreText(pANTLR3_INPUT_STREAM input, pANTLR3_COMMON_TOKEN token,
+                                                  const char16_t *scanEnd)
 {
     const auto *next = static_cast<const char16_t *>(input->nextChar);
     const char16_t *end = kp_readableEnd(input);
     const auto *from = token != nullptr ? reinterpret_cast<const char16_t *>(token->start) : next;
-    if (!kp_moreText(input, end + (end - from) + tokenAhead)) {
+    if (end <= scanEnd && !kp_moreText(input, end + (end - from) + tokenAhead)) {
         return false;
     }
     if (token != nullptr) {
@@ -424,12 +426,15 @@ __attribute__((noinline)) bool rescanWithMoreText(pANTLR3_INPUT_STREAM input, pA
 template <bool PassingBlanks>
 inline __attribute__((always_inline)) pANTLR3_COMMON_TOKEN scanToken(pANTLR3_LEXER lexer, bool *lineEnded)
 {
+    pANTLR3_INPUT_STREAM input = lexer->input;
+    if (input->super == nullptr) {
+        return scanTokenIn<PassingBlanks>(lexer, lineEnded);
+    }
     for (;;) {
+        const char16_t *scanEnd = kp_readableEnd(input);
         pANTLR3_COMMON_TOKEN token = scanTokenIn<PassingBlanks>(lexer, lineEnded);
-        pANTLR3_INPUT_STREAM input = lexer->input;
-        if (input->super == nullptr ||
-            static_cast<const char16_t *>(input->nextChar) + readPastToken < kp_readableEnd(input) ||
-            !rescanWithMoreText(input, token)) {
+        if (static_cast<const char16_t *>(input->nextChar) + readPastToken < scanEnd ||
+            !rescanWithMoreText(input, token, scanEnd)) {
             return token;
         }
     }

@@ -1,6 +1,7 @@
 // Conversions and small operations that grammar actions call: token and
 // subtree texts, the source text carried on DEFAULT and CHECK tokens, and the
 // raw token skip of SOURCE lines.
+#include "InputMoves.h"
 #include "Log.h"
 #include "ParseSession.h"
 #include "RecognizerSupport.h"
@@ -662,12 +663,29 @@ const char16_t *unitAfter(pANTLR3_COMMON_TOKEN token)
     return reinterpret_cast<const char16_t *>(reinterpret_cast<const char *>(token->stop) + 1);
 }
 
-const char16_t *skipBlanks(const char16_t *at, const char16_t *limit)
+// More of a text decoded as it is read, when a scan from `from` has met the
+// end of what is decoded: true when `units` now end further on.
+bool moreSourceUnits(pANTLR3_COMMON_TOKEN token, SourceUnits &units, const char16_t *from)
 {
-    while (at < limit && (*at == u' ' || *at == u'\t' || *at == u'\r' || *at == u'\n')) {
-        ++at;
+    if (token->input == nullptr || !kp_moreText(token->input, units.end + (units.end - from) + 4096)) {
+        return false;
     }
-    return at;
+    units = sourceUnits(token);
+    return true;
+}
+
+// Past blanks and line ends, decoding on where the text goes on.
+const char16_t *skipBlanks(pANTLR3_COMMON_TOKEN token, SourceUnits &units, const char16_t *at)
+{
+    const char16_t *from = at;
+    for (;;) {
+        while (at < units.end && (*at == u' ' || *at == u'\t' || *at == u'\r' || *at == u'\n')) {
+            ++at;
+        }
+        if (at < units.end || !moreSourceUnits(token, units, from)) {
+            return at;
+        }
+    }
 }
 
 // The lexer skips a bracket that opens no name (ARRAY['a', 'b']), so a
@@ -675,10 +693,10 @@ const char16_t *skipBlanks(const char16_t *at, const char16_t *limit)
 // after them: the kept text is the value as written.
 const char16_t *endThroughSkippedBrackets(pANTLR3_COMMON_TOKEN stop)
 {
-    const SourceUnits units = sourceUnits(stop);
+    SourceUnits units = sourceUnits(stop);
     const char16_t *end = unitAfter(stop);
-    for (const char16_t *at = skipBlanks(end, units.end); at < units.end && *at == u']';
-         at = skipBlanks(end, units.end)) {
+    for (const char16_t *at = skipBlanks(stop, units, end); at < units.end && *at == u']';
+         at = skipBlanks(stop, units, end)) {
         end = at + 1;
     }
     return end;
@@ -691,8 +709,8 @@ bool kp_arrayConstructorAhead(pANTLR3_COMMON_TOKEN token)
     if (!kp_isWord(token, "ARRAY")) {
         return false;
     }
-    const SourceUnits units = sourceUnits(token);
-    const char16_t *at = skipBlanks(unitAfter(token), units.end);
+    SourceUnits units = sourceUnits(token);
+    const char16_t *at = skipBlanks(token, units, unitAfter(token));
     return at < units.end && *at == u'[';
 }
 
@@ -701,19 +719,20 @@ bool kp_skipArrayElements(pANTLR3_BASE_RECOGNIZER recognizer)
     pANTLR3_TOKEN_STREAM stream = static_cast<pANTLR3_PARSER>(recognizer->super)->tstream;
     pANTLR3_INT_STREAM is = stream->istream;
     pANTLR3_COMMON_TOKEN array = stream->_LT(stream, -1);
-    const SourceUnits units = sourceUnits(array);
+    SourceUnits units = sourceUnits(array);
     if (units.begin == nullptr) {
         return true;
     }
     // To the bracket that closes the one after ARRAY, past quoted texts; the
     // elements' tokens and any bracket the lexer read as part of a token
     // (int[], a bracketed name) lie before it.
-    const char16_t *at = skipBlanks(unitAfter(array), units.end);
+    const char16_t *from = unitAfter(array);
+    const char16_t *at = skipBlanks(array, units, from);
     long depth = 0;
-    while (at < units.end) {
+    while (at < units.end || moreSourceUnits(array, units, from)) {
         const char16_t unit = *at++;
         if (unit == u'\'' || unit == u'"') {
-            while (at < units.end && *at != unit) {
+            while ((at < units.end || moreSourceUnits(array, units, from)) && *at != unit) {
                 ++at;
             }
             at += at < units.end ? 1 : 0;

@@ -654,7 +654,8 @@ void RecognizerPipeline::releaseFinishedStatements()
 // The text before `from` (the first token still wanted) and before the line
 // the lexer stands in is given back: the line decisions of the tokens to
 // come read back to their line's start. The DELIMITER lines before it are
-// followed first, as the lexer would follow them at its next '$'.
+// followed first, as the lexer would follow them at its next '$' (a text
+// without a '$' never has them followed).
 void RecognizerPipeline::releaseTextBefore(const char16_t *from)
 {
     ScriptFileText *text = session_.mappedText;
@@ -678,7 +679,7 @@ void RecognizerPipeline::releaseTextBefore(const char16_t *from)
         return;
     }
     const auto *data = static_cast<const char16_t *>(input->data);
-    if (at > data) {
+    if (at > data && text->holdsDollar()) {
         advanceDelimiterTrack(session_.delimiterTrack, data, at, kp_readableEnd(input));
     }
     text->releaseBefore(at);

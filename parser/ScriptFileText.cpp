@@ -341,12 +341,14 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path, st
     std::size_t nuls = 0;
     bool valid = true;
     bool first = true;
+    bool dollar = false;
     {
         Pieces pieces(in->fd, std::max(piece, std::size_t(4096)));
         std::string_view next;
         while (pieces.next(next)) {
             bytes += next.size();
             nuls += nulBytes(next);
+            dollar = dollar || next.find('$') != std::string_view::npos;
             if (valid && !isValidUtf8(next)) {
                 valid = false;
             }
@@ -363,7 +365,11 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path, st
     auto source = std::make_unique<FileSource>(in->fd, piece);
     in->fd = -1;
     source->macRoman = !valid;
-    return reserve(valid ? utf8 : bytes - nuls, std::move(source));
+    std::unique_ptr<ScriptFileText> result = reserve(valid ? utf8 : bytes - nuls, std::move(source));
+    if (result != nullptr) {
+        result->holdsDollar_ = dollar;
+    }
+    return result;
 }
 
 std::unique_ptr<ScriptFileText> ScriptFileText::fromUtf8(std::string_view text, std::size_t heldInMemoryBelow)
@@ -391,7 +397,11 @@ std::unique_ptr<ScriptFileText> ScriptFileText::fromUtf8(std::string_view text, 
         }
         first = false;
     }
-    return reserve(units, std::make_unique<StringSource>(text, piece));
+    std::unique_ptr<ScriptFileText> result = reserve(units, std::make_unique<StringSource>(text, piece));
+    if (result != nullptr) {
+        result->holdsDollar_ = text.find('$') != std::string_view::npos;
+    }
+    return result;
 }
 
 std::unique_ptr<ScriptFileText> ScriptFileText::held(std::size_t capacity,

@@ -54,6 +54,9 @@ public:
     const char16_t *decodedEnd() const { return data_ + decoded_; }
     // Where the units not given back start.
     const char16_t *keptFrom() const { return data_ + released_ / sizeof(char16_t); }
+    // False when the text holds no '$' (only a '$' makes the lexer follow
+    // DELIMITER lines).
+    bool holdsDollar() const { return holdsDollar_; }
     // True when nothing is left to decode.
     bool complete() const { return source_ == nullptr; }
     // Decodes pieces until the text is decoded up to `upTo` or to its end;
@@ -88,6 +91,7 @@ private:
     std::size_t released_ = 0;  // bytes from the start already given back
     bool inMemory_ = false;
     bool first_ = true;         // no piece decoded yet
+    bool holdsDollar_ = true;
     std::unique_ptr<Source> source_;
     std::u16string aside_;      // a piece that needs more room than is left
 };

@@ -161,7 +161,19 @@ std::string longSpans()
         script += "(" + std::to_string(i) + ", 'x\\'y;z', 'multi\nline'),\n";
     }
     script += "(0, '');\nCREATE TABLE b (id INT REFERENCES a (id), [name] NVARCHAR(20));\n";
-    script += "CREATE TABLE c (d VARCHAR(9) DEFAULT 'never closed);\nCREATE TABLE e (id INT);\n";
+    // A quoted name over many lines that a Q follows (the lexer's Q'..'
+    // pieces), and an ARRAY whose brackets never close, so that the scan
+    // for its closing bracket runs to the end of the script.
+    script += "CREATE TABLE q (a INT);\n\"";
+    for (int i = 0; i < 200; ++i) {
+        script += "name line " + std::to_string(i) + (i % 2 == 0 ? "\r" : "\n");
+    }
+    script += "\"Q;\nCREATE TABLE c (d VARCHAR(9) DEFAULT 'never closed);\nCREATE TABLE e (id INT);\n";
+    script += "CREATE TABLE arr (grid integer[] DEFAULT ARRAY[[1, 2]x[] DEFAULT '{}'::text[],\n";
+    for (int i = 0; i < 200; ++i) {
+        script += "  c" + std::to_string(i) + " text[] DEFAULT ARRAY['a'::text],\n";
+    }
+    script += "  last int)\n";  // and no ';' before the end
     return script;
 }
 
@@ -174,7 +186,7 @@ TEST(TextWindow, ScriptsDecodedAsTheyAreReadGiveTheirWholeModelAndRecords)
     const std::string spans = longSpans();
     for (const std::string *script : {&spans, &golden, &mixed}) {
         const std::string whole = modelOf(*script);
-        for (const std::size_t piece : {std::size_t(1), std::size_t(100), std::size_t(5000)}) {
+        for (const std::size_t piece : {std::size_t(1), std::size_t(100), std::size_t(700), std::size_t(5000)}) {
             SCOPED_TRACE(piece);
             const DecodedAsRead decoded(piece);
             EXPECT_EQ(modelOf(*script), whole);
