@@ -312,8 +312,10 @@ ANTLR3_UINT32 kp_keywordType(pANTLR3_LEXER lexer)
 
 ANTLR3_UINT32 kp_matchWordRest(pANTLR3_LEXER lexer)
 {
+    // The fast path's words: a word that meets the end of a text decoded as
+    // it is read is scanned again by the fast path with more of it.
     pANTLR3_INPUT_STREAM input = lexer->input;
-    const WordScan scan = scanWordFromStart(lexer);
+    const WordScan scan = scanWord(tokenStart(lexer), textEnd(input));
     moveToNameEnd(input, scan.end);
     return wordType(input, scan);
 }

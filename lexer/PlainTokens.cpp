@@ -420,16 +420,15 @@ __attribute__((noinline)) bool rescanWithMoreText(pANTLR3_INPUT_STREAM input, pA
     return true;
 }
 
-// A token, scanned again with more text when its text is decoded as it is
-// read and its scan came near the decoded end. That happens about once a
-// piece (the first token made is then left unused).
+// A token of a text decoded as it is read, scanned again with more text
+// when its scan came near the decoded end. That happens about once a piece
+// (the first token made is then left unused). Apart from the scan of text
+// held whole, which is every short script's, so that it costs that scan
+// nothing.
 template <bool PassingBlanks>
-inline __attribute__((always_inline)) pANTLR3_COMMON_TOKEN scanToken(pANTLR3_LEXER lexer, bool *lineEnded)
+__attribute__((noinline)) pANTLR3_COMMON_TOKEN scanTokenDecodedAsRead(pANTLR3_LEXER lexer, bool *lineEnded)
 {
     pANTLR3_INPUT_STREAM input = lexer->input;
-    if (input->super == nullptr) {
-        return scanTokenIn<PassingBlanks>(lexer, lineEnded);
-    }
     for (;;) {
         const char16_t *scanEnd = kp_readableEnd(input);
         pANTLR3_COMMON_TOKEN token = scanTokenIn<PassingBlanks>(lexer, lineEnded);
@@ -438,6 +437,15 @@ inline __attribute__((always_inline)) pANTLR3_COMMON_TOKEN scanToken(pANTLR3_LEX
             return token;
         }
     }
+}
+
+template <bool PassingBlanks>
+inline __attribute__((always_inline)) pANTLR3_COMMON_TOKEN scanToken(pANTLR3_LEXER lexer, bool *lineEnded)
+{
+    if (__builtin_expect(lexer->input->super != nullptr, 0)) {
+        return scanTokenDecodedAsRead<PassingBlanks>(lexer, lineEnded);
+    }
+    return scanTokenIn<PassingBlanks>(lexer, lineEnded);
 }
 
 } // namespace
