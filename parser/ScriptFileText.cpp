@@ -171,34 +171,6 @@ std::size_t nulBytes(std::string_view bytes)
     return nuls;
 }
 
-// The units well-formed UTF-8 decodes to, NULs left out (as the parse
-// reads them): one per byte that is no continuation byte (10xxxxxx), and
-// one more for a four-byte sequence's lead (11110xxx), counted eight bytes
-// at a time.
-std::size_t utf8Units(std::string_view bytes)
-{
-    constexpr std::uint64_t highBits = 0x8080808080808080ULL;
-    const auto *p = reinterpret_cast<const unsigned char *>(bytes.data());
-    const auto *end = p + bytes.size();
-    std::size_t units = bytes.size();
-    for (; end - p >= 8; p += 8) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, p, sizeof word);
-        if ((word & highBits) == 0) {
-            continue;  // ASCII
-        }
-        const std::uint64_t continuation = word & ~(word << 1U) & highBits;
-        const std::uint64_t fourByteLead = word & (word << 1U) & (word << 2U) & (word << 3U) & highBits;
-        units -= static_cast<std::size_t>(__builtin_popcountll(continuation));
-        units += static_cast<std::size_t>(__builtin_popcountll(fourByteLead));
-    }
-    for (; p < end; ++p) {
-        units -= static_cast<std::size_t>((*p & 0xC0U) == 0x80U);
-        units += static_cast<std::size_t>(*p >= 0xF0U);
-    }
-    return units - nulBytes(bytes);
-}
-
 bool startsWithByteOrderMark(std::string_view bytes) { return bytes.substr(0, 3) == "\xEF\xBB\xBF"; }
 
 } // namespace
@@ -347,13 +319,15 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path, st
         std::string_view next;
         while (pieces.next(next)) {
             bytes += next.size();
-            nuls += nulBytes(next);
+            const std::size_t pieceNuls = nulBytes(next);
+            nuls += pieceNuls;
             dollar = dollar || next.find('$') != std::string_view::npos;
-            if (valid && !isValidUtf8(next)) {
+            std::size_t units = 0;
+            if (valid && !validUtf8Units(next, &units)) {
                 valid = false;
             }
             if (valid) {
-                utf8 += utf8Units(next) - static_cast<std::size_t>(first && startsWithByteOrderMark(next));
+                utf8 += units - pieceNuls - static_cast<std::size_t>(first && startsWithByteOrderMark(next));
             }
             first = false;
         }
@@ -387,8 +361,9 @@ std::unique_ptr<ScriptFileText> ScriptFileText::fromUtf8(std::string_view text, 
     StringPieces pieces(text, std::max(piece, std::size_t(4096)));
     std::string_view next;
     while (pieces.next(next)) {
-        if (isValidUtf8(next)) {
-            units += utf8Units(next) - static_cast<std::size_t>(first && startsWithByteOrderMark(next));
+        std::size_t valid = 0;
+        if (validUtf8Units(next, &valid)) {
+            units += valid - nulBytes(next) - static_cast<std::size_t>(first && startsWithByteOrderMark(next));
         } else {
             aside.resize(next.size());
             char16_t *end = aside.data() + utf8ToUtf16(next, aside.data());

@@ -180,12 +180,20 @@ std::string utf16ToUtf8(const char16_t *text, size_t length)
 
 bool isValidUtf8(std::string_view bytes)
 {
+    return validUtf8Units(bytes, nullptr);
+}
+
+bool validUtf8Units(std::string_view bytes, size_t *units)
+{
     const auto *s = reinterpret_cast<const uint8_t *>(bytes.data());
     const auto length = static_cast<int32_t>(bytes.size());
     int32_t i = 0;
+    size_t count = 0;
     while (i < length) {
         // ASCII runs are skipped in bulk; each other character is decoded.
-        i = static_cast<int32_t>(asciiRunEnd(s + i, s + length) - s);
+        const auto run = static_cast<int32_t>(asciiRunEnd(s + i, s + length) - s);
+        count += static_cast<size_t>(run - i);
+        i = run;
         if (i >= length) {
             break;
         }
@@ -194,6 +202,10 @@ bool isValidUtf8(std::string_view bytes)
         if (c < 0) {
             return false;
         }
+        count += c > 0xFFFF ? 2 : 1;
+    }
+    if (units != nullptr) {
+        *units = count;
     }
     return true;
 }

@@ -26,6 +26,8 @@ char16_t *keepScriptUnits(char16_t *begin, char16_t *&end, bool atStart, std::st
 
 // True when the bytes are well-formed UTF-8.
 bool isValidUtf8(std::string_view bytes);
+// The same, and then, with `units`, the UTF-16 units they decode to.
+bool validUtf8Units(std::string_view bytes, size_t *units);
 // Bytes in the Mac OS Roman single-byte encoding, as UTF-8.
 std::string macRomanToUtf8(std::string_view bytes);
 // A script file's text as SQLParser::stringForFile reads it, asked for in
