@@ -17,19 +17,6 @@ void kp_moveInputTo(pANTLR3_INPUT_STREAM input, const char16_t *to);
 // no more (the text's end, or the end of the stream's window).
 bool kp_moreText(pANTLR3_INPUT_STREAM input, const char16_t *wanted = nullptr);
 
-// Makes `units` units past the stream's next one readable, where the text
-// has them: a scanner that reads no further never meets the decoded end.
-inline void kp_textAhead(pANTLR3_INPUT_STREAM input, ANTLR3_UINT32 units)
-{
-    if (input->super != nullptr) {
-        const auto *next = static_cast<const char16_t *>(input->nextChar);
-        const auto *end = static_cast<const char16_t *>(input->data) + input->sizeBuf / 2;
-        if (static_cast<ANTLR3_UINT32>(end - next) < units) {
-            kp_moreText(input, next + units);
-        }
-    }
-}
-
 // The end of the stream's readable units.
 inline const char16_t *kp_readableEnd(pANTLR3_INPUT_STREAM input)
 {
