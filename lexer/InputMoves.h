@@ -22,3 +22,26 @@ inline const char16_t *kp_readableEnd(pANTLR3_INPUT_STREAM input)
 {
     return static_cast<const char16_t *>(input->data) + input->sizeBuf / 2;
 }
+
+// More text for a scan from `from` that met the readable end: about as much
+// again as it has read, so that a long scan retried costs linear time.
+inline bool kp_moreTextFor(pANTLR3_INPUT_STREAM input, const char16_t *from)
+{
+    const char16_t *end = kp_readableEnd(input);
+    return kp_moreText(input, end + (end - from));
+}
+
+// The answer of `scan(end, cut)` from `from` on, where the scan sets `cut`
+// when it met `end` before it could answer: made again with more text until
+// it answers or the text ends.
+template <typename Scan>
+auto kp_scanReadingOn(pANTLR3_INPUT_STREAM input, const char16_t *from, Scan scan)
+{
+    for (;;) {
+        bool cut = false;
+        auto answer = scan(kp_readableEnd(input), cut);
+        if (!cut || !kp_moreTextFor(input, from)) {
+            return answer;
+        }
+    }
+}

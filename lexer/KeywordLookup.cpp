@@ -279,7 +279,7 @@ __attribute__((noinline)) void scanWordToTextEnd(pANTLR3_LEXER lexer, WordScan &
 {
     pANTLR3_INPUT_STREAM input = lexer->input;
     while (scan.end >= textEnd(input) &&
-           kp_moreText(input, reinterpret_cast<const char16_t *>(scan.end) + 64)) {
+           kp_moreTextFor(input, reinterpret_cast<const char16_t *>(tokenStart(lexer)))) {
         scan = scanWord(tokenStart(lexer), textEnd(input));
     }
 }

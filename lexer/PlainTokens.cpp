@@ -386,8 +386,6 @@ inline __attribute__((always_inline)) pANTLR3_COMMON_TOKEN scanTokenIn(pANTLR3_L
 // Units past a token that its scan may read: the unit that ends a word, a
 // CR's LF, an operator's second and third.
 constexpr ANTLR3_UINT32 readPastToken = 8;
-// Units decoded beyond a token that met the decoded end, at the least.
-constexpr std::ptrdiff_t tokenAhead = 4096;
 
 // A token of a text decoded as it is read whose scan came near `scanEnd`,
 // the end of the decoded text when the scan began (the scan's parts that
@@ -401,7 +399,7 @@ __attribute__((noinline)) bool rescanWithMoreText(pANTLR3_INPUT_STREAM input, pA
     const auto *next = static_cast<const char16_t *>(input->nextChar);
     const char16_t *end = kp_readableEnd(input);
     const auto *from = token != nullptr ? reinterpret_cast<const char16_t *>(token->start) : next;
-    if (end <= scanEnd && !kp_moreText(input, end + (end - from) + tokenAhead)) {
+    if (end <= scanEnd && !kp_moreTextFor(input, from)) {
         return false;
     }
     if (token != nullptr) {

@@ -463,14 +463,9 @@ void kp_noteDollarQuote(pANTLR3_LEXER lexer)
     if (sqlantlr::delimiterAt(session->delimiterTrack, data, sign, end)) {
         return;
     }
-    size_t length = 0;
-    for (bool cut = false;; cut = false) {
-        length = sqlantlr::dollarQuotedLength(sign, end, &session->dollarTags, &cut);
-        if (!cut || !kp_moreText(input, end + (end - sign))) {
-            break;
-        }
-        end = kp_readableEnd(input);
-    }
+    const size_t length = kp_scanReadingOn(input, sign, [&](const char16_t *readable, bool &cut) {
+        return sqlantlr::dollarQuotedLength(sign, readable, &session->dollarTags, &cut);
+    });
     if (length != 0) {
         session->dollarQuoteBegin = sign;
         session->dollarQuoteEnd = sign + length;
@@ -491,7 +486,6 @@ void kp_matchQuotedBody(pANTLR3_LEXER lexer, ANTLR3_UCHAR quote)
 {
     pANTLR3_INPUT_STREAM input = lexer->input;
     const auto *data = static_cast<const char16_t *>(input->data);
-    const char16_t *end = data + input->sizeBuf / 2;
     const auto *body = static_cast<const char16_t *>(input->nextChar);
     auto *session = static_cast<sqlantlr::ParseSession *>(lexer->rec->state->userp);
     if (session != nullptr && body - 1 >= session->dollarQuoteBegin && body - 1 < session->dollarQuoteEnd) {
@@ -500,14 +494,9 @@ void kp_matchQuotedBody(pANTLR3_LEXER lexer, ANTLR3_UCHAR quote)
     }
     sqlantlr::QuoteScanCache *cache = session != nullptr ? &session->quoteScans : nullptr;
     const bool lineBound = sqlantlr::isRemarkLine(data, body - 1, cache);
-    size_t length = 0;
-    for (bool cut = false;; cut = false) {
-        length = sqlantlr::quotedBodyLength(body, end, static_cast<char16_t>(quote), cache, lineBound, &cut);
-        if (!cut || !kp_moreText(input, end + (end - body))) {
-            break;
-        }
-        end = kp_readableEnd(input);
-    }
+    const size_t length = kp_scanReadingOn(input, body, [&](const char16_t *readable, bool &cut) {
+        return sqlantlr::quotedBodyLength(body, readable, static_cast<char16_t>(quote), cache, lineBound, &cut);
+    });
     if (length == 0) {
         lexer->rec->state->user1++;
         return;

@@ -667,7 +667,7 @@ const char16_t *unitAfter(pANTLR3_COMMON_TOKEN token)
 // end of what is decoded: true when `units` now end further on.
 bool moreSourceUnits(pANTLR3_COMMON_TOKEN token, SourceUnits &units, const char16_t *from)
 {
-    if (token->input == nullptr || !kp_moreText(token->input, units.end + (units.end - from) + 4096)) {
+    if (token->input == nullptr || !kp_moreTextFor(token->input, from)) {
         return false;
     }
     units = sourceUnits(token);

@@ -173,6 +173,18 @@ std::size_t nulBytes(std::string_view bytes)
 
 bool startsWithByteOrderMark(std::string_view bytes) { return bytes.substr(0, 3) == "\xEF\xBB\xBF"; }
 
+// The units a piece decodes to as the parse keeps them (no NULs, no byte
+// order mark at the text's start), when it is well-formed UTF-8.
+bool keptUtf8Units(std::string_view piece, bool first, std::size_t &units)
+{
+    std::size_t decoded = 0;
+    if (!validUtf8Units(piece, &decoded)) {
+        return false;
+    }
+    units = decoded - nulBytes(piece) - static_cast<std::size_t>(first && startsWithByteOrderMark(piece));
+    return true;
+}
+
 } // namespace
 
 // The pieces of a text decoded as it is read. Each ends just after a line
@@ -287,20 +299,20 @@ std::size_t decodeWhole(char16_t *units, std::size_t capacity, const std::functi
 
 std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path, std::size_t heldInMemoryBelow)
 {
-    auto in = std::make_unique<Descriptor>(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    Descriptor in(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     struct stat status {};
-    if (in->fd < 0 || ::fstat(in->fd, &status) != 0 || !S_ISREG(status.st_mode)) {
+    if (in.fd < 0 || ::fstat(in.fd, &status) != 0 || !S_ISREG(status.st_mode)) {
         return nullptr;
     }
     unsigned char head[2] = {0, 0};
-    if (::pread(in->fd, head, 2, 0) == 2 && ((head[0] == 0xFF && head[1] == 0xFE) || (head[0] == 0xFE && head[1] == 0xFF))) {
+    if (::pread(in.fd, head, 2, 0) == 2 && ((head[0] == 0xFF && head[1] == 0xFE) || (head[0] == 0xFE && head[1] == 0xFF))) {
         return nullptr;
     }
     const auto size = static_cast<std::size_t>(status.st_size);
     if (size < heldInMemoryBelow) {
         // Read once when it is UTF-8, which nearly every script is; at its
         // first piece that is not, read again as Mac OS Roman.
-        Pieces pieces(in->fd, readBytes);
+        Pieces pieces(in.fd, readBytes);
         std::unique_ptr<ScriptFileText> result =
             held(size, [&pieces](std::string_view &next) { return pieces.next(next); }, [&pieces] { return pieces.rewind(); });
         return pieces.failed() ? nullptr : std::move(result);
@@ -315,29 +327,24 @@ std::unique_ptr<ScriptFileText> ScriptFileText::open(const std::string &path, st
     bool first = true;
     bool dollar = false;
     {
-        Pieces pieces(in->fd, std::max(piece, std::size_t(4096)));
+        Pieces pieces(in.fd, std::max(piece, std::size_t(4096)));
         std::string_view next;
         while (pieces.next(next)) {
             bytes += next.size();
-            const std::size_t pieceNuls = nulBytes(next);
-            nuls += pieceNuls;
+            nuls += nulBytes(next);
             dollar = dollar || next.find('$') != std::string_view::npos;
             std::size_t units = 0;
-            if (valid && !validUtf8Units(next, &units)) {
-                valid = false;
-            }
-            if (valid) {
-                utf8 += units - pieceNuls - static_cast<std::size_t>(first && startsWithByteOrderMark(next));
-            }
+            valid = valid && keptUtf8Units(next, first, units);
+            utf8 += units;
             first = false;
         }
-        if (pieces.failed() || ::lseek(in->fd, 0, SEEK_SET) != 0) {
+        if (pieces.failed() || ::lseek(in.fd, 0, SEEK_SET) != 0) {
             return nullptr;
         }
     }
     // Mac OS Roman has one BMP character for every byte.
-    auto source = std::make_unique<FileSource>(in->fd, piece);
-    in->fd = -1;
+    auto source = std::make_unique<FileSource>(in.fd, piece);
+    in.fd = -1;
     source->macRoman = !valid;
     std::unique_ptr<ScriptFileText> result = reserve(valid ? utf8 : bytes - nuls, std::move(source));
     if (result != nullptr) {
@@ -361,9 +368,9 @@ std::unique_ptr<ScriptFileText> ScriptFileText::fromUtf8(std::string_view text, 
     StringPieces pieces(text, std::max(piece, std::size_t(4096)));
     std::string_view next;
     while (pieces.next(next)) {
-        std::size_t valid = 0;
-        if (validUtf8Units(next, &valid)) {
-            units += valid - nulBytes(next) - static_cast<std::size_t>(first && startsWithByteOrderMark(next));
+        std::size_t kept = 0;
+        if (keptUtf8Units(next, first, kept)) {
+            units += kept;
         } else {
             aside.resize(next.size());
             char16_t *end = aside.data() + utf8ToUtf16(next, aside.data());
@@ -438,12 +445,12 @@ const char16_t *ScriptFileText::decodeTo(const char16_t *upTo)
     return data_ + decoded_;
 }
 
-bool ScriptFileText::decodePiece()
+void ScriptFileText::decodePiece()
 {
     std::string_view piece;
     if (!source_->next(piece)) {
         source_.reset();
-        return false;
+        return;
     }
     std::string converted;
     const std::string_view bytes = source_->macRoman ? std::string_view(converted = macRomanToUtf8(piece)) : piece;
@@ -468,7 +475,6 @@ bool ScriptFileText::decodePiece()
         std::memmove(at, text, count * sizeof(char16_t));
     }
     decoded_ += count;
-    return true;
 }
 
 void ScriptFileText::releaseBefore(const char16_t *before)

@@ -82,7 +82,7 @@ private:
     // Reserves the places of `units` units and makes the text read from
     // `source` as it is asked for.
     static std::unique_ptr<ScriptFileText> reserve(std::size_t units, std::unique_ptr<Source> source);
-    bool decodePiece();
+    void decodePiece();
 
     char16_t *data_ = nullptr;
     std::size_t size_ = 0;      // units

@@ -846,18 +846,11 @@ bool ScriptLines::skipDataStatement(pANTLR3_COMMON_TOKEN first, std::vector<pANT
         return false;  // within a dollar-quoted string quotes open nothing, which the scan does not know
     }
     const auto *data = static_cast<const char16_t *>(input->data);
-    const char16_t *end = data + input->sizeBuf / 2;
-    const char16_t *semi = nullptr;
-    for (bool metEnd = false;; metEnd = false) {
-        semi = dataStatementEnd(data, from, end,
+    const char16_t *semi = kp_scanReadingOn(input, from, [&](const char16_t *readable, bool &metEnd) {
+        return dataStatementEnd(data, from, readable,
                                 kind_ == Kind::Whole ? DataStatementCut::Never : DataStatementCut::AtStatementWords,
                                 session != nullptr ? &session->quoteScans : nullptr, &metEnd);
-        // Met the end of the text decoded so far: again with twice as much.
-        if (!metEnd || !kp_moreText(input, end + (end - from))) {
-            break;
-        }
-        end = kp_readableEnd(input);
-    }
+    });
     if (semi == nullptr) {
         return false;
     }
@@ -1056,7 +1049,7 @@ void ScriptLines::skipCopyData(pANTLR3_COMMON_TOKEN semi)
     const char16_t *line = afterLine(p);
     for (;;) {
         if (line >= end) {
-            if (!kp_moreText(input, end + (end - p))) {
+            if (!kp_moreTextFor(input, p)) {
                 return;
             }
             end = kp_readableEnd(input);
@@ -1071,7 +1064,7 @@ void ScriptLines::skipCopyData(pANTLR3_COMMON_TOKEN semi)
             ++q;
         }
         if (q == end) {
-            if (!kp_moreText(input, end + (end - p))) {
+            if (!kp_moreTextFor(input, p)) {
                 return;
             }
             end = kp_readableEnd(input);

@@ -59,14 +59,18 @@ std::string modelOf(const std::string &script, std::size_t *total = nullptr)
     return sqlantlr::modelJsonText(*model, parser.getExceptionList());
 }
 
+// A token as the listings here give it: index, name, channel, place, text.
+std::string tokenLine(const SQLToken &token)
+{
+    return std::to_string(token.index) + " " + token.name + " " + std::to_string(token.channel) + " " +
+           std::to_string(token.line) + ":" + std::to_string(token.pos) + " " + token.text + "\n";
+}
+
 std::string tokensOf(const std::string &script)
 {
     std::string listed;
     SQLParserC driver;
-    driver.forEachToken(script, [&listed](const SQLToken &token) {
-        listed += std::to_string(token.index) + " " + token.name + " " + std::to_string(token.channel) + " " + std::to_string(token.line) + ":" +
-                  std::to_string(token.pos) + " " + token.text + "\n";
-    });
+    driver.forEachToken(script, [&listed](const SQLToken &token) { listed += tokenLine(token); });
     return listed;
 }
 
@@ -213,10 +217,7 @@ TEST(TextWindow, TokensOfAFileDecodedAsItIsReadAreThoseOfTheWholeText)
         const DecodedAsRead decoded(piece);
         std::string listed;
         SQLParserC driver;
-        driver.forEachTokenOfFile(path, [&listed](const SQLToken &token) {
-            listed += std::to_string(token.index) + " " + token.name + " " + std::to_string(token.channel) + " " +
-                      std::to_string(token.line) + ":" + std::to_string(token.pos) + " " + token.text + "\n";
-        });
+        driver.forEachTokenOfFile(path, [&listed](const SQLToken &token) { listed += tokenLine(token); });
         EXPECT_EQ(listed, whole) << piece;
     }
     std::filesystem::remove(path);
